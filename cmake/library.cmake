@@ -1,0 +1,23 @@
+# The library, once for each level. All levels have one soname; the dynamic loader picks the best that the processor has.
+file(GLOB KESLMX_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
+    frame/*.cpp elementwise/*.cpp products/*.cpp movement/*.cpp solvers/*.cpp eigen/*.cpp geometry/*.cpp)
+
+function(keslmx_library target directory)
+    add_library(${target} SHARED ${KESLMX_SOURCES})
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
+    target_compile_options(${target} PRIVATE ${ARGN})
+    target_link_libraries(${target} PRIVATE keslmx_flags keslcorex64 OpenMP::OpenMP_CXX)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,-z,defs -Wl,--as-needed)
+    set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME keslmx  VERSION 6.1  SOVERSION 6.1  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib${directory}
+        LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map
+        LINKER_LANGUAGE C) # nothing of the C++ runtime is needed, and so nothing of it is linked
+endfunction()
+
+keslmx_library(keslmx "")
+foreach(level IN LISTS KESLMX_LEVELS)
+    keslmx_library(keslmx_${level} /glibc-hwcaps/x86-64-${level} -march=x86-64-${level})
+    add_dependencies(keslmx keslmx_${level})
+endforeach()
+target_include_directories(keslmx PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+add_library(kesl::mx ALIAS keslmx)

@@ -1,0 +1,162 @@
+// Argument lists and names. The only file whose macros write code; each minted function is one call.
+//
+// A family writes the argument list of a shape once, as a macro LIST(as, F, T, ...):
+//     as   KESL_decl   the list of a declaration
+//          KESL_take   the same arguments, taken into the objects of operand.h
+//     F    S S2 L LS2 P   the kernel form; an exported function has the list of S2, LS2 or P
+//     T    32f 64f
+//     ...  what differs between the shapes that share the list: their operand kinds
+#pragma once
+#include "frame/operand.h"
+#include "keslmx.h"
+
+// clang-format off
+
+#define KESL_T_32f float
+#define KESL_T_64f double
+
+// ---- The argument groups: what a kind of operand takes, in each kernel form, in order.
+#define KESL_m_S(as, T, x)     as##_base(T, x),                  as##_stride1(x)
+#define KESL_m_S2(as, T, x)    as##_base(T, x),                  as##_stride1(x), as##_stride2(x)
+#define KESL_m_L(as, T, x)     KESL_m_S(as, T, x)                   // a single operand keeps its strides
+#define KESL_m_LS2(as, T, x)   KESL_m_S2(as, T, x)
+#define KESL_m_P(as, T, x)     as##_list(T, x), as##_shift(x)
+#define KESL_ma_S(as, T, x)    as##_base(T, x), as##_stride0(x), as##_stride1(x)
+#define KESL_ma_S2(as, T, x)   as##_base(T, x), as##_stride0(x), as##_stride1(x), as##_stride2(x)
+#define KESL_ma_L(as, T, x)    as##_list(T, x), as##_shift(x),   as##_stride1(x)
+#define KESL_ma_LS2(as, T, x)  as##_list(T, x), as##_shift(x),   as##_stride1(x), as##_stride2(x)
+#define KESL_ma_P(as, T, x)    as##_list(T, x), as##_shift(x),   as##_stride0(x)
+#define KESL_v_S(as, T, x)     as##_base(T, x)
+#define KESL_v_S2(as, T, x)    as##_base(T, x),                                   as##_stride2(x)
+#define KESL_v_L(as, T, x)     KESL_v_S(as, T, x)
+#define KESL_v_LS2(as, T, x)   KESL_v_S2(as, T, x)
+#define KESL_v_P(as, T, x)     as##_list(T, x), as##_shift(x)
+#define KESL_va_S(as, T, x)    as##_base(T, x), as##_stride0(x)
+#define KESL_va_S2(as, T, x)   as##_base(T, x), as##_stride0(x),                  as##_stride2(x)
+#define KESL_va_L(as, T, x)    as##_list(T, x), as##_shift(x)
+#define KESL_va_LS2(as, T, x)  as##_list(T, x), as##_shift(x),                    as##_stride2(x)
+#define KESL_va_P(as, T, x)    as##_list(T, x), as##_shift(x),   as##_stride0(x)
+#define KESL_ca_S(as, T, x)    as##_base(T, x), as##_stride0(x)
+#define KESL_ca_S2(as, T, x)   KESL_ca_S(as, T, x)                  // constants have no stride2
+#define KESL_ca_L(as, T, x)    as##_list(T, x), as##_shift(x)
+#define KESL_ca_LS2(as, T, x)  KESL_ca_L(as, T, x)
+#define KESL_ca_P(as, T, x)    KESL_ca_S(as, T, x)                  // constants stay a base pointer in P
+#define KESL_group_m  m
+#define KESL_group_ma ma
+#define KESL_group_t  m                                             // a transposed operand has the arguments of a matrix
+#define KESL_group_ta ma
+#define KESL_group_v  v
+#define KESL_group_va va
+#define KESL_group_ca ca
+#define KESL_group(as, group, F, T, x)   KESL_group_(as, group, F, T, x)
+#define KESL_group_(as, group, F, T, x)  KESL_##group##_##F(as, T, x)
+
+//                                   declared as                    taken as
+#define KESL_decl_base(T, x)         T *x
+#define KESL_take_base(T, x)                                        .p = x
+#define KESL_decl_list(T, x)         T *const *x
+#define KESL_take_list(T, x)                                        .p = x
+#define KESL_decl_shift(x)           int x##RoiShift
+#define KESL_take_shift(x)                                          .shift = x##RoiShift
+#define KESL_decl_stride0(x)         int x##Stride0
+#define KESL_take_stride0(x)                                        .stride0 = x##Stride0
+#define KESL_decl_stride1(x)         int x##Stride1
+#define KESL_take_stride1(x)                                        .stride1 = x##Stride1
+#define KESL_decl_stride2(x)         int x##Stride2
+#define KESL_take_stride2(x)                                        .stride2 = x##Stride2
+
+// ---- What a LIST is made of: in and out for operands of a kind, and the rest by name.
+#define KESL_decl_in(kind, x, F, T)  KESL_group(KESL_decl, KESL_group_##kind, F, const KESL_T_##T, x)
+#define KESL_take_in(kind, x, F, T)  kesl::kind<const KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
+#define KESL_decl_out(kind, x, F, T) KESL_group(KESL_decl, KESL_group_##kind, F, KESL_T_##T, x)
+#define KESL_take_out(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
+#define KESL_decl_size(x)            int x
+#define KESL_take_size(x)            kesl::Size(x)
+#define KESL_decl_count(x)           int x
+#define KESL_take_count(x)           kesl::Count(x)
+#define KESL_decl_buffer(x, T)       KESL_T_##T *x
+#define KESL_take_buffer(x, T)       kesl::Buffer<KESL_T_##T>(x)
+
+// ---- The functions of a member. Its description is the struct op##_##shape, `layout` the end of its exported names
+// and `form` of its kernels.
+#define KESL_DECLARE(name, T, F, LIST, ...)  extern "C" KeslStatus name(LIST(KESL_decl, F, T, __VA_ARGS__));
+
+#define KESL_KERNEL(op, shape, T, F, form, LIST, ...)                                                               \
+    extern "C" KeslStatus ownkesl##op##_##shape##_##T##form(LIST(KESL_decl, F, T, __VA_ARGS__))                       \
+    { return kesl::op##_##shape::kernel<KESL_T_##T, kesl::F>(LIST(KESL_take, F, T, __VA_ARGS__)); }
+
+#define KESL_EXPORT(op, shape, T, F, layout, kernel, general, wrapper, LIST, ...)                                   \
+    extern "C" [[gnu::visibility("default")]]                                                                       \
+    KeslStatus kesl##op##_##shape##_##T##layout(LIST(KESL_decl, F, T, __VA_ARGS__))                                   \
+    { return kesl::enter<kesl::op##_##shape, KESL_T_##T>(kernel, general, wrapper, LIST(KESL_take, F, T, __VA_ARGS__)); }
+
+#define KESL_WRAPPER(op, shape, T, F, layout, kernel, general, LIST, ...)                                           \
+    extern "C" KeslStatus ownOMP_kesl##op##_##shape##_##T##layout(LIST(KESL_decl, F, T, __VA_ARGS__))                 \
+    { return kesl::share<kesl::op##_##shape, KESL_T_##T>(kernel, general, LIST(KESL_take, F, T, __VA_ARGS__)); }
+
+// The common code of a family above its unrolled orders, in functions of its own: op##_com<T, F>, and its body.
+#define KESL_COMMON(op, shape, T, F, form, LIST, ...)                                                               \
+    KESL_DECLARE(ownkesl##op##_##shape##_##T##form##_com, T, F, LIST, __VA_ARGS__)                                    \
+    template <> inline constexpr auto* kesl::op##_com<KESL_T_##T, kesl::F> = ownkesl##op##_##shape##_##T##form##_com;
+#define KESL_COMMON_BODY(op, shape, T, F, form, LIST, ...)                                                          \
+    extern "C" KeslStatus ownkesl##op##_##shape##_##T##form##_com(LIST(KESL_decl, F, T, __VA_ARGS__))                 \
+    { return kesl::op##_##shape::common<KESL_T_##T>(LIST(KESL_take, F, T, __VA_ARGS__)); }
+
+// Single objects: two exported functions and three kernels for each type, no threads.
+#define KESL_SINGLE(op, shape, LIST, ...)                                                                           \
+    KESL_SINGLE_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                  \
+    KESL_SINGLE_T(op, shape, 64f, LIST, __VA_ARGS__)
+#define KESL_SINGLE_T(op, shape, T, LIST, ...)                                                                      \
+    KESL_KERNEL(op, shape, T, S,      , LIST, __VA_ARGS__)                                                            \
+    KESL_KERNEL(op, shape, T, S2, _S2, LIST, __VA_ARGS__)                                                             \
+    KESL_KERNEL(op, shape, T, P,  _P,  LIST, __VA_ARGS__)                                                             \
+    KESL_EXPORT(op, shape, T, S2,   , ownkesl##op##_##shape##_##T,     ownkesl##op##_##shape##_##T##_S2, kesl::serial, LIST, __VA_ARGS__) \
+    KESL_EXPORT(op, shape, T, P,  _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P,  kesl::serial, LIST, __VA_ARGS__)
+
+// Arrays: three exported functions and five kernels for each type ...
+#define KESL_ARRAY(op, shape, LIST, ...)                                                                            \
+    KESL_ARRAY_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                   \
+    KESL_ARRAY_T(op, shape, 64f, LIST, __VA_ARGS__)
+#define KESL_ARRAY_T(op, shape, T, LIST, ...)                                                                       \
+    KESL_ARRAY_S(op, shape, T, LIST, __VA_ARGS__)                                                                     \
+    KESL_ARRAY_L(op, shape, T, LIST, __VA_ARGS__)                                                                     \
+    KESL_ARRAY_P(op, shape, T, LIST, __VA_ARGS__)
+#define KESL_ARRAY_S(op, shape, T, LIST, ...)                                                                       \
+    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T, T, S2, LIST, __VA_ARGS__)                                           \
+    KESL_KERNEL(op, shape, T, S,      , LIST, __VA_ARGS__)                                                            \
+    KESL_KERNEL(op, shape, T, S2, _S2, LIST, __VA_ARGS__)                                                             \
+    KESL_EXPORT(op, shape, T, S2, , ownkesl##op##_##shape##_##T, ownkesl##op##_##shape##_##T##_S2,                    \
+                ownOMP_kesl##op##_##shape##_##T, LIST, __VA_ARGS__)
+#define KESL_ARRAY_L(op, shape, T, LIST, ...)                                                                       \
+    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T##_L, T, LS2, LIST, __VA_ARGS__)                                      \
+    KESL_KERNEL(op, shape, T, L,   _L,   LIST, __VA_ARGS__)                                                           \
+    KESL_KERNEL(op, shape, T, LS2, _LS2, LIST, __VA_ARGS__)                                                           \
+    KESL_EXPORT(op, shape, T, LS2, _L, ownkesl##op##_##shape##_##T##_L, ownkesl##op##_##shape##_##T##_LS2,            \
+                ownOMP_kesl##op##_##shape##_##T##_L, LIST, __VA_ARGS__)
+#define KESL_ARRAY_P(op, shape, T, LIST, ...)                                                                       \
+    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T##_P, T, P, LIST, __VA_ARGS__)                                        \
+    KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
+    KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P,                \
+                ownOMP_kesl##op##_##shape##_##T##_P, LIST, __VA_ARGS__)
+
+// ... and, in their threaded module, three wrappers.
+#define KESL_THREADED(op, shape, LIST, ...)                                                                         \
+    KESL_THREADED_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                \
+    KESL_THREADED_T(op, shape, 64f, LIST, __VA_ARGS__)
+#define KESL_THREADED_T(op, shape, T, LIST, ...)                                                                    \
+    KESL_THREADED_S(op, shape, T, LIST, __VA_ARGS__)                                                                  \
+    KESL_THREADED_L(op, shape, T, LIST, __VA_ARGS__)                                                                  \
+    KESL_THREADED_P(op, shape, T, LIST, __VA_ARGS__)
+#define KESL_THREADED_S(op, shape, T, LIST, ...)                                                                    \
+    KESL_DECLARE(ownkesl##op##_##shape##_##T,      T, S,  LIST, __VA_ARGS__)                                          \
+    KESL_DECLARE(ownkesl##op##_##shape##_##T##_S2, T, S2, LIST, __VA_ARGS__)                                          \
+    KESL_WRAPPER(op, shape, T, S2, , ownkesl##op##_##shape##_##T, ownkesl##op##_##shape##_##T##_S2, LIST, __VA_ARGS__)
+#define KESL_THREADED_L(op, shape, T, LIST, ...)                                                                    \
+    KESL_DECLARE(ownkesl##op##_##shape##_##T##_L,   T, L,   LIST, __VA_ARGS__)                                        \
+    KESL_DECLARE(ownkesl##op##_##shape##_##T##_LS2, T, LS2, LIST, __VA_ARGS__)                                        \
+    KESL_WRAPPER(op, shape, T, LS2, _L, ownkesl##op##_##shape##_##T##_L, ownkesl##op##_##shape##_##T##_LS2, LIST, __VA_ARGS__)
+#define KESL_THREADED_P(op, shape, T, LIST, ...)                                                                    \
+    KESL_DECLARE(ownkesl##op##_##shape##_##T##_P, T, P, LIST, __VA_ARGS__)                                            \
+    KESL_WRAPPER(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, LIST, __VA_ARGS__)
+
+// clang-format on

@@ -1,0 +1,129 @@
+// Packs: as many consecutive objects as a vector register has lanes, treated at once, each lane in the scalar order.
+//
+// A body is a template over a value type V: an element type for one object, or a pack. Both have + - * / and comparisons,
+// whose result is a mask: bool, or a pack of integers, to be used with `?:`, `&`, `|`, `~` and any(), never with `!` or `&&`.
+#pragma once
+#include <cmath>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized" // g++ 12 leaves "undefined" vectors uninitialised on purpose
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#include <immintrin.h>
+#pragma GCC diagnostic pop
+
+namespace kesl {
+
+#if defined(__AVX512F__)
+constexpr int widest = 64;
+#elif defined(__AVX2__)
+constexpr int widest = 32;
+#else
+constexpr int widest = 16;
+#endif
+
+template <class T, int bytes> struct PackOf { typedef T type __attribute__((vector_size(bytes))); };
+template <class T, int bytes = widest> using Pack = typename PackOf<std::remove_const_t<T>, bytes>::type;
+
+template <class V> struct LanesOf {
+    using Element = V;
+    static constexpr int count = 1;
+};
+template <class V> requires requires(V v) { v[0]; } struct LanesOf<V> {
+    using Element = std::remove_cvref_t<decltype(std::declval<V&>()[0])>;
+    static constexpr int count = sizeof(V) / sizeof(Element);
+};
+template <class V> using ElementOf = typename LanesOf<V>::Element;
+template <class V> constexpr int lanes = LanesOf<V>::count;
+template <class V> using MaskOf = decltype(V{} < V{});
+
+// The same value in each lane.
+template <class V> V splat(ElementOf<V> x)
+{
+    if constexpr (lanes<V> == 1) return x;
+    else return x - V{};
+}
+
+inline float  abs(float x) { return std::fabs(x); }
+inline double abs(double x) { return std::fabs(x); }
+template <class V> requires (lanes<V> > 1) V abs(V x)
+{
+    if constexpr (sizeof(ElementOf<V>) == 4) return V(MaskOf<V>(x) & 0x7fffffff);
+    else return V(MaskOf<V>(x) & 0x7fffffffffffffff);
+}
+
+inline float  sqrt(float x) { return std::sqrt(x); }
+inline double sqrt(double x) { return std::sqrt(x); }
+template <class V> requires (lanes<V> > 1) V sqrt(V x)
+{
+    constexpr bool single = sizeof(ElementOf<V>) == 4;
+    if constexpr (sizeof(V) == 16 && single) return V(_mm_sqrt_ps(__m128(x)));
+    else if constexpr (sizeof(V) == 16) return V(_mm_sqrt_pd(__m128d(x)));
+#if defined(__AVX2__)
+    else if constexpr (sizeof(V) == 32 && single) return V(_mm256_sqrt_ps(__m256(x)));
+    else if constexpr (sizeof(V) == 32) return V(_mm256_sqrt_pd(__m256d(x)));
+#endif
+#if defined(__AVX512F__)
+    else if constexpr (single) return V(_mm512_sqrt_ps(__m512(x)));
+    else return V(_mm512_sqrt_pd(__m512d(x)));
+#endif
+}
+
+// Whether a mask holds in any lane.
+inline bool any(bool mask) { return mask; }
+template <class M> requires (lanes<M> > 1) bool any(M mask)
+{
+    if constexpr (sizeof(M) == 16) return _mm_movemask_epi8((__m128i)mask) != 0;
+#if defined(__AVX2__)
+    else if constexpr (sizeof(M) == 32) return !_mm256_testz_si256((__m256i)mask, (__m256i)mask);
+#endif
+#if defined(__AVX512F__)
+    else return _mm512_test_epi64_mask((__m512i)mask, (__m512i)mask) != 0;
+#endif
+}
+
+// n lanes of a and b: lane i of the result is lane Index::of(i) of a, those of b counting on.
+template <class Index, int n, class V> auto shuffled(V a, V b)
+{
+    return [&]<int... i>(std::integer_sequence<int, i...>) {
+        return __builtin_shufflevector(a, b, Index::of(i)...);
+    }(std::make_integer_sequence<int, n>{});
+}
+
+// Packs of 16 bytes, the pieces of a wider one.
+template <class V> using Quarter = Pack<ElementOf<V>, 16>;
+
+// A pack from its pieces; piece(i) is the i-th. The instructions take a piece from memory at no cost.
+template <class V> V joined(auto piece)
+{
+    const Quarter<V> first = piece(0);
+    if constexpr (sizeof(V) == 16) return first;
+#if defined(__AVX2__)
+    else if constexpr (sizeof(V) == 32)
+        return V(_mm256_insertf128_si256(_mm256_castsi128_si256(__m128i(first)), __m128i(piece(1)), 1));
+#endif
+#if defined(__AVX512F__)
+    else {
+        __m512i all = _mm512_castsi128_si512(__m128i(first));
+        all = _mm512_inserti32x4(all, __m128i(piece(1)), 1);
+        all = _mm512_inserti32x4(all, __m128i(piece(2)), 2);
+        return V(_mm512_inserti32x4(all, __m128i(piece(3)), 3));
+    }
+#endif
+}
+
+// Piece i of a pack.
+template <int i, class V> Quarter<V> pieceOf(V x)
+{
+    if constexpr (sizeof(V) == 16) return x;
+#if defined(__AVX2__)
+    else if constexpr (sizeof(V) == 32) return Quarter<V>(_mm256_extracti128_si256(__m256i(x), i));
+#endif
+#if defined(__AVX512F__)
+    else return Quarter<V>(_mm512_extracti32x4_epi32(__m512i(x), i));
+#endif
+}
+
+} // namespace kesl

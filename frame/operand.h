@@ -1,0 +1,161 @@
+// Operands: what an argument group is to the frame and to a kernel. The only place where an address is computed.
+#pragma once
+#include "frame/views.h"
+
+#include <tuple>
+
+namespace kesl {
+
+// The kernels of a function: standard and L layout, each with contiguous rows or with any stride2, and P.
+enum class Form { S, S2, L, LS2, P };
+using enum Form;
+
+constexpr bool inL(Form f) { return f == L || f == LS2; }
+constexpr bool contiguousRows(Form f) { return f == S || f == L; }
+
+// What every argument answers, so that the frame can ask a whole list at once. Sizes and the like override what concerns
+// them; an operand, being an aggregate, has these answers without the base.
+struct Argument {
+    static constexpr Form form = S;
+    static constexpr bool isArray = false, isSource = false;
+    bool pointerOk() const { return true; }
+    bool countOk() const { return true; }
+    bool sizeOk() const { return true; }
+    bool stridesOk() const { return true; }       // stride1 and stride2
+    bool stride0Ok() const { return true; }
+    bool shiftOk() const { return true; }
+    bool rowsAreContiguous() const { return true; }
+    std::tuple<> sizes() const { return {}; }     // what a work measure and a scratch size are made of
+};
+
+enum class Kind { matrix, transposed, vector, constants };
+
+// A matrix, a vector or an array of these or of constants, just as its argument group describes it.
+template <class T, Kind K, bool array, Form F> struct Operand {
+    static constexpr Kind kind = K;
+    static constexpr int elementSize = sizeof(T);
+    static constexpr bool lists = (F == P && kind != Kind::constants) || (array && inL(F));
+    static constexpr bool has0 = array && !inL(F);
+    static constexpr bool has1 = F != P && (kind == Kind::matrix || kind == Kind::transposed);
+    static constexpr bool has2 = (F == S2 || F == LS2) && kind != Kind::constants;
+    static constexpr bool isArray = array, isSource = std::is_const_v<T>;
+    static constexpr Form form = F;
+    using Element = std::remove_const_t<T>;
+    using Pointer = std::conditional_t<lists, T* const*, T*>;
+
+    Pointer p;
+    int shift = 0, stride0 = 0, stride1 = 0, stride2 = sizeof(T);
+
+    // ---- the checks
+    static constexpr bool wholeElements(int bytes) { return (bytes & int(sizeof(T) - 1)) == 0; }
+    static constexpr bool good(int stride) { return stride >= 1 && wholeElements(stride); }
+    bool pointerOk() const { return p != nullptr; }
+    bool countOk() const { return true; }
+    bool sizeOk() const { return true; }
+    bool stride0Ok() const { return !has0 || good(stride0); }
+    bool stridesOk() const { return (!has1 || good(stride1)) && (!has2 || good(stride2)); }
+    bool shiftOk() const { return !lists || (shift >= 0 && wholeElements(shift)); }
+    bool rowsAreContiguous() const { return stride2 == int(sizeof(T)); }
+    std::tuple<> sizes() const { return {}; }
+
+    // ---- this operand in the slice that begins at object `start`
+    Operand slice(int start, int, void*) const
+    {
+        Operand o = *this;
+        if constexpr (array && lists && F == P) o.shift = int(unsigned(shift) + unsigned(start) * unsigned(stride0));
+        else if constexpr (array && lists) o.p += start;
+        else if constexpr (array) o.p = moved(p, std::int64_t(start) * stride0);
+        return o;
+    }
+
+    // ---- its arguments in the list of kernel form G
+    template <Form G> auto list() const
+    {
+        constexpr auto given = [](auto has, int x) { if constexpr (has) return std::tuple(x); else return std::tuple(); };
+        return std::tuple_cat(std::tuple(p), given(std::bool_constant<lists>{}, shift), given(std::bool_constant<has0>{}, stride0),
+                              given(std::bool_constant<has1>{}, stride1),
+                              given(std::bool_constant<has2 && !contiguousRows(G)>{}, stride2));
+    }
+
+    // ---- object k as a view of height by width elements, the sizes being those of the matrix as it is read
+    auto object(int k, int height, int width) const
+    {
+        if constexpr (kind == Kind::transposed) return Transposed{stored(k, height)};
+        else return stored(k, width);
+    }
+    // The same without the transposition. `pitch` is the row length of a P list.
+    auto stored(int k, [[maybe_unused]] int pitch) const
+    {
+        if constexpr (lists && F == P) return Scattered<T>{p, shift + std::int64_t(k) * stride0, pitch};
+        else if constexpr (contiguousRows(F)) return Rows<T>{address(k), stride1};
+        else return Grid<T>{address(k), stride1, stride2};
+    }
+    // The first element of object k, where it does not depend on a list of elements.
+    T* address(int k) const requires (!(lists && F == P))
+    {
+        if constexpr (lists) return moved(p[k], shift);
+        else return moved(p, std::int64_t(k) * stride0);
+    }
+    // Object k as a single operand.
+    auto single([[maybe_unused]] int k) const requires (!(array && F == P))
+    {
+        if constexpr (!array) return *this;
+        else return Operand<T, kind, false, inL(F) ? (F == L ? S : S2) : F>{.p = address(k), .stride1 = stride1, .stride2 = stride2};
+    }
+};
+
+template <class T, Form F> using m  = Operand<T, Kind::matrix, false, F>;
+template <class T, Form F> using ma = Operand<T, Kind::matrix, true, F>;
+template <class T, Form F> using t  = Operand<T, Kind::transposed, false, F>;
+template <class T, Form F> using ta = Operand<T, Kind::transposed, true, F>;
+template <class T, Form F> using v  = Operand<T, Kind::vector, false, F>;
+template <class T, Form F> using va = Operand<T, Kind::vector, true, F>;
+template <class T, Form F> using ca = Operand<T, Kind::constants, true, F>;
+
+// ---- The other arguments.
+
+struct Size : Argument {
+    int n;
+    explicit Size(int value) : n(value) {}
+    operator int() const { return n; }
+    bool sizeOk() const { return n >= 1; }
+    std::tuple<unsigned> sizes() const { return unsigned(n); }
+    Size slice(int, int, void*) const { return *this; }
+    template <Form> std::tuple<int> list() const { return n; }
+};
+
+struct Count : Argument {
+    int n;
+    explicit Count(int value) : n(value) {}
+    operator int() const { return n; }
+    bool countOk() const { return n >= 1; }
+    std::tuple<unsigned> sizes() const { return unsigned(n); }
+    Count slice(int, int objects, void*) const { return Count(objects); }
+    template <Form> std::tuple<int> list() const { return n; }
+};
+
+// Scratch of the caller; in a team each thread has a share of its own instead.
+template <class T> struct Buffer : Argument {
+    T* p;
+    explicit Buffer(T* pointer) : p(pointer) {}
+    operator T*() const { return p; }
+    bool pointerOk() const { return p != nullptr; }
+    Buffer slice(int, int, void* share) const { return Buffer(static_cast<T*>(share)); }
+    template <Form> std::tuple<T*> list() const { return p; }
+};
+
+// How many objects the call treats: the Count of its list, or one.
+template <class... Args> int countOf(const Args&... args)
+{
+    int count = 1;
+    ([&] { if constexpr (std::is_same_v<Args, Count>) count = args; }(), ...);
+    return count;
+}
+
+// Calls f with the C arguments of a list of typed arguments, as kernel form F takes them.
+template <Form F, class Function, class... Args> auto call(Function f, const Args&... args)
+{
+    return std::apply(f, std::tuple_cat(args.template list<F>()...));
+}
+
+} // namespace kesl

@@ -1,0 +1,44 @@
+// Views: one object in memory, seen as element (i, j).
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+namespace kesl {
+
+template <class T> T* moved(T* p, std::int64_t bytes)
+{
+    using Byte = std::conditional_t<std::is_const_v<T>, const char, char>;
+    return reinterpret_cast<T*>(reinterpret_cast<Byte*>(p) + bytes);
+}
+
+// Rows that are contiguous runs.
+template <class T> struct Rows {
+    T* p;
+    std::int64_t stride1;
+    T& operator()(int i, int j) const { return moved(p, i * stride1)[j]; }
+};
+
+// Any distance between elements.
+template <class T> struct Grid {
+    T* p;
+    std::int64_t stride1, stride2;
+    T& operator()(int i, int j) const { return *moved(p, i * stride1 + j * stride2); }
+};
+
+// A pointer for each element.
+template <class T> struct Scattered {
+    T* const* list;
+    std::int64_t shift;
+    int pitch;
+    T& operator()(int i, int j) const { return *moved(list[std::int64_t(i) * pitch + j], shift); }
+};
+
+// Any of these with rows and columns exchanged.
+template <class View> struct Transposed {
+    View stored;
+    auto& operator()(int i, int j) const { return stored(j, i); }
+};
+template <class View> Transposed(View) -> Transposed<View>;
+
+} // namespace kesl

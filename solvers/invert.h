@@ -1,0 +1,77 @@
+// keslInvert: the inverse of one matrix, or of each matrix of an array, by the adjugate.
+#pragma once
+#include "frame/arguments.h"
+#include "frame/call.h"
+#include "solvers/adjugate.h"
+
+// clang-format off
+#define KESL_INVERT(as, F, T, k)  as##_in(k, src, F, T), as##_buffer(buffer, T), as##_out(k, dst, F, T), as##_size(widthHeight)
+#define KESL_INVERTS(as, F, T, k) KESL_INVERT(as, F, T, k), as##_count(count)
+
+// The common code of orders 2 and 7 upward has functions of its own.
+#define KESL_INVERT_COMMON(X)                                                                                       \
+    X(Invert, m, 32f, S, , KESL_INVERT, m)  X(Invert, m, 32f, S2, _S2, KESL_INVERT, m)  X(Invert, m, 32f, P, _P, KESL_INVERT, m) \
+    X(Invert, m, 64f, S, , KESL_INVERT, m)  X(Invert, m, 64f, S2, _S2, KESL_INVERT, m)  X(Invert, m, 64f, P, _P, KESL_INVERT, m)
+namespace kesl { template <class T, Form F> constexpr int* Invert_com = nullptr; }
+KESL_INVERT_COMMON(KESL_COMMON)
+// clang-format on
+
+namespace kesl {
+
+// ---- The family.
+struct Invert {
+    static constexpr Threshold threshold = setW;
+    static constexpr bool canFail = true;
+
+    // Order 1 is finished before any work measure, so never in threads.
+    template <class T> static std::optional<KeslStatus> first(auto src, auto, auto dst, int n, auto... count)
+    {
+        if (n != 1) return {};
+        for (int k = 0; k < countOf(count...); ++k) {
+            const T a = src.object(k, 1, 1)(0, 0);
+            if (!(abs(a) > singularBelow<T>(1))) return keslStatusSingular; // a NaN is singular here
+            dst.object(k, 1, 1)(0, 0) = 1 / a;
+        }
+        return keslStatusOk;
+    }
+
+    template <class T, Form F, class Count = One>
+    static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order, Count count = {})
+    {
+        return withOrder(order, [&](auto n) {
+            if constexpr (n > 0)
+                return eachPack<T, packBytes<T, n>>(count, [&]<class V>(Objects<V> k) {
+                    const auto a = load<n, n>(src, k);
+                    Block<V, n, n> inverse;
+                    if (!(n < 5 ? invertClosed<T>(a, inverse) : invertLong<T>(a, inverse))) return keslStatusSingular;
+                    store(dst, k, inverse);
+                    return keslStatusOk;
+                });
+            else
+                return eachObject(count, [&](int k) {
+                    constexpr Form G = F == P ? P : contiguousRows(F) ? S : S2;
+                    if constexpr (F == P && src.isArray) return common<T>(src, buffer, dst, order, k);
+                    else return call<G>(Invert_com<T, G>, src.single(k), buffer, dst.single(k), order);
+                });
+        });
+    }
+    template <class T, int n> static constexpr int packBytes = widest;
+
+    template <class T> static KeslStatus common(auto src, Buffer<T> buffer, auto dst, Size order, int k = 0)
+    {
+        return invertCommon<T>(src.object(k, order, order), buffer.p, dst.object(k, order, order), order);
+    }
+};
+
+// ---- The members.
+struct Invert_m : Invert {};
+struct Invert_ma : Invert {
+    static unsigned measure(unsigned n, unsigned count) { return 2 * n * count; }
+    static unsigned scratch(unsigned n, unsigned) { return n * n + n; } // elements for a thread
+};
+
+} // namespace kesl
+
+// ---- Their functions, by module.
+#define KESL_INVERT_M(X)  X(Invert, m, KESL_INVERT, m)
+#define KESL_INVERT_MA(X) X(Invert, ma, KESL_INVERTS, ma)

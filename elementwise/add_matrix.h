@@ -15,7 +15,7 @@ template <class Op> struct SumOfMatrices {
     static constexpr Threshold threshold = setA;
 
     template <class T, Form F, class Count = One>
-    static KeslStatus kernel(auto src1, auto src2, auto dst, int width, int height, Count count = {})
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, int width, int height, Count count = {})
     {
         map(height, width, count, [](auto a, auto b) { return Op::of(a, b); }, dst, src1, src2);
         return keslStatusOk;

@@ -63,8 +63,16 @@ template <class T, int bytes> struct UnalignedOf {
     typedef T type __attribute__((vector_size(bytes), aligned(alignof(T)), may_alias));
 };
 template <class V> using Unaligned = typename UnalignedOf<ElementOf<V>, sizeof(V)>::type;
-template <class V> V loadPack(const ElementOf<V>* p) { return *reinterpret_cast<const Unaligned<V>*>(p); }
-template <class V> void storePack(ElementOf<V>* p, V x) { *reinterpret_cast<Unaligned<V>*>(p) = x; }
+template <class V> V loadPack(const ElementOf<V>* p)
+{
+    if constexpr (lanes<V> == 1) return *p;
+    else return *reinterpret_cast<const Unaligned<V>*>(p);
+}
+template <class V> void storePack(ElementOf<V>* p, V x)
+{
+    if constexpr (lanes<V> == 1) *p = x;
+    else *reinterpret_cast<Unaligned<V>*>(p) = x;
+}
 
 // ---- 16 bytes of each object, that is perPiece elements. Piece i of register r holds those of object r + i * perPiece;
 // a transposition inside the pieces then brings the objects into lane order.

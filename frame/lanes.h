@@ -9,8 +9,10 @@
 #include <utility>
 
 #pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized" // g++ 12 leaves "undefined" vectors uninitialised on purpose
+#ifndef __clang__
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized" // g++ 12's header leaves "undefined" vectors so on purpose
 #pragma GCC diagnostic ignored "-Wuninitialized"
+#endif
 #include <immintrin.h>
 #pragma GCC diagnostic pop
 

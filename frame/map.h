@@ -1,7 +1,7 @@
-// Element by element: dst(k, i, j) = f(src1(k, i, j), ...) over all objects and elements. A single source serves every object.
+// Element by element: dst(k, i, j) = f(src1(k, i, j), ...) over all objects and elements. A single source serves every
+// object. f is a template over a value: an element or a pack of them.
 //
-// Each element is read before the same element is written, and nothing else is promised of overlap: so the loops may be
-// vectorised as if there were none.
+// Each element is read before the same element is written, and nothing else is promised of overlap.
 #pragma once
 #include "frame/objects.h"
 
@@ -11,27 +11,51 @@
 
 namespace kesl {
 
-// dst[e] = f(src[e], ...) for a run of n elements.
-template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, auto f, T* dst, const auto&... src)
+// ---- Runs: dst[e] = f(src[e], ...) for n consecutive elements.
+
+// A source of a run that has one value.
+template <class T> struct Same { T x; };
+
+template <class V, class T> V valueAt(const T* src, std::int64_t e) { return loadPack<V>(src + e); }
+template <class V, class T> V valueAt(Same<T> src, std::int64_t) { return splat<V>(src.x); }
+
+template <class T, int bytes> using PackOrElement = std::conditional_t<bytes == sizeof(T), T, Pack<T, bytes>>;
+
+template <class V, class T> [[gnu::always_inline]] inline void mapStep(std::int64_t& e, auto f, T* dst, auto... src)
 {
-#pragma GCC ivdep
-    for (std::int64_t e = 0; e < n; ++e) dst[e] = f(src[e]...);
+    storePack<V>(dst + e, f(valueAt<V>(src, e)...));
+    e += lanes<V>;
+}
+// Steps of `bytes` and their doubles, to where dst is aligned for the widest pack.
+template <int bytes, class T> [[gnu::always_inline]] inline void mapHead(std::int64_t& e, auto f, T* dst, auto... src)
+{
+    if (reinterpret_cast<std::uintptr_t>(dst + e) & bytes) mapStep<PackOrElement<T, bytes>>(e, f, dst, src...);
+    if constexpr (2 * bytes < widest) mapHead<2 * bytes>(e, f, dst, src...);
+}
+// Steps of `bytes` and their halves, each of which is needed once at the most.
+template <int bytes, class T> [[gnu::always_inline]] inline void mapTail(std::int64_t& e, std::int64_t n, auto f, T* dst, auto... src)
+{
+    using V = PackOrElement<T, bytes>;
+    if (n - e >= lanes<V>) mapStep<V>(e, f, dst, src...);
+    if constexpr (bytes > sizeof(T)) mapTail<bytes / 2>(e, n, f, dst, src...);
+}
+template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, auto f, T* dst, auto... src)
+{
+    using V = Pack<T>;
+    std::int64_t e = 0;
+    if (n >= 8 * lanes<V>) mapHead<sizeof(T)>(e, f, dst, src...); // worth it for stores that do not cross cache lines
+    while (n - e >= lanes<V>) mapStep<V>(e, f, dst, src...);
+    mapTail<widest / 2>(e, n, f, dst, src...);
 }
 
-// One object of any size, or square of order n, by any views. Contiguous rows are read as a whole before they are written,
-// so that the compiler joins elements to vectors.
+// ---- One object of any size, or square of order n, by any views.
 template <int n> [[gnu::always_inline]] inline void mapObject(int height, int width, auto f, auto dst, auto... src)
 {
-    using Element = std::remove_cvref_t<decltype(dst(0, 0))>;
-    if constexpr (n > 0 && std::is_same_v<decltype(dst), Rows<Element>>) {
-        Block<Element, n, n> x;
-        eachElement<n, n>([&](int i, int j) { x(i, j) = f(src(i, j)...); });
-        eachElement<n, n>([&](int i, int j) { dst(i, j) = x(i, j); });
-    } else if constexpr (n > 0)
-        eachElement<n, n>([&](int i, int j) { dst(i, j) = f(src(i, j)...); });
-    else
-        for (int i = 0; i < height; ++i)
-#pragma GCC ivdep
+    if constexpr (n > 0) height = width = n;
+#pragma GCC unroll 1 // a row written out is enough
+    for (int i = 0; i < height; ++i)
+        if constexpr (requires { mapRun(width, f, dst.row(i), src.row(i)...); }) mapRun(width, f, dst.row(i), src.row(i)...);
+        else
             for (int j = 0; j < width; ++j) dst(i, j) = f(src(i, j)...);
 }
 
@@ -54,48 +78,45 @@ template <class O> bool isPacked(const O& o, int height, int width)
     return !O::isArray || (isOneRun(o, height, width) && o.stride0 == std::int64_t(height) * width * O::elementSize);
 }
 
-// ---- Arrays without any gap, beside them perhaps single operands.
+// ---- Arrays without any gap, and single operands beside them.
 
-// A source in pieces of some objects: an array itself, a single operand repeated often enough for one piece.
+// A source in pieces of some objects: an array itself, a single operand repeated as often as a piece has objects.
 constexpr int mostRepeated = 6 * 6;
+template <class T> constexpr int objectsPerPiece = widest / int(sizeof(T));
+
 template <class O> struct Piecewise {
     const typename O::Element* p;
     Piecewise(const O& o, int, int, int) : p(o.address(0)) {}
-    auto piece(std::int64_t element) const { return p + element; }
+    const auto* piece(std::int64_t element) const { return p + element; }
 };
 template <class O> requires (!O::isArray) struct Piecewise<O> {
-    static constexpr int objects = widest / O::elementSize;
-    typename O::Element e[mostRepeated * objects];
+    using T = typename O::Element;
+    T e[mostRepeated * objectsPerPiece<T>];
     Piecewise(const O& o, int height, int width, int count)
     {
         const auto single = o.object(0, height, width);
         for (int i = 0; i < height; ++i)
             for (int j = 0; j < width; ++j) e[i * width + j] = single(i, j);
-        const int each = height * width, all = each * std::min(count, objects);
-        for (int done = each; done < all; done *= 2) std::memcpy(e + done, e, std::min(done, all - done) * sizeof *e);
+        const int each = height * width, all = each * std::min(count, objectsPerPiece<T>);
+        for (int done = each; done < all; done *= 2) std::memcpy(e + done, e, std::size_t(std::min(done, all - done)) * sizeof *e);
     }
-    auto piece(std::int64_t) const { return e; }
+    const T* piece(std::int64_t) const { return e; }
 };
 
-template <class T> void mapPacked(int height, int width, int count, auto f, T* dst, const auto&... src)
+template <class T> void mapPieces(std::int64_t each, int count, auto f, T* dst, const auto&... src)
 {
-    constexpr int objects = widest / int(sizeof(T));
-    const std::int64_t each = std::int64_t(height) * width;
-    for (std::int64_t k = 0; k < count; k += objects)
-        mapRun(std::min<std::int64_t>(objects, count - k) * each, f, dst + k * each, src.piece(k * each)...);
+    for (std::int64_t k = 0; k < count; k += objectsPerPiece<T>)
+        mapRun(std::min<std::int64_t>(objectsPerPiece<T>, count - k) * each, f, dst + k * each, src.piece(k * each)...);
 }
 
 // ---- Roads for the layouts and strides of a call.
 
 // A source along the objects, at one of its elements.
-template <class T> struct Same {
-    T x;
-    T operator[](std::int64_t) const { return x; }
-};
 template <class O> auto alongObjects(const O& o, int i, int j, int height, int width)
 {
-    if constexpr (O::isArray) return &o.object(0, height, width)(i, j);
-    else return Same<typename O::Element>{o.object(0, height, width)(i, j)};
+    auto& first = o.object(0, height, width)(i, j);
+    if constexpr (O::isArray) return &first;
+    else return Same<typename O::Element>{first};
 }
 
 template <class V, int n> [[gnu::always_inline]] inline void mapBlock(Block<V, n, n>& dst, auto f, const auto&... src)
@@ -103,21 +124,18 @@ template <class V, int n> [[gnu::always_inline]] inline void mapBlock(Block<V, n
     eachElement<n, n>([&](int i, int j) { dst(i, j) = f(src(i, j)...); });
 }
 
-// Object k that is one run, as rows of n elements.
-template <int n> auto asRun(const auto& o, int k) { return Rows{o.address(k), n * o.elementSize}; }
-
 template <class Dst, class... Src>
 [[gnu::always_inline]] inline void map(int height, int width, auto count, auto f, const Dst& dst, const Src&... src)
 {
     using T = typename Dst::Element;
     constexpr Form F = Dst::form;
+    const std::int64_t each = std::int64_t(height) * width;
 
     if constexpr (F == S && Dst::isArray)
         if (isPacked(dst, height, width) && (isPacked(src, height, width) && ...)) {
-            const std::int64_t each = std::int64_t(height) * width;
             if constexpr ((Src::isArray && ...)) return mapRun(each * count, f, dst.address(0), src.address(0)...);
             else if (each <= mostRepeated)
-                return mapPacked(height, width, count, f, dst.address(0), Piecewise<Src>(src, height, width, count)...);
+                return mapPieces(each, count, f, dst.address(0), Piecewise<Src>(src, height, width, count)...);
         }
     if constexpr ((F == S2 || F == P) && Dst::isArray) // structure of arrays
         if (dst.stride0 == dst.elementSize && ((!Src::isArray || src.stride0 == src.elementSize) && ...)) {
@@ -138,8 +156,8 @@ template <class Dst, class... Src>
                     });
                     return;
                 }
-            if (std::int64_t(height) * width <= INT_MAX && isOneRun(dst, height, width) && (isOneRun(src, height, width) && ...)) {
-                for (int k = 0; k < count; ++k) mapObject<n>(1, height * width, f, asRun<n>(dst, k), asRun<n>(src, k)...);
+            if (isOneRun(dst, height, width) && (isOneRun(src, height, width) && ...)) {
+                for (int k = 0; k < count; ++k) mapRun(n > 0 ? n * n : each, f, dst.address(k), src.address(k)...);
                 return;
             }
         }

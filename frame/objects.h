@@ -3,13 +3,15 @@
 #include "frame/blocks.h"
 #include "keslmx.h"
 
+#include <algorithm>
+
 namespace kesl {
 
 template <int n> using Fixed = std::integral_constant<int, n>;
 using One = Fixed<1>; // the count of a member without an array
 
 // f(Fixed<n>) for an order of 3 to 6, which have bodies of their own, and f(Fixed<0>) for any other.
-auto withOrder(int order, auto f)
+[[gnu::always_inline]] inline auto withOrder(int order, auto f)
 {
     switch (order) {
     case 3: return f(Fixed<3>{});
@@ -21,7 +23,7 @@ auto withOrder(int order, auto f)
 }
 
 // body(k) for k = 0 .. count - 1 until one fails.
-KeslStatus eachObject(auto count, auto body)
+[[gnu::always_inline]] inline KeslStatus eachObject(auto count, auto body)
 {
     for (int k = 0; k < count; ++k)
         if (const KeslStatus status = body(k)) return status;
@@ -29,22 +31,29 @@ KeslStatus eachObject(auto count, auto body)
 }
 
 // The same by packs: body(Objects<V>) must store nothing if it fails in any lane. Its objects are then done again one by
-// one, so that the first failure, and what it has written, are those of the scalar loop.
-template <class T, int bytes = widest> KeslStatus eachPack(auto count, auto body)
+// one, so that the first failure, and what it has written, are those of the scalar loop. What is left at the end, or a
+// small count, goes by packs of four.
+template <class T> [[gnu::always_inline]] inline KeslStatus eachPack(auto count, auto body)
 {
-    using V = Pack<T, bytes>;
+    using Wide = Pack<T>;
+    using Four = Pack<T, 4 * sizeof(T)>;
     if constexpr (std::is_same_v<decltype(count), One>) return body(Objects<T>{0});
-    else
-        for (int k = 0; k < count;) {
-            const int left = count - k;
-            if (left >= lanes<V> && body(Objects<V>{k}) == keslStatusOk) {
-                k += lanes<V>;
-                continue;
-            }
-            for (int end = left < lanes<V> ? count : k + lanes<V>; k < end; ++k)
+    else {
+        int k = 0;
+        const auto pack = [&]<class V>(Objects<V> objects) {
+            if (count - k < lanes<V> || body(objects) != keslStatusOk) return false;
+            k += lanes<V>;
+            return true;
+        };
+        while (k < count) {
+            if (pack(Objects<Wide>{k})) continue;
+            if constexpr (lanes<Wide> > 4)
+                if (count - k < lanes<Wide> && pack(Objects<Four>{k})) continue;
+            for (const int end = std::min<int>(count, k + lanes<Wide>); k < end; ++k)
                 if (const KeslStatus status = body(Objects<T>{k})) return status;
         }
-    return keslStatusOk;
+        return keslStatusOk;
+    }
 }
 
 } // namespace kesl

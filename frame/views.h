@@ -16,7 +16,8 @@ template <class T> T* moved(T* p, std::int64_t bytes)
 template <class T> struct Rows {
     T* p;
     std::int64_t stride1;
-    T& operator()(int i, int j) const { return moved(p, i * stride1)[j]; }
+    T* row(int i) const { return moved(p, i * stride1); }
+    T& operator()(int i, int j) const { return row(i)[j]; }
 };
 
 // Any distance between elements.

@@ -13,7 +13,7 @@ struct AffineTransform3DH_mva {
     template <class T> static constexpr Checks checks = {"NCB", "", ""}; // no sizes: 4 by 4, and 3 coordinates
     static unsigned measure(unsigned count) { return 6 * count + 16; }
 
-    template <class T, Form F> static KeslStatus kernel(auto src1, auto src2, auto dst, Count count)
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Count count)
     {
         const auto m = load<4, 4>(src1, Objects<T>{0});
         // Distances that the compiler knows let it treat several points at once.

@@ -36,11 +36,11 @@ struct Invert {
     }
 
     template <class T, Form F, class Count = One>
-    static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order, Count count = {})
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order, Count count = {})
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0)
-                return eachPack<T, packBytes<T, n>>(count, [&]<class V>(Objects<V> k) {
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
                     const auto a = load<n, n>(src, k);
                     Block<V, n, n> inverse;
                     if (!(n < 5 ? invertClosed<T>(a, inverse) : invertLong<T>(a, inverse))) return keslStatusSingular;
@@ -55,8 +55,6 @@ struct Invert {
                 });
         });
     }
-    template <class T, int n> static constexpr int packBytes = widest;
-
     template <class T> static KeslStatus common(auto src, Buffer<T> buffer, auto dst, Size order, int k = 0)
     {
         return invertCommon<T>(src.object(k, order, order), buffer.p, dst.object(k, order, order), order);

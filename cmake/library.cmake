@@ -7,7 +7,10 @@ function(keslmx_library target directory)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
     target_compile_options(${target} PRIVATE ${ARGN})
     target_link_libraries(${target} PRIVATE keslmx_flags keslcorex64 OpenMP::OpenMP_CXX)
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,-z,defs -Wl,--as-needed)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--as-needed)
+    if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize") # with clang the program brings the sanitizer's runtime, not a library
+        target_link_options(${target} PRIVATE -Wl,-z,defs)
+    endif()
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME keslmx  VERSION 6.1  SOVERSION 6.1  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib${directory}
         LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map

@@ -1,0 +1,92 @@
+#!/bin/sh
+# Usage: install.sh tree WORK LEVELS BUILD
+#        install.sh program WORK LEVELS SOURCE LANGUAGE COMPILER FLAGS PACKAGES
+# The first form installs BUILD into WORK/tree, the second builds a program of consumer/ against that tree and runs it.
+set -eu
+unset LD_LIBRARY_PATH
+what=$1 work=$2 levels=$3
+shift 3
+consumer=$(dirname "$0")/consumer
+tree=$work/tree
+loader=/lib64/ld-linux-x86-64.so.2
+
+fail() { echo "$*" >&2; exit 1; }
+libdir() { dirname "$(find "$1" -name pkgconfig)"; }
+same() { [ "$2" = "$3" ] || fail "$1 is '$2', not '$3'"; }
+needs() { readelf -d "$1" | sed -n 's/.*(RUNPATH).*\[\(.*\)\]/\1/p'; }
+
+install_tree() { # BUILD
+    rm -rf "$work"
+    mkdir -p "$work"
+    prefix=$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' "$1/CMakeCache.txt")
+    DESTDIR=$work/staged cmake --install "$1" > "$work/staged.log"
+    cmake --install "$1" --prefix "$work/elsewhere" > "$work/elsewhere.log"
+    (cd "$work/staged$prefix" && find . | sort) > "$work/staged.list"
+    (cd "$work/elsewhere" && find . | sort) > "$work/elsewhere.list"
+    diff "$work/staged.list" "$work/elsewhere.list"
+    mv "$work/elsewhere" "$tree"
+
+    lib=$(libdir "$tree")
+    for name in mx corex64; do
+        same "libkesl$name.so" "$(readlink "$lib/libkesl$name.so")" libkesl$name.so.6.1
+        same "the path in libkesl$name.so.6.1" "$(needs "$lib/libkesl$name.so.6.1")" "\$ORIGIN"
+    done
+    for level in $levels; do
+        file=$lib/glibc-hwcaps/x86-64-$level/libkeslmx.so.6.1
+        same "the path in the library of $level" "$(needs "$file")" "\$ORIGIN:\$ORIGIN/../.."
+    done
+    # shellcheck disable=SC2086
+    set -- "$1" $levels
+    same "the number of files for levels" "$(find "$lib" -path '*hwcaps*' ! -type d | wc -l)" $(($# - 1))
+    if grep -rF -e "$work" -e "$1" "$lib/pkgconfig" "$lib/cmake"; then fail "these files are tied to a directory"; fi
+}
+
+# Runs a program with the levels that a list allows, and with exactly the library that is expected then.
+run() { # PROGRAM LIST FILE
+    "$loader" --glibc-hwcaps-mask "$2" --list "$1" > "$work/loaded" || fail "$1 does not load"
+    same "the library for $2" "$(realpath "$(awk '$1 == "libkeslmx.so.6.1" { print $3 }' "$work/loaded")")" "$3"
+    same "the companion for $2" "$(realpath "$(awk '$1 == "libkeslcorex64.so.6.1" { print $3 }' "$work/loaded")")" \
+        "$lib/libkeslcorex64.so.6.1"
+    "$loader" --glibc-hwcaps-mask "$2" "$1" || fail "$1 fails with the library for $2"
+    echo "ok: $(basename "$(dirname "$1")"), $3"
+}
+
+run_at_all_levels() { # PROGRAM
+    best=$lib/libkeslmx.so.6.1
+    run "$1" none "$best"
+    for level in $levels; do # in rising order
+        if ! "$loader" --help | grep -q "x86-64-$level (supported, searched)"; then
+            echo "skipped: this processor has no x86-64-$level"
+            continue
+        fi
+        best=$lib/glibc-hwcaps/x86-64-$level/libkeslmx.so.6.1
+        run "$1" "x86-64-$level" "$best"
+    done
+    same "the library of a plain start" \
+        "$(LD_TRACE_LOADED_OBJECTS=1 "$1" | awk '$1 == "libkeslmx.so.6.1" { print $3 }' | xargs realpath)" "$best"
+    "$1" || fail "$1 fails"
+}
+
+build_program() { # SOURCE LANGUAGE COMPILER FLAGS PACKAGES
+    command -v "$3" > /dev/null || { echo "skipped: no $3"; exit 77; }
+    lib=$(realpath "$(libdir "$tree")")
+    out=$work/$1
+    rm -rf "$out"
+    mkdir -p "$out/pkg-config"
+
+    export PKG_CONFIG_PATH="$lib/pkgconfig"
+    flags=$(pkg-config --cflags --libs "$5 >= 6.1")
+    # shellcheck disable=SC2086
+    "$3" $4 "$consumer/$1" -o "$out/pkg-config/program" $flags -Wl,-rpath,"$lib"
+    run_at_all_levels "$out/pkg-config/program"
+
+    cmake -S "$consumer" -B "$out/find_package" -D SOURCE="$1" -D LANGUAGE="$2" -D CMAKE_"$2"_COMPILER="$3" \
+        -D FLAGS="$4" -D PACKAGES="$5" -D CMAKE_PREFIX_PATH="$tree" > "$out/find_package.log"
+    cmake --build "$out/find_package" >> "$out/find_package.log" || { cat "$out/find_package.log"; exit 1; }
+    run_at_all_levels "$out/find_package/program"
+}
+
+case $what in
+tree) install_tree "$@" ;;
+program) build_program "$@" ;;
+esac

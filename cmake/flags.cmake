@@ -12,7 +12,8 @@ find_package(OpenMP REQUIRED COMPONENTS CXX)
 add_library(keslmx_warnings INTERFACE)
 target_compile_options(keslmx_warnings INTERFACE
     -Wall -Wextra -Wconversion -Wshadow -Werror
-    $<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-pragmas -Wno-pass-failed>) # g++'s loop pragmas; loops that clang leaves as they are
+    # clang: g++'s loop pragmas; loops that it leaves as they are; -Wconversion without signs, as g++ has it
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-pragmas -Wno-pass-failed -Wno-sign-conversion>)
 
 add_library(keslmx_flags INTERFACE)
 target_compile_options(keslmx_flags INTERFACE

@@ -75,6 +75,12 @@ std::string print(const Function& f, const std::vector<Value>& values)
 }
 } // namespace
 
+std::vector<Value> goodArguments(const Function& f)
+{
+    Random random(f.name, 0);
+    return validArguments(f, random);
+}
+
 void testChecks(const Function& f, const Level& level)
 {
     setThreads({1});

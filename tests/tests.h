@@ -11,6 +11,8 @@ void testThresholds(const Function&, const Level&); // from which arguments on a
 void testThreads(const Function&, const Level&);    // results, regions and scratch of teams
 void testLevels(const Function&, const Level&);     // the bits of one level against those of the plain one
 
+std::vector<Value> goodArguments(const Function&); // that pass all checks; pointers lead nowhere
+
 // KESLMX_TEST_EFFORT, per cent of the usual number of cases; KESLMX_TEST_CASE, the one case to run.
 int cases(int usual);
 bool chosen(int number);

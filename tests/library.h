@@ -1,0 +1,30 @@
+#pragma once
+// The library under test: its levels, found by path and called without its header, and the stand-ins that watch it.
+#include "table.h"
+
+#include <string>
+#include <vector>
+
+struct Level {
+    std::string name, path; // plain, v3, v4
+    bool supported;         // by this processor
+};
+const std::vector<Level>& levels(); // built ones, or those of the environment variable KESLMX_LIBRARIES
+
+// The function of one level by name; null if the level does not export it.
+void* find(const Level&, const std::string& function);
+int call(const Function&, void* address, const std::vector<Value>&);
+const std::vector<std::string>& exported(); // names in cmake/exports.map
+
+// Stand-in for the companion: the answers that ownGetNumThreads gives, in turn, the last one again and again.
+void setThreads(std::vector<int> answers);
+
+// What a call did, since the last reset.
+struct Watch {
+    int asked = 0;             // calls of ownGetNumThreads
+    int regions = 0, team = 0; // parallel regions, and the threads that the last one asked for
+    int blocks = 0, freed = 0; // of the OpenMP runtime's allocator
+    size_t bytes = 0;          // of the last block
+};
+extern Watch watch;
+extern bool regionsAreSeen; // regions and team are counted (GNU runtime only)

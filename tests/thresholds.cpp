@@ -1,0 +1,89 @@
+// When a call goes parallel: it then asks for the number of threads. Every pointer leads to inaccessible memory, so the
+// call ends at its first access, whatever its size: measures that wrap cost nothing.
+#include "tests.h"
+
+namespace
+{
+constexpr int elemLimit = 1 << 15; // of random sizes
+
+std::vector<Value> argumentsOf(const Function& f, const Dims& dims, bool contiguous, Random& random)
+{
+    std::vector<Value> values(f.arguments.size());
+    std::vector<size_t> strides2;
+    for (size_t i = 0; i < values.size(); ++i) {
+        const Argument& a = f.arguments[i];
+        values[i].p = forbidden();
+        if (a.role == Role::pointer || a.role == Role::constant) continue;
+        values[i].p = nullptr;
+        values[i].i = a.role == Role::size    ? f.size(a.name, dims)
+                      : a.role == Role::count ? 1
+                      : a.role == Role::shift ? 0
+                                              : f.elemSize;
+        if (a.role == Role::stride0 || a.role == Role::stride1) values[i].i *= random.between(1, 50);
+        if (a.role == Role::stride2) strides2.push_back(i);
+    }
+    if (!contiguous && !strides2.empty()) values[random.pick(strides2)].i *= random.between(2, 3); // one is enough
+    return values;
+}
+} // namespace
+
+void testThresholds(const Function& f, const Level& level)
+{
+    void* address = find(level, f.name);
+    Random random(f.name + "thresholds", 0);
+    int reached = 0, below = 0;
+    const auto check = [&](const std::vector<Value>& values) {
+        // Order 1 of the inverse is done before any measure is taken.
+        const bool never = !f.threaded() || (f.operation == "Invert" && values[size_t(f.at("widthHeight"))].i == 1);
+        const int measure = f.measured() ? f.measure(values) : 0;
+        const int threshold = f.measured() ? f.threshold(f.contiguous(values)) : 0;
+        const bool parallel = !never && measure >= threshold;
+        setThreads({1});
+        int status = Ok;
+        const bool ended = survives([&] { status = call(f, address, values); });
+        std::string text;
+        for (size_t i = 0; i < values.size(); ++i)
+            if (f.arguments[i].role != Role::pointer && f.arguments[i].role != Role::constant)
+                text += " " + f.arguments[i].name + "=" + std::to_string(values[i].i);
+        EXPECT_FALSE(ended) << f.name << text << ": returned " << status << " without a look at its operands";
+        EXPECT_EQ(watch.asked, int(parallel))
+            << f.name << text << ": measure " << measure << ", threshold " << threshold;
+        ++(parallel ? reached : below);
+    };
+
+    for (int n = 0; n < cases(150) && !testing::Test::HasFailure(); ++n) {
+        Dims dims;
+        const int largest = n % 4 == 3 ? elemLimit : n % 4 == 2 ? 100 : 9;
+        for (char c : f.letters()) dims[c] = random.between(1, largest);
+        if (f.operation.substr(0, 2) == "QR") dims['h'] = dims['w'];
+        std::vector<Value> values = argumentsOf(f, dims, n % 2 == 0, random);
+        if (!f.array) {
+            check(values);
+            continue;
+        }
+        Value& count = values[size_t(f.at("count"))];
+        if (f.measured()) { // the smallest count that reaches the threshold, before anything wraps
+            const int threshold = f.threshold(f.contiguous(values));
+            int low = 0, high = 1 << 20;
+            const auto reaches = [&](int c) {
+                count.i = c;
+                const int measure = f.measure(values);
+                return measure >= threshold || measure < 0;
+            };
+            while (high - low > 1) (reaches((low + high) / 2) ? high : low) = (low + high) / 2;
+            for (int c : {high - 1, high, high + 1}) {
+                count.i = std::max(c, 1);
+                check(values);
+            }
+        }
+        for (int i = 0; i < 6; ++i) { // many of these wrap
+            count.i = 1 + int(random.next() >> random.between(33, 60));
+            check(values);
+        }
+        count.i = INT_MAX, check(values);
+    }
+    if (f.threaded()) {
+        EXPECT_GT(reached, 0);
+    }
+    EXPECT_GT(below, 0);
+}

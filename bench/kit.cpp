@@ -464,10 +464,10 @@ void writePlot(const std::string& path, const std::vector<Result>& results)
             if (!last.empty()) names += format("%g \"%s\"\n", (first + place - 1) / 2.0, last.c_str());
         };
         for (const auto& r : results) {
-            if (r.row.size != Size::cache || r.row.layout != Layout::packed || r.row.type != type) continue;
+            if (r.row.size != Size::cache || r.row.layout != Layout::packed || r.row.type != type || std::isnan(r.goal))
+                continue;
             if (r.row.family != last) close(), place += 1, first = place, last = r.row.family;
-            std::fprintf(f, "%d %d %.3f %s\n", place++, r.row.order, r.ratio(),
-                         std::isnan(r.goal) ? "NaN" : format("%g", r.goal).c_str());
+            std::fprintf(f, "%d %d %.3f %g\n", place++, r.row.order, r.ratio(), r.goal);
         }
         close();
         std::fprintf(f, "\n\n");
@@ -542,15 +542,15 @@ void runAll(const Options& options)
         for (const auto& row : rows) std::printf("%s\n", row.name().c_str());
         return;
     }
-    if (options.smoke) {
-        for (const auto& row : rows) verify(row, row.prepare(countOf(row, true)));
-        std::printf("%zu rows: all contenders agree\n", rows.size());
-        return;
-    }
-
     const Library library;
     if (options.level != "best" && options.level != library.level)
         throw std::runtime_error("the loader took level " + library.level + " of the library, not " + options.level);
+    if (options.smoke) {
+        for (const auto& row : rows) verify(row, row.prepare(countOf(row, true)));
+        std::printf("%zu rows: all contenders agree with level %s\n", rows.size(), library.level.c_str());
+        return;
+    }
+
     const Goals goals(options.goals, library.level);
     std::string arguments[] = {"bench", "--benchmark_enable_random_interleaving=true"};
     char* argv[] = {arguments[0].data(), arguments[1].data(), nullptr};

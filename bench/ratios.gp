@@ -19,7 +19,7 @@ set ytics format "%gx"
 set grid ytics lc rgb "#dddddd" lt 1
 set boxwidth 0.8
 set style fill solid 1.0 noborder
-set key at screen 0.98, 0.955 right reverse Left horizontal samplen 1 textcolor rgb "#444444"
+set key at graph 1, 1.09 right reverse Left horizontal samplen 1 width -2 textcolor rgb "#444444"
 set ylabel "best alternative / library" textcolor rgb "#444444"
 set arrow 1 from graph 0, first 1 to graph 1, first 1 nohead lc rgb "#444444" lw 1.2 front
 
@@ -27,9 +27,9 @@ type(i) = i == 0 ? "float" : "double"
 missed(ratio, goal) = goal == goal && ratio < goal
 # Bars stand on the line of 1: faster grows up, slower hangs down.
 do for [i = 0:1] {
-    set title type(i) offset 0, -0.5 textcolor rgb "#444444"
+    set label 1 type(i) at graph 0, 1.06 left font ",13" textcolor rgb "#1d3557"
     if (i == 1) { unset key }
-    plot data index i using 1:($3):($1 - 0.4):($1 + 0.4):(1):(missed($3, $4) ? 1 : $3):xtic(2) with boxxyerror lc rgb "#2a9d8f" title "goal reached, or none", \
+    plot data index i using 1:($3):($1 - 0.4):($1 + 0.4):(1):(missed($3, $4) ? 1 : $3):xtic(2) with boxxyerror lc rgb "#2a9d8f" title "goal reached", \
          data index i using 1:($3):($1 - 0.4):($1 + 0.4):(1):(missed($3, $4) ? $3 : 1) with boxxyerror lc rgb "#e76f51" title "under the goal", \
          data index i using ($1 - 0.45):4:(0.9):(0) with vectors nohead lc rgb "#1d3557" lw 2.5 title "goal", \
          data index i + 2 using 1:(2.0**low):2 with labels offset 0, -2.3 textcolor rgb "#1d3557" notitle

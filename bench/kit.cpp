@@ -307,8 +307,11 @@ Result measure(Collector& collector, Flat& flat, const Row& row, const Prepared&
     const bool two = prepared.bytesRead >= 2 * prepared.bytesWritten;
     if (stream) flat.use(bytes), tasks.push_back({"flat-add", [&] { flat.add(bytes, two, row.threads); }});
 
-    const int turns = (stream ? 9 : 15) / (quick ? 3 : 1);
-    const auto times = measure(collector, row.name(), tasks, turns, stream ? 1e-6 : 1e-3);
+    // With threads a pass counts only if nothing else took any of the processors meanwhile: more and shorter turns.
+    const bool team = row.threads > 1;
+    const int turns = (stream ? (team ? 25 : 9) : (team ? 60 : 15)) / (quick ? 3 : 1);
+    const double turn = stream ? 1e-6 : team ? 2e-4 : 1e-3; // seconds; the shortest is one pass
+    const auto times = measure(collector, row.name(), tasks, turns, turn);
 
     Result result;
     result.row = row;
@@ -451,29 +454,33 @@ void writeJson(const std::string& path, const std::vector<Result>& results, cons
     std::fclose(f);
 }
 
-// For the plot: float and double as one block each (place, order, ratio, goal), then the same with the families' names.
+// For the plot: float and double as one block each (place, order, ratio, goal), then the families' names and places.
 void writePlot(const std::string& path, const std::vector<Result>& results)
 {
-    std::FILE* const f = create(path);
-    std::string names;
-    for (const char* type : {"32f", "64f"}) {
-        int place = 0;
-        std::string last;
-        int first = 0;
-        const auto close = [&] {
-            if (!last.empty()) names += format("%g \"%s\"\n", (first + place - 1) / 2.0, last.c_str());
-        };
-        for (const auto& r : results) {
-            if (r.row.size != Size::cache || r.row.layout != Layout::packed || r.row.type != type || std::isnan(r.goal))
-                continue;
-            if (r.row.family != last) close(), place += 1, first = place, last = r.row.family;
-            std::fprintf(f, "%d %d %.3f %g\n", place++, r.row.order, r.ratio(), r.goal);
-        }
-        close();
-        std::fprintf(f, "\n\n");
-        names += "\n\n";
+    std::vector<const Result*> shown;
+    for (const auto& r : results)
+        if (r.row.size == Size::cache && r.row.layout == Layout::packed && !std::isnan(r.goal)) shown.push_back(&r);
+
+    std::map<std::pair<std::string, int>, int> places; // of a family's order, the same in both blocks
+    std::vector<std::pair<std::string, std::vector<int>>> families;
+    int place = 0;
+    for (const Result* r : shown) {
+        if (places.count({r->row.family, r->row.order})) continue;
+        if (families.empty() || families.back().first != r->row.family)
+            families.push_back({r->row.family, {}}), ++place;
+        families.back().second.push_back(place);
+        places[{r->row.family, r->row.order}] = place++;
     }
-    std::fprintf(f, "%s", names.c_str());
+    std::FILE* const f = create(path);
+    for (const char* type : {"32f", "64f"}) {
+        for (const Result* r : shown)
+            if (r->row.type == type)
+                std::fprintf(f, "%d %d %.3f %g\n", places[{r->row.family, r->row.order}], r->row.order, r->ratio(),
+                             r->goal);
+        std::fprintf(f, "\n\n");
+    }
+    for (const auto& [family, at] : families)
+        std::fprintf(f, "%g \"%s\"\n", (at.front() + at.back()) / 2.0, family.c_str());
     std::fclose(f);
 }
 
@@ -566,6 +573,10 @@ void runAll(const Options& options)
                 "g++",
 #endif
                 __VERSION__);
+    double load = 0;
+    if (getloadavg(&load, 1) == 1 && load > omp_get_num_procs() - 1.5)
+        std::printf("The machine is busy (load %.1f, %d processors): rows with two threads mean little.\n", load,
+                    omp_get_num_procs());
     if (options.filter == ".") yardsticks(collector, flat, options.quick);
     std::fflush(stdout);
 

@@ -1,8 +1,8 @@
 # Draws the ratios of the packed rows in cache: a bar for each family and order, a dark mark for each goal.
 # Wants data and picture (file names) and what (the line that tells the level); data is written by bench.
-stats data using 1 index 0:1 name "place" nooutput
-stats data using 3 index 0:1 name "ratio" nooutput
-stats data using 4 index 0:1 name "goal" nooutput
+stats data index 0:1 using 1 name "place" nooutput
+stats data index 0:1 using 3 name "ratio" nooutput
+stats data index 0:1 using 4 name "goal" nooutput
 low = floor(log((ratio_min < 0.5 ? ratio_min : 0.5)) / log(2))
 high = ceil(log(1.2 * (ratio_max > goal_max ? ratio_max : goal_max)) / log(2))
 
@@ -32,6 +32,6 @@ do for [i = 0:1] {
     plot data index i using 1:($3):($1 - 0.4):($1 + 0.4):(1):(missed($3, $4) ? 1 : $3):xtic(2) with boxxyerror lc rgb "#2a9d8f" title "goal reached", \
          data index i using 1:($3):($1 - 0.4):($1 + 0.4):(1):(missed($3, $4) ? $3 : 1) with boxxyerror lc rgb "#e76f51" title "under the goal", \
          data index i using ($1 - 0.45):4:(0.9):(0) with vectors nohead lc rgb "#1d3557" lw 2.5 title "goal", \
-         data index i + 2 using 1:(2.0**low):2 with labels offset 0, -2.3 textcolor rgb "#1d3557" notitle
+         data index 2 using 1:(2.0**low):2 with labels offset 0, -2.3 textcolor rgb "#1d3557" notitle
 }
 unset multiplot

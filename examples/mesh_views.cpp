@@ -86,8 +86,11 @@ struct EigenLoops {
     static void transform(const Mat4& matrix, const std::vector<Vec3>& points, std::vector<Vec3>& result)
     {
         const Eigen::Matrix4f m = eigen(matrix);
-        for (size_t i = 0; i < points.size(); ++i)
-            eigen(result[i]) = (m * eigen(points[i]).homogeneous()).hnormalized();
+        for (size_t i = 0; i < points.size(); ++i) { // measured faster than m * p.homogeneous() and hnormalized()
+            const Vec3& p = points[i];
+            const Eigen::Vector4f q = m.col(0) * p.x + m.col(1) * p.y + m.col(2) * p.z + m.col(3);
+            eigen(result[i]) = (q * (1 / q[3])).head<3>();
+        }
     }
 };
 

@@ -107,9 +107,9 @@ std::vector<Sample> surfaces(const Mesh& mesh, const std::vector<Vec3>& normals,
         rasterise(corner[0], corner[i], corner[i + 1], size, [&](size_t at, float z, float, float, float) {
             cover(at, {z, {0, 1, 0}, Kind::ground});
         });
-    for (const auto& [a, b, c] : mesh.triangles)
-        rasterise(seen[a], seen[b], seen[c], size, [&](size_t at, float z, float wa, float wb, float wc) {
-            cover(at, {z, wa * normals[a] + wb * normals[b] + wc * normals[c], Kind::mesh});
+    for (const auto& t : mesh.triangles)
+        rasterise(seen[t[0]], seen[t[1]], seen[t[2]], size, [&](size_t at, float z, float wa, float wb, float wc) {
+            cover(at, {z, wa * normals[t[0]] + wb * normals[t[1]] + wc * normals[t[2]], Kind::mesh});
         });
     return samples;
 }

@@ -48,13 +48,17 @@ template <class Paint> void rasterise(Vec3 a, Vec3 b, Vec3 c, int size, Paint pa
         }
 }
 
+Vec3 faceNormal(const Mesh& mesh, const std::array<unsigned, 3>& t, float radius) // as long as the triangle is large
+{
+    const Vec3 &a = mesh.vertices[t[0]], &b = mesh.vertices[t[1]], &c = mesh.vertices[t[2]];
+    return cross(1 / radius * (b - a), 1 / radius * (c - a));
+}
+
 std::vector<Vec3> vertexNormals(const Mesh& mesh, float radius)
 {
     std::vector<Vec3> normals(mesh.vertices.size());
     for (const auto& [a, b, c] : mesh.triangles) {
-        const Vec3 &va = mesh.vertices[a], &vb = mesh.vertices[b], &vc = mesh.vertices[c];
-        const Vec3 n =
-            cross(1 / radius * (vb - va), 1 / radius * (vc - va)); // its length weighs it by the triangle's area
+        const Vec3 n = faceNormal(mesh, {a, b, c}, radius);
         for (auto corner : {a, b, c}) normals[corner] = normals[corner] + n;
     }
     for (Vec3& n : normals) n = length(n) > 0 ? unit(n) : Vec3{0, 1, 0};
@@ -102,15 +106,24 @@ std::vector<Sample> surfaces(const Mesh& mesh, const std::vector<Vec3>& normals,
     const auto cover = [&](size_t at, const Sample& sample) {
         if (sample.depth < samples[at].depth) samples[at] = sample;
     };
-    const Vec3* const corner = &seen[mesh.vertices.size()];
+    const Vec3* const square = &seen[mesh.vertices.size()];
     for (int i : {1, 2})
-        rasterise(corner[0], corner[i], corner[i + 1], size, [&](size_t at, float z, float, float, float) {
+        rasterise(square[0], square[i], square[i + 1], size, [&](size_t at, float z, float, float, float) {
             cover(at, {z, {0, 1, 0}, Kind::ground});
         });
-    for (const auto& t : mesh.triangles)
-        rasterise(seen[t[0]], seen[t[1]], seen[t[2]], size, [&](size_t at, float z, float wa, float wb, float wc) {
-            cover(at, {z, wa * normals[t[0]] + wb * normals[t[1]] + wc * normals[t[2]], Kind::mesh});
+    const Vec3 eye = studio.eye(view);
+    for (const auto& [a, b, c] : mesh.triangles) {
+        const Vec3 face = faceNormal(mesh, {a, b, c}, studio.radius);
+        if (!(length(face) > 0)) continue;
+        const float side = dot(face, eye - points[a]) < 0 ? -1.f : 1.f; // seen from behind, it is lit from behind
+        const auto corner = [&, flat = unit(face)](unsigned v) {        // sharp edges stay sharp
+            return side * (dot(normals[v], flat) > 0.7f ? normals[v] : flat);
+        };
+        const Vec3 na = corner(a), nb = corner(b), nc = corner(c);
+        rasterise(seen[a], seen[b], seen[c], size, [&](size_t at, float z, float wa, float wb, float wc) {
+            cover(at, {z, wa * na + wb * nb + wc * nc, Kind::mesh});
         });
+    }
     return samples;
 }
 
@@ -168,7 +181,6 @@ std::vector<Vec3> shade(const std::vector<Sample>& samples, const std::vector<Ve
     transform(studio.toWorld[size_t(view)], screen, world);
     for (size_t i = 0; i < n; ++i) {
         normals[i] = unit(samples[i].normal);
-        if (dot(normals[i], unit(eye - world[i])) < -0.3f) normals[i] = -1 * normals[i]; // seen from inside
         lifted[i] = world[i] + 0.012f * studio.radius * normals[i]; // off the surface, which would shade itself
     }
     shine({Studio::keyLamp(view, 0), Studio::keyLamps, keyColour}, studio, maps, lifted, normals, key);

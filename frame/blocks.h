@@ -48,7 +48,7 @@ template <class T, Kind kind, Form F> auto lanesOf(const Operand<T, kind, true, 
 // ---- One element of each object, lane by lane.
 template <class V> V gathered(auto at)
 {
-    return [&]<int... l>(std::integer_sequence<int, l...>) {
+    return [&]<int... l>(std::integer_sequence<int, l...>) KESL_INLINE {
         return V{*at(l)...};
     }(std::make_integer_sequence<int, lanes<V>>{});
 }
@@ -74,74 +74,111 @@ template <class V> void storePack(ElementOf<V>* p, V x)
     else *reinterpret_cast<Unaligned<V>*>(p) = x;
 }
 
-// ---- 16 bytes of each object, that is perPiece elements. Piece i of register r holds those of object r + i * perPiece;
-// a transposition inside the pieces then brings the objects into lane order.
-template <class V> constexpr int perPiece = 16 / sizeof(ElementOf<V>);
+// ---- A piece of some bytes (16, 32 or 64) of each object, c elements. Piece i of register r holds those of object r + i*c;
+// a transposition of c rows inside the pieces then brings the objects into lane order, and back.
+template <int bytes, class V> constexpr int perPiece = bytes / sizeof(ElementOf<V>);
 
-template <int perPiece, int lanes, bool upper> struct Interleaved {
-    static constexpr int of(int l) { return l / perPiece * perPiece + l % perPiece / 2 + (upper ? perPiece / 2 : 0) + l % 2 * lanes; }
+template <int p, int lanes, bool upper> struct Interleaved { // the elements of two, inside 16 bytes
+    static constexpr int of(int l) { return l / p * p + l % p / 2 + (upper ? p / 2 : 0) + l % 2 * lanes; }
 };
-template <bool upper, class V> V interleave(V a, V b) { return shuffled<Interleaved<perPiece<V>, lanes<V>, upper>, lanes<V>>(a, b); }
+template <int p, int lanes, int odd> struct Exchanged { // 16 bytes of two: 0 0 2 2, or 1 1 3 3
+    static constexpr int of(int l) { return (l / p / 2 * 2 + odd) * p + l % p + l / p % 2 * lanes; }
+};
+template <int p, int lanes, int first, int step> struct Chosen { // 16 bytes of two, each from `first` on: 0 1 0 1, or 0 2 0 2
+    static constexpr int of(int l) { return (first + l / p % 2 * step) * p + l % p + l / p / 2 * lanes; }
+};
+template <bool upper, class V> V interleave(V a, V b) { return shuffled<Interleaved<perPiece<16, V>, lanes<V>, upper>, lanes<V>>(a, b); }
 template <bool upper, class V> V interleavePairs(V a, V b)
 {
     using D = Pack<double, sizeof(V)>;
     return V(interleave<upper>(D(a), D(b)));
 }
-template <class V> [[gnu::always_inline]] inline void transpose(V* x)
+template <int odd, class V> V exchange(V a, V b) { return shuffled<Exchanged<perPiece<16, V>, lanes<V>, odd>, lanes<V>>(a, b); }
+template <int first, int step, class V> V choose(V a, V b)
 {
-    if constexpr (perPiece<V> == 2) {
-        const V low = interleave<false>(x[0], x[1]), high = interleave<true>(x[0], x[1]);
-        x[0] = low, x[1] = high;
-    } else {
-        const V a = interleave<false>(x[0], x[1]), b = interleave<true>(x[0], x[1]);
-        const V c = interleave<false>(x[2], x[3]), d = interleave<true>(x[2], x[3]);
-        x[0] = interleavePairs<false>(a, c), x[1] = interleavePairs<true>(a, c);
-        x[2] = interleavePairs<false>(b, d), x[3] = interleavePairs<true>(b, d);
-    }
-}
-template <class V> [[gnu::always_inline]] inline void loadPieces(auto at, V* x)
-{
-#pragma GCC unroll 4
-    for (int r = 0; r < perPiece<V>; ++r) x[r] = joined<V>([&](int i) { return loadPack<Quarter<V>>(at(r + i * perPiece<V>)); });
-    transpose(x);
-}
-template <class V> [[gnu::always_inline]] inline void storePieces(auto at, const V* from)
-{
-    V x[perPiece<V>];
-#pragma GCC unroll 4
-    for (int r = 0; r < perPiece<V>; ++r) x[r] = from[r];
-    transpose(x);
-    [&]<int... i>(std::integer_sequence<int, i...>) {
-#pragma GCC unroll 4
-        for (int r = 0; r < perPiece<V>; ++r) (storePack(at(r + i * perPiece<V>), pieceOf<i>(x[r])), ...);
-    }(std::make_integer_sequence<int, int(sizeof(V)) / 16>{});
+    return shuffled<Chosen<perPiece<16, V>, lanes<V>, first, step>, lanes<V>>(a, b);
 }
 
-// ---- n contiguous elements of each object. A last partial piece overlaps the one before it.
-template <int n, class V> [[gnu::always_inline]] inline void loadRun(auto at, V* x)
+// x[0], x[step], ...
+template <int bytes, int step, class V> [[gnu::always_inline]] inline void transposeSteps(V* x)
 {
-    constexpr int c = perPiece<V>, rest = n % c;
-#pragma GCC unroll 16
-    for (int e = 0; e + c <= n; e += c) loadPieces(at + e, x + e);
-    if constexpr (rest == 1 || n < c) {
-#pragma GCC unroll 4
-        for (int e = n - rest; e < n; ++e) x[e] = gathered<V>(at + e);
-    } else if constexpr (rest > 1) {
-        V last[c];
-        loadPieces(at + (n - c), last);
-#pragma GCC unroll 4
-        for (int e = n - rest; e < n; ++e) x[e] = last[e - (n - c)];
+    V &a = x[0], &b = x[step];
+    if constexpr (bytes == 32) {
+        const V low = exchange<0>(a, b), high = exchange<1>(a, b);
+        a = low, b = high;
+    } else {
+        V &c = x[2 * step], &d = x[3 * step];
+        const V ab0 = choose<0, 1>(a, b), ab2 = choose<2, 1>(a, b), cd0 = choose<0, 1>(c, d), cd2 = choose<2, 1>(c, d);
+        a = choose<0, 2>(ab0, cd0), b = choose<1, 2>(ab0, cd0), c = choose<0, 2>(ab2, cd2), d = choose<1, 2>(ab2, cd2);
     }
 }
-template <int n, class V> [[gnu::always_inline]] inline void storeRun(auto at, const V* x)
+template <int bytes, class V> [[gnu::always_inline]] inline void transpose(V* x)
 {
-    constexpr int c = perPiece<V>, rest = n % c;
-#pragma GCC unroll 16
-    for (int e = 0; e + c <= n; e += c) storePieces(at + e, x + e);
-    if constexpr (rest == 1 || n < c) {
+    constexpr int p = perPiece<16, V>;
 #pragma GCC unroll 4
-        for (int e = n - rest; e < n; ++e) scatter(at + e, x[e]);
-    } else if constexpr (rest > 1) storePieces(at + (n - c), x + (n - c));
+    for (V* y = x; y < x + perPiece<bytes, V>; y += p)
+        if constexpr (p == 2) {
+            const V low = interleave<false>(y[0], y[1]), high = interleave<true>(y[0], y[1]);
+            y[0] = low, y[1] = high;
+        } else {
+            const V a = interleave<false>(y[0], y[1]), b = interleave<true>(y[0], y[1]);
+            const V c = interleave<false>(y[2], y[3]), d = interleave<true>(y[2], y[3]);
+            y[0] = interleavePairs<false>(a, c), y[1] = interleavePairs<true>(a, c);
+            y[2] = interleavePairs<false>(b, d), y[3] = interleavePairs<true>(b, d);
+        }
+    if constexpr (bytes > 16)
+#pragma GCC unroll 4
+        for (int e = 0; e < p; ++e) transposeSteps<bytes, p>(x + e);
+}
+template <int bytes, class V> [[gnu::always_inline]] inline void loadPieces(auto at, V* x)
+{
+    constexpr int c = perPiece<bytes, V>;
+#pragma GCC unroll 16
+    for (int r = 0; r < c; ++r)
+        x[r] = joined<V, bytes>([&](int i) { return loadPack<Pack<ElementOf<V>, bytes>>(at(r + i * c)); });
+    transpose<bytes>(x);
+}
+template <int bytes, class V> [[gnu::always_inline]] inline void storePieces(auto at, const V* from)
+{
+    constexpr int c = perPiece<bytes, V>;
+    V x[c];
+#pragma GCC unroll 16
+    for (int r = 0; r < c; ++r) x[r] = from[r];
+    transpose<bytes>(x);
+    [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
+#pragma GCC unroll 16
+        for (int r = 0; r < c; ++r) (storePack(at(r + i * c), pieceOf<i, bytes>(x[r])), ...);
+    }(std::make_integer_sequence<int, int(sizeof(V)) / bytes>{});
+}
+
+// ---- n contiguous elements of each object, by the largest pieces first. A last partial piece overlaps the one before it.
+template <int n, class V, int bytes = sizeof(V)> [[gnu::always_inline]] inline void loadRun(auto at, V* x)
+{
+    constexpr int c = perPiece<bytes, V>, pieces = n / c * c, rest = n - pieces;
+#pragma GCC unroll 16
+    for (int e = 0; e < pieces; e += c) loadPieces<bytes>(at + e, x + e);
+    if constexpr (rest > 0 && bytes > 16) {
+        if constexpr (rest < perPiece<16, V> && rest > 1 && pieces > 0) {
+            V last[perPiece<16, V>];
+            loadPieces<16>(at + (n - perPiece<16, V>), last);
+#pragma GCC unroll 4
+            for (int e = 0; e < rest; ++e) x[pieces + e] = last[perPiece<16, V> - rest + e];
+        } else loadRun<rest, V, bytes / 2>(at + pieces, x + pieces);
+    } else
+#pragma GCC unroll 4
+        for (int e = pieces; e < n; ++e) x[e] = gathered<V>(at + e);
+}
+template <int n, class V, int bytes = sizeof(V)> [[gnu::always_inline]] inline void storeRun(auto at, const V* x)
+{
+    constexpr int c = perPiece<bytes, V>, pieces = n / c * c, rest = n - pieces;
+#pragma GCC unroll 16
+    for (int e = 0; e < pieces; e += c) storePieces<bytes>(at + e, x + e);
+    if constexpr (rest > 0 && bytes > 16) {
+        if constexpr (rest < perPiece<16, V> && rest > 1 && pieces > 0) storePieces<16>(at + (n - perPiece<16, V>), x + (n - perPiece<16, V>));
+        else storeRun<rest, V, bytes / 2>(at + pieces, x + pieces);
+    } else
+#pragma GCC unroll 4
+        for (int e = pieces; e < n; ++e) scatter(at + e, x[e]);
 }
 
 // ---- Packs of objects as they are stored, in rows of `width` elements.

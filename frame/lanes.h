@@ -89,24 +89,22 @@ template <class M> requires (lanes<M> > 1) bool any(M mask)
 // n lanes of a and b: lane i of the result is lane Index::of(i) of a, those of b counting on.
 template <class Index, int n, class V> auto shuffled(V a, V b)
 {
-    return [&]<int... i>(std::integer_sequence<int, i...>) {
+    return [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
         return __builtin_shufflevector(a, b, Index::of(i)...);
     }(std::make_integer_sequence<int, n>{});
 }
 
-// Packs of 16 bytes, the pieces of a wider one.
-template <class V> using Quarter = Pack<ElementOf<V>, 16>;
-
-// A pack from its pieces; piece(i) is the i-th. The instructions take a piece from memory at no cost.
-template <class V> V joined(auto piece)
+// A pack from pieces of some bytes; piece(i) is the i-th. The instructions take a piece from memory at no cost.
+template <class V, int bytes> V joined(auto piece)
 {
-    const Quarter<V> first = piece(0);
-    if constexpr (sizeof(V) == 16) return first;
+    const auto first = piece(0);
+    if constexpr (bytes == sizeof(V)) return first;
 #if defined(__AVX2__)
     else if constexpr (sizeof(V) == 32)
         return V(_mm256_insertf128_si256(_mm256_castsi128_si256(__m128i(first)), __m128i(piece(1)), 1));
 #endif
 #if defined(__AVX512F__)
+    else if constexpr (bytes == 32) return V(_mm512_inserti64x4(_mm512_castsi256_si512(__m256i(first)), __m256i(piece(1)), 1));
     else {
         __m512i all = _mm512_castsi128_si512(__m128i(first));
         all = _mm512_inserti32x4(all, __m128i(piece(1)), 1);
@@ -117,14 +115,16 @@ template <class V> V joined(auto piece)
 }
 
 // Piece i of a pack.
-template <int i, class V> Quarter<V> pieceOf(V x)
+template <int i, int bytes, class V> Pack<ElementOf<V>, bytes> pieceOf(V x)
 {
-    if constexpr (sizeof(V) == 16) return x;
+    using Piece = Pack<ElementOf<V>, bytes>;
+    if constexpr (bytes == sizeof(V)) return x;
 #if defined(__AVX2__)
-    else if constexpr (sizeof(V) == 32) return Quarter<V>(_mm256_extracti128_si256(__m256i(x), i));
+    else if constexpr (sizeof(V) == 32) return Piece(_mm256_extracti128_si256(__m256i(x), i));
 #endif
 #if defined(__AVX512F__)
-    else return Quarter<V>(_mm512_extracti32x4_epi32(__m512i(x), i));
+    else if constexpr (bytes == 32) return Piece(_mm512_extracti64x4_epi64(__m512i(x), i));
+    else return Piece(_mm512_extracti32x4_epi32(__m512i(x), i));
 #endif
 }
 

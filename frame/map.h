@@ -39,23 +39,32 @@ template <int bytes, class T> [[gnu::always_inline]] inline void mapTail(std::in
     if (n - e >= lanes<V>) mapStep<V>(e, f, dst, src...);
     if constexpr (bytes > sizeof(T)) mapTail<bytes / 2>(e, n, f, dst, src...);
 }
-template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, auto f, T* dst, auto... src)
+// From element e to n.
+template <class T> [[gnu::always_inline]] inline void mapBody(std::int64_t e, std::int64_t n, auto f, T* dst, auto... src)
 {
     using V = Pack<T>;
-    std::int64_t e = 0;
-    if (n >= 8 * lanes<V>) mapHead<sizeof(T)>(e, f, dst, src...); // worth it for stores that do not cross cache lines
+#pragma GCC unroll 4
     while (n - e >= lanes<V>) mapStep<V>(e, f, dst, src...);
     mapTail<widest / 2>(e, n, f, dst, src...);
+}
+template <class T> constexpr int longRun = 8 * lanes<Pack<T>>; // then stores should not cross cache lines
+template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, auto f, T* dst, auto... src)
+{
+    std::int64_t e = 0;
+    if (n >= longRun<T>) mapHead<sizeof(T)>(e, f, dst, src...);
+    mapBody(e, n, f, dst, src...);
 }
 
 // ---- One object of any size, or square of order n, by any views.
 template <int n> [[gnu::always_inline]] inline void mapObject(int height, int width, auto f, auto dst, auto... src)
 {
     if constexpr (n > 0) height = width = n;
+    if constexpr (requires { mapRun(width, f, dst.row(0), src.row(0)...); })
+#pragma GCC unroll 6
+        for (int i = 0; i < height; ++i) mapRun(width, f, dst.row(i), src.row(i)...);
+    else
 #pragma GCC unroll 1 // a row written out is enough
-    for (int i = 0; i < height; ++i)
-        if constexpr (requires { mapRun(width, f, dst.row(i), src.row(i)...); }) mapRun(width, f, dst.row(i), src.row(i)...);
-        else
+        for (int i = 0; i < height; ++i)
             for (int j = 0; j < width; ++j) dst(i, j) = f(src(i, j)...);
 }
 
@@ -80,33 +89,35 @@ template <class O> bool isPacked(const O& o, int height, int width)
 
 // ---- Arrays without any gap, and single operands beside them.
 
-// A source in pieces of some objects: an array itself, a single operand repeated as often as a piece has objects.
-constexpr int mostRepeated = 6 * 6;
-template <class T> constexpr int objectsPerPiece = widest / int(sizeof(T));
+// A source of the run: an array itself, or a single operand that is repeated to the length of a piece and of an object more.
+constexpr int mostRepeated = 6 * 6, objectsPerPiece = 16, fewObjects = 4;
 
-template <class O> struct Piecewise {
+template <class O> struct Periodic {
     const typename O::Element* p;
-    Piecewise(const O& o, int, int, int) : p(o.address(0)) {}
-    const auto* piece(std::int64_t element) const { return p + element; }
+    Periodic(const O& o, int, int, int) : p(o.address(0)) {}
+    const auto* from(std::int64_t element) const { return p + element; }
 };
-template <class O> requires (!O::isArray) struct Piecewise<O> {
+template <class O> requires (!O::isArray) struct Periodic<O> {
     using T = typename O::Element;
-    T e[mostRepeated * objectsPerPiece<T>];
-    Piecewise(const O& o, int height, int width, int count)
+    int each;
+    T e[mostRepeated * (objectsPerPiece + 1)];
+    Periodic(const O& o, int height, int width, int count) : each(height * width)
     {
         const auto single = o.object(0, height, width);
         for (int i = 0; i < height; ++i)
             for (int j = 0; j < width; ++j) e[i * width + j] = single(i, j);
-        const int each = height * width, all = each * std::min(count, objectsPerPiece<T>);
+        const int all = each * (std::min(count, objectsPerPiece) + 1);
         for (int done = each; done < all; done *= 2) std::memcpy(e + done, e, std::size_t(std::min(done, all - done)) * sizeof *e);
     }
-    const T* piece(std::int64_t) const { return e; }
+    const T* from(std::int64_t element) const { return e + element % each; }
 };
 
 template <class T> void mapPieces(std::int64_t each, int count, auto f, T* dst, const auto&... src)
 {
-    for (std::int64_t k = 0; k < count; k += objectsPerPiece<T>)
-        mapRun(std::min<std::int64_t>(objectsPerPiece<T>, count - k) * each, f, dst + k * each, src.piece(k * each)...);
+    const std::int64_t n = each * count, piece = each * objectsPerPiece;
+    std::int64_t e = 0;
+    if (n >= longRun<T>) mapHead<sizeof(T)>(e, f, dst, src.from(0)...);
+    for (; e < n; e += piece) mapBody(0, std::min(piece, n - e), f, dst + e, src.from(e)...);
 }
 
 // ---- Roads for the layouts and strides of a call.
@@ -134,8 +145,8 @@ template <class Dst, class... Src>
     if constexpr (F == S && Dst::isArray)
         if (isPacked(dst, height, width) && (isPacked(src, height, width) && ...)) {
             if constexpr ((Src::isArray && ...)) return mapRun(each * count, f, dst.address(0), src.address(0)...);
-            else if (each <= mostRepeated)
-                return mapPieces(each, count, f, dst.address(0), Piecewise<Src>(src, height, width, count)...);
+            else if (each <= mostRepeated && count >= fewObjects)
+                return mapPieces(each, count, f, dst.address(0), Periodic<Src>(src, height, width, count)...);
         }
     if constexpr ((F == S2 || F == P) && Dst::isArray) // structure of arrays
         if (dst.stride0 == dst.elementSize && ((!Src::isArray || src.stride0 == src.elementSize) && ...)) {

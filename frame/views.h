@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <type_traits>
 
+#define KESL_INLINE __attribute__((always_inline)) // where an attribute of C++ cannot stand: behind the parameters of a lambda
+
 namespace kesl {
 
 template <class T> T* moved(T* p, std::int64_t bytes)

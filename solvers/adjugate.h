@@ -36,9 +36,9 @@ template <int n, class V> struct Minors {
     {
         constexpr auto row = descending<rows>;
         constexpr int size = int(row.size());
-        const auto term = [&](auto i) { return a(row[i], column) * m[rows & ~(1 << row[i])]; };
+        const auto term = [&](auto i) KESL_INLINE { return a(row[i], column) * m[rows & ~(1 << row[i])]; };
         V sum = size % 2 ? term(Fixed<0>{}) : term(Fixed<1>{}) - term(Fixed<0>{});
-        [&]<int... i>(std::integer_sequence<int, i...>) {
+        [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
             constexpr int done = size % 2 ? 1 : 2;
             ((sum = i % 2 ? sum + term(Fixed<i + done>{}) : sum - term(Fixed<i + done>{})), ...);
         }(std::make_integer_sequence<int, size - (size % 2 ? 1 : 2)>{});
@@ -47,8 +47,8 @@ template <int n, class V> struct Minors {
     // The minors of `size` columns, the first of which is `column`, from those of the others.
     template <int size, int column> [[gnu::always_inline]] void join(const Block<V, n, n>& a)
     {
-        [&]<int... rows>(std::integer_sequence<int, rows...>) {
-            ([&] {
+        [&]<int... rows>(std::integer_sequence<int, rows...>) KESL_INLINE {
+            ([&]() KESL_INLINE {
                 if constexpr (std::popcount(unsigned(rows)) != size) return;
                 else if constexpr (size == 1) m[rows] = a(std::countr_zero(unsigned(rows)), column);
                 else m[rows] = expanded<rows, column>(a);
@@ -60,7 +60,7 @@ template <int n, class V> struct Minors {
     {
         constexpr int first = skipped ? skipped - 1 : n - 1, last = skipped ? 0 : 1;
         constexpr int size = skipped ? n - skipped : 1; // with column `first`
-        [&]<int... i>(std::integer_sequence<int, i...>) {
+        [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
             (join<size + i, first - i>(a), ...);
         }(std::make_integer_sequence<int, first - last + 1>{});
     }
@@ -75,8 +75,8 @@ template <class T, int n, class V> [[gnu::always_inline]] inline bool invertClos
     const V det = minors.template expanded<all, 0>(a);
     if (any(singularBelow<T>(n) > abs(det))) return false; // a NaN passes
     const V r = T(1) / det;
-    [&]<int... j>(std::integer_sequence<int, j...>) {
-        ([&] {
+    [&]<int... j>(std::integer_sequence<int, j...>) KESL_INLINE {
+        ([&]() KESL_INLINE {
             if constexpr (j > 0) minors.template skip<j>(a);
 #pragma GCC unroll 8
             for (int i = 0; i < n; ++i) {

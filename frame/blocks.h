@@ -182,6 +182,18 @@ template <int n, class V, int bytes = sizeof(V)> [[gnu::always_inline]] inline v
 }
 
 // ---- Packs of objects as they are stored, in rows of `width` elements.
+
+// Asks for the objects of the next pack, where a pack is long. The hardware does well with short ones by itself.
+template <int elements, class V, bool write, class T> [[gnu::always_inline]] inline void prefetchNext(Spaced<T> at)
+{
+    if constexpr (elements * sizeof(V) > 1024)
+#pragma GCC unroll 16
+        for (int l = lanes<V>; l < 2 * lanes<V>; ++l)
+            for (int byte = 0; byte < elements * int(sizeof(T)); byte += 64)
+                __builtin_prefetch(reinterpret_cast<const char*>(at(l)) + byte, write, 3);
+}
+template <int elements, class V, bool write, class T> void prefetchNext(Listed<T>) {} // nobody says that there is a next one
+
 template <class T> Spaced<T> movedRow(Spaced<T> at, std::int64_t bytes) { return {moved(at.first, bytes), at.stride0}; }
 template <class T> Listed<T> movedRow(Listed<T> at, std::int64_t bytes) { return {at.first, at.shift + bytes}; }
 
@@ -190,6 +202,7 @@ template <bool record, int height, int width, class V, class T, Kind kind, Form 
 {
     if constexpr (contiguousRows(F)) {
         const auto at = lanesOf(src, first);
+        prefetchNext<height * width, V, false>(at);
         if (record || src.stride1 == width * src.elementSize) return loadRun<height * width>(at, x.e[0]);
 #pragma GCC unroll 8
         for (int i = 0; i < height; ++i) loadRun<width>(movedRow(at, std::int64_t(i) * src.stride1), x.e[i]);
@@ -210,6 +223,7 @@ template <bool record, int height, int width, class V, class T, Kind kind, Form 
 {
     if constexpr (contiguousRows(F)) {
         const auto at = lanesOf(dst, first);
+        prefetchNext<height * width, V, true>(at);
         if (record || dst.stride1 == width * dst.elementSize) return storeRun<height * width>(at, x.e[0]);
 #pragma GCC unroll 8
         for (int i = 0; i < height; ++i) storeRun<width>(movedRow(at, std::int64_t(i) * dst.stride1), x.e[i]);

@@ -1,14 +1,15 @@
 // Reads a mesh, looks at it through some hundred cameras and back, compares the speed with Eigen, and draws a picture.
+#include "keslcorex.h"
 #include "picture.h"
 #include "progress.h"
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <cstring>
 #include <Eigen/Dense>
 #include <limits>
 #include <new>
-#include <omp.h>
 
 namespace
 {
@@ -166,13 +167,19 @@ Agreement compare(const std::vector<Vec3>& vertices, Vec3 centre, const std::vec
 
 template <class Work> double secondsOfBest(Progress& progress, Work work)
 {
+    using clock = std::chrono::steady_clock;
     double best = std::numeric_limits<double>::infinity(), spent = 0;
-    for (int i = 0; i < 3 || (i < 50 && spent < 0.1); ++i) {
-        const double start = omp_get_wtime();
-        work();
-        const double seconds = omp_get_wtime() - start;
-        best = std::min(best, seconds);
+    for (int runs = 0, batch = 1; runs < 3 || (runs < 50 && spent < 0.1);) {
+        const auto start = clock::now();
+        for (int i = 0; i < batch; ++i) work();
+        const double seconds = std::chrono::duration<double>(clock::now() - start).count();
         spent += seconds;
+        if (seconds < 1e-4) { // too short to be measured
+            batch *= 2;
+        } else {
+            best = std::min(best, seconds / batch);
+            ++runs;
+        }
     }
     progress.step();
     return best;
@@ -199,12 +206,12 @@ template <class Engine> Speeds measure(const std::vector<Vec3>& vertices, Vec3 c
 
 void printSpeeds(const std::vector<Vec3>& vertices, Vec3 centre, const std::vector<Vec3>& centred, const Studio& studio)
 {
-    const int threads = omp_get_max_threads();
+    const int threads = keslCoreGetNumThreads();
     Progress progress("measuring", 9);
-    omp_set_num_threads(1);
+    check(keslCoreSetNumThreads(1), "keslCoreSetNumThreads");
     const Speeds library = measure<Library>(vertices, centre, centred, studio, progress);
     const Speeds loops = measure<EigenLoops>(vertices, centre, centred, studio, progress);
-    omp_set_num_threads(threads);
+    check(keslCoreSetNumThreads(0), "keslCoreSetNumThreads"); // as many as it finds good
     const Speeds threaded = measure<Library>(vertices, centre, centred, studio, progress);
 
     std::printf("\nmillions a second           Eigen   keslmx    ratio   keslmx on %d thread%s\n", threads,

@@ -367,9 +367,13 @@ template <class T> void Case::fillElements(const Wish& wish)
         }
     }
     const Hooks<T>& hooks = reference.of<T>();
-    if (hooks.inputs)
-        for (int k = 0; k < count; ++k) hooks.inputs(object<T>(k, false), random);
-    if (hooks.fail && random.chance(25)) {
+    static const int shares[] = {5, 30, 100}; // of the objects at the edge; those that fail hide what follows them
+    const int share = !wish.plain && random.chance(40) ? random.pick(shares) : 0;
+    for (int k = 0; k < count; ++k) {
+        if (hooks.inputs) hooks.inputs(object<T>(k, false), random);
+        if (hooks.edges && random.chance(share)) hooks.edges(object<T>(k, false), random);
+    }
+    if (hooks.fail && random.chance(wish.failing)) {
         const int places[] = {0, count / 2, count - 1, random.below(count)};
         for (int times = random.between(1, 2); times > 0; --times)
             hooks.fail(object<T>(random.pick(places), false), random);

@@ -30,6 +30,8 @@ class Case
 {
 public:
     Case(const Function&, const Reference&, int number, const Wish& = {});
+    ~Case();
+    Case(const Case&) = delete;
 
     const Function& f;
     const Reference& reference;

@@ -7,32 +7,36 @@
 #include <cstring>
 #include <limits>
 #include <set>
+#include <sys/mman.h>
 
 namespace
 {
 // How an operand lies in memory: the order of its dimensions (k objects, r rows, c columns; the last one is nested
-// innermost), the distance of the innermost elements, gaps between runs, how many inner dimensions share a page of
-// their own between inaccessible ones (0: all is flat), and sources whose objects overlap.
+// innermost), the distance of the innermost elements, gaps between runs, how many inner dimensions share a page of their
+// own between inaccessible ones (0: all is flat), and what else there is to it.
+enum Trait { none, sliding, huge }; // sources whose objects overlap; the outermost distance nearly 2 GB
 struct Form {
     const char* order;
     int unit;
     bool gaps;
     int paged;
-    bool sliding;
+    Trait trait;
 };
 const Form forms[] = {
-    {"krc", 1, false, 0, false}, // packed
-    {"krc", 1, true, 0, false},  // gaps behind rows and objects
-    {"krc", 1, true, 1, false},  // each row against an inaccessible page
-    {"krc", 1, false, 2, false}, // each object
-    {"rkc", 1, true, 0, false},  // equal rows of all objects together
-    {"krc", 1, false, 0, true},  // objects one element apart
-    {"krc", 2, false, 0, false}, // element, gap, element
-    {"krc", 3, true, 0, false},  {"krc", 2, true, 2, false},  {"kcr", 1, false, 0, false}, // columns
-    {"kcr", 1, true, 0, false},  {"rck", 1, false, 0, false}, // equal elements of all objects together
-    {"rck", 1, true, 0, false},  {"rck", 1, false, 1, false}, {"crk", 2, true, 0, false},  {"ckr", 1, true, 0, false},
+    {"krc", 1, false, 0, none}, // packed
+    {"krc", 1, true, 0, none},  // gaps behind rows and objects
+    {"krc", 1, true, 1, none},  // each row against an inaccessible page
+    {"krc", 1, false, 2, none}, // each object
+    {"rkc", 1, true, 0, none},  // equal rows of all objects together
+    {"krc", 1, false, 0, sliding}, {"krc", 1, true, 0, huge},  {"rkc", 1, true, 0, huge},
+    {"krc", 2, false, 0, none},                                                            // element, gap, element
+    {"krc", 3, true, 0, none},     {"krc", 2, true, 2, none},  {"kcr", 1, false, 0, none}, // columns
+    {"kcr", 1, true, 0, none},     {"rck", 1, false, 0, none}, // equal elements of all objects together
+    {"rck", 1, true, 0, none},     {"rck", 1, false, 1, none}, {"crk", 2, true, 0, none},
+    {"ckr", 1, true, 0, none},     {"crk", 1, true, 0, huge},
 };
-constexpr int contiguousForms = 6, allForms = int(std::size(forms));
+constexpr int contiguousForms = 8, allForms = int(std::size(forms));
+constexpr int64_t hugeSpan = int64_t(38) << 30;
 
 constexpr int margin = 1024; // bytes that are compared on both sides of an operand
 
@@ -132,6 +136,17 @@ Case::Case(const Function& function, const Reference& r, int caseNumber, const W
     fill(wish);
 }
 
+Case::~Case()
+{
+    for (const Placed& p : placed) // what lies far apart takes a page for each piece
+        if (p.arena && p.arena->end - p.arena->begin >= hugeSpan)
+            for (auto [begin, size] : p.windows) {
+                char* const page = reinterpret_cast<char*>(size_t(begin) & ~size_t(pageSize - 1));
+                for (char* at : {page, page + p.arena->toShadow})
+                    madvise(at, size_t(begin + size - page), MADV_DONTNEED);
+            }
+}
+
 std::string Case::name() const { return f.name + " case " + std::to_string(number); }
 
 void Case::sizes(const Wish& wish)
@@ -164,8 +179,8 @@ void Case::place(int operand, const Wish& wish, int form)
     p.columns = o.scratch ? product(o.extents, dims) : o.storedColumns(dims);
 
     Form shape = forms[form];
-    if (o.dense || o.letter == 'c') shape = o.dense || random.chance(60) ? forms[0] : forms[6 + random.below(2)];
-    if (o.destination && shape.sliding) shape = forms[0];
+    if (o.dense || o.letter == 'c') shape = o.dense || random.chance(60) ? forms[0] : forms[8 + random.below(2)];
+    if ((o.destination && shape.trait == sliding) || (wish.plain && shape.trait == huge)) shape.trait = none;
     if (wish.plain) shape.paged = 0;
 
     // Distances, from the innermost dimension outwards.
@@ -179,12 +194,17 @@ void Case::place(int operand, const Wish& wish, int form)
             if (level == shape.paged) block = distance - (shape.unit - 1) * p.elemSize, distance = 2 * pageSize;
             blocks *= extent(c);
         }
+        if (shape.trait == huge && level == 2) {
+            distance = std::max(distance, (int64_t(1) << 31) - 8 * random.between(1, 1000));
+            blocks = extent(c);
+        }
         stride(c) = int(distance);
         distance *= extent(c);
         if (shape.gaps && !(shape.paged && level >= shape.paged)) distance += random.between(0, 3) * p.elemSize;
     }
-    if (shape.paged && (block > pageSize || blocks > 512)) return place(operand, wish, shape.order[2] == 'c' ? 1 : 12);
-    if (shape.sliding) p.stride0 = p.elemSize, p.overlaps = true;
+    if (shape.paged && (block > pageSize || blocks > 512)) return place(operand, wish, shape.order[2] == 'c' ? 1 : 14);
+    if (shape.trait == huge && distance > hugeSpan) return place(operand, wish, shape.order[2] == 'c' ? 1 : 14);
+    if (shape.trait == sliding) p.stride0 = p.elemSize, p.overlaps = true;
     if (shape.paged) { // gaps behind the last run do not belong to the block
         block = p.elemSize;
         for (int level = 0; level < shape.paged; ++level)
@@ -194,13 +214,17 @@ void Case::place(int operand, const Wish& wish, int form)
                          int64_t(p.columns - 1) * p.stride2 + p.elemSize;
 
     // Against the inaccessible memory behind or before, or at any multiple of the element size.
-    p.arena = shape.paged ? &pagedArena(operand) : &flatArena(operand);
+    p.arena = shape.paged ? &pagedArena(operand) : shape.trait == huge ? &hugeArena(operand) : &flatArena(operand);
     const int where = inTurn(f.name + o.name + "where", 6, number);
     const int64_t room = shape.paged ? pageSize - block : p.arena->end - p.arena->begin - span;
     const int64_t middle = std::min<int64_t>(room, (shape.paged ? 0 : pageSize) + random.below(16) * p.elemSize);
-    p.begin = p.arena->begin + (where < 3 ? room : where == 3 ? 0 : middle);
+    p.begin = p.arena->begin + (shape.trait == huge || where > 3 ? middle : where < 3 ? room : 0);
     p.end = p.begin + span;
-    if (shape.paged)
+    if (shape.trait == huge) {
+        const int64_t outer = stride(shape.order[0]), inner = span - (blocks - 1) * outer;
+        for (int64_t i = 0; i < blocks; ++i)
+            p.windows.push_back({p.begin + i * outer - margin / 4, size_t(inner + margin / 2)});
+    } else if (shape.paged)
         for (int64_t i = 0; i < blocks; ++i) p.windows.push_back({p.arena->begin + i * 2 * pageSize, size_t(pageSize)});
     else {
         char* const low = std::max(p.arena->begin, p.begin - margin);
@@ -210,8 +234,9 @@ void Case::place(int operand, const Wish& wish, int form)
     // A list may hold its objects, or its elements, in any order.
     p.pointer = p.begin;
     if (o.list()) {
-        static const int shifts[] = {0, 1, 3, 16, 1000, 123456};
-        p.shift = random.pick(shifts) * p.elemSize;
+        static const int shifts[] = {0,    1,      3,          16,
+                                     1000, 123456, INT_MAX / 8}; // in a team the sum of shift and slice wraps
+        p.shift = shifts[random.below(wish.plain ? 6 : 7)] * p.elemSize;
         const int entries = o.layout == 'L' ? p.objects : p.rows * p.columns;
         std::vector<int> slots = random.permutation(entries);
         if (random.chance(30)) std::iota(slots.begin(), slots.end(), 0);
@@ -367,9 +392,13 @@ template <class T> void Case::fillElements(const Wish& wish)
         }
     }
     const Hooks<T>& hooks = reference.of<T>();
-    if (hooks.inputs)
-        for (int k = 0; k < count; ++k) hooks.inputs(object<T>(k, false), random);
-    if (hooks.fail && random.chance(25)) {
+    static const int shares[] = {5, 30, 100}; // of the objects at the edge; those that fail hide what follows them
+    const int share = !wish.plain && random.chance(40) ? random.pick(shares) : 0;
+    for (int k = 0; k < count; ++k) {
+        if (hooks.inputs) hooks.inputs(object<T>(k, false), random);
+        if (hooks.edges && random.chance(share)) hooks.edges(object<T>(k, false), random);
+    }
+    if (hooks.fail && random.chance(wish.failing)) {
         const int places[] = {0, count / 2, count - 1, random.below(count)};
         for (int times = random.between(1, 2); times > 0; --times)
             hooks.fail(object<T>(random.pick(places), false), random);
@@ -438,6 +467,10 @@ template <class T> std::string Case::compareAs(bool bufferIsFree)
                 if (std::memcmp(begin, begin + p.arena->toShadow, size) != 0) return false;
         return true;
     };
+    for (size_t i = 0; i < placed.size(); ++i)
+        if (!placed[i].list.empty() &&
+            std::memcmp(placed[i].listAt, placed[i].list.data(), placed[i].list.size() * 8) != 0)
+            return "the list of " + f.operands[i].name + " changed";
     if (equal()) return "";
 
     // What is not fixed to the bit: which NaN, results within a tolerance, scratch.

@@ -11,6 +11,7 @@ struct Wish {
     int count = 0; // 0: as the number of the case has it
     Elements elements = Elements::any;
     bool plain = false; // ordinary data and no tricks, as in large calls
+    int failing = 25;   // chance of objects that fail, per cent
 };
 
 struct Placed {
@@ -29,6 +30,8 @@ class Case
 {
 public:
     Case(const Function&, const Reference&, int number, const Wish& = {});
+    ~Case();
+    Case(const Case&) = delete;
 
     const Function& f;
     const Reference& reference;

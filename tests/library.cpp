@@ -12,6 +12,7 @@
 #include <sys/platform/x86.h>
 
 Watch watch;
+long callsMade = 0;
 bool regionsAreSeen = false;
 
 namespace
@@ -123,6 +124,7 @@ int call(const Function& f, void* address, const std::vector<Value>& values)
     void* pointers[40];
     for (size_t i = 0; i < values.size(); ++i) pointers[i] = const_cast<Value*>(&values[i]);
     ffi_arg status;
+    ++callsMade;
     ffi_call(&interface.cif, FFI_FN(address), &status, pointers);
     return int(status);
 }

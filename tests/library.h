@@ -14,6 +14,7 @@ const std::vector<Level>& levels(); // built ones, or those of the environment v
 // The function of one level by name; null if the level does not export it.
 void* find(const Level&, const std::string& function);
 int call(const Function&, void* address, const std::vector<Value>&);
+extern long callsMade; // so far
 const std::vector<std::string>& exported(); // names in cmake/exports.map
 
 // Stand-in for the companion: the answers that ownGetNumThreads gives, in turn, the last one again and again.

@@ -1,6 +1,7 @@
 // Registers the tests of every exported function at run time: <suite>_<level>.<function>.
 #include "special.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <unistd.h>
@@ -63,6 +64,7 @@ int main(int argc, char** argv)
         }
     }
     const int result = RUN_ALL_TESTS();
+    std::printf("%zu functions, %ld calls\n", exported().size(), callsMade);
     if (testing::UnitTest::GetInstance()->test_to_run_count() > 0 || testing::GTEST_FLAG(list_tests)) return result;
     std::cerr << "no test has that name\n";
     return 1;

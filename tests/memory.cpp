@@ -69,6 +69,12 @@ Arena& pagedArena(int index)
     return at(arenas, index, size_t(4) << 20, true);
 }
 
+Arena& hugeArena(int index)
+{
+    static std::vector<std::unique_ptr<Arena>> arenas;
+    return at(arenas, index, size_t(40) << 30, false);
+}
+
 char* forbidden()
 {
     static char* const begin = reserve(size_t(64) << 30, PROT_NONE);

@@ -15,6 +15,7 @@ struct Arena {
 };
 Arena& flatArena(int index);
 Arena& pagedArena(int index); // accessible: pages 0, 2, 4, ...
+Arena& hugeArena(int index);  // 40 GB
 
 constexpr int lists = 16; // flat arenas from here on hold the lists of pointers
 

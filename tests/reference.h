@@ -6,7 +6,8 @@
 //         template <class T> Outcome operator()(const Object<T>& o) const { ... }   // fills o.destination()
 //         // all that follows is optional
 //         static bool inPlace(const Function&, const Dims&, int source)         dst may be the storage of that source
-//         template <class T> void inputs(const Object<T>&, Random&) const       sources that matter for this family
+//         template <class T> void inputs(const Object<T>&, Random&) const       sources as this family needs them
+//         template <class T> void edges(const Object<T>&, Random&) const        sources where something turns
 //         template <class T> void fail(const Object<T>&, Random&) const         sources that make the object fail
 //         static constexpr bool tolerant = true;                                fills o.tolerance, too
 //         static int cost(const Dims&)                                          of an object, where it is dear
@@ -62,7 +63,7 @@ template <class T> struct Object {
 // The same for one element type.
 template <class T> struct Hooks {
     std::function<Outcome(const Object<T>&)> treat;
-    std::function<void(const Object<T>&, Random&)> inputs, fail;
+    std::function<void(const Object<T>&, Random&)> inputs, edges, fail;
 };
 
 struct Reference {
@@ -101,6 +102,8 @@ private:
         const Object<T>* o = nullptr;
         if constexpr (requires { family.inputs(*o, *random); })
             h.inputs = [family](const Object<T>& object, Random& r) { family.inputs(object, r); };
+        if constexpr (requires { family.edges(*o, *random); })
+            h.edges = [family](const Object<T>& object, Random& r) { family.edges(object, r); };
         if constexpr (requires { family.fail(*o, *random); })
             h.fail = [family](const Object<T>& object, Random& r) { family.fail(object, r); };
     }

@@ -141,8 +141,11 @@ const Threshold thresholds[] = {
     { "40001",         0,    40001, 40001, 40001, 40001, 40001 },
 };
 
+} // namespace
 struct Sizes { uint32_t w, h, w1, h1, w2, h2, wh, len, count; };
 struct Measure { const char *operations, *shapes; uint32_t (*measure)(const Sizes&); const char* set; };
+namespace
+{
 #define MEASURE(expression) [](const Sizes& s) -> uint32_t { \
     [[maybe_unused]] const auto [w, h, w1, h1, w2, h2, wh, len, count] = s; return expression; }
 const Measure measures[] = {
@@ -320,6 +323,16 @@ Function make(const Family& family, const std::string& shape, const std::string&
     }
     for (int operand : last) describe(f, operand);
     f.sequence = checksOf(f);
+
+    for (const Measure& m : measures)
+        if (among(f.operation, m.operations) && among(f.shape, m.shapes)) f.work = &m;
+    const auto either = [&](const char* first, const char* second) {
+        return f.at(first) >= 0 ? f.at(first) : f.at(second);
+    };
+    const int places[] = {either("width", "src1Width"), either("height", "src1Height"), f.at("src1Width"),
+                          f.at("src1Height"), f.at("src2Width"), f.at("src2Height"), f.at("widthHeight"), f.at("len"),
+                          f.at("count")};
+    std::copy(std::begin(places), std::end(places), f.sizeArguments);
     return f;
 }
 
@@ -343,13 +356,6 @@ std::map<std::string, Function> makeAll()
                 }
         }
     return all;
-}
-
-const Measure* findMeasure(const Function& f)
-{
-    for (const Measure& m : measures)
-        if (among(f.operation, m.operations) && among(f.shape, m.shapes)) return &m;
-    return nullptr;
 }
 } // namespace
 
@@ -488,27 +494,19 @@ int Function::expected(const std::vector<Value>& values) const
     return Ok;
 }
 
-bool Function::measured() const { return findMeasure(*this) != nullptr; }
-
 bool Function::threaded() const { return measured() && !among(name, measuredOnly); }
 
 int Function::measure(const std::vector<Value>& values) const
 {
-    const auto value = [&](const char* first, const char* second) {
-        const int i = at(first) >= 0 ? at(first) : at(second);
-        return i < 0 ? 0u : uint32_t(values[size_t(i)].i);
-    };
-    const Sizes s = {
-        value("width", "src1Width"), value("height", "src1Height"), value("src1Width", ""),   value("src1Height", ""),
-        value("src2Width", ""),      value("src2Height", ""),       value("widthHeight", ""), value("len", ""),
-        value("count", "")};
-    return int(findMeasure(*this)->measure(s));
+    uint32_t v[9];
+    for (int i = 0; i < 9; ++i) v[i] = sizeArguments[i] < 0 ? 0 : uint32_t(values[size_t(sizeArguments[i])].i);
+    return int(work->measure({v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[8]}));
 }
 
 int Function::threshold(bool contiguousElements) const
 {
     for (const Threshold& t : thresholds)
-        if (std::string(t.set) == findMeasure(*this)->set && (!t.type || t.type == elemSize * 8)) {
+        if (std::string(t.set) == work->set && (!t.type || t.type == elemSize * 8)) {
             if (layout == "P") return t.P;
             if (layout == "L") return contiguousElements ? t.L : t.LS2;
             return contiguousElements ? t.standard : t.S2;

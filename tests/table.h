@@ -71,7 +71,9 @@ struct Function {
     std::vector<Operand>
         operands; // sources in the order of the letters, other constants, then destinations and the rest
     std::vector<Argument> arguments;
-    std::string sequence; // of its checks, as letters (see table.cpp)
+    std::string sequence;                 // of its checks, as letters (see table.cpp)
+    const struct Measure* work = nullptr; // null for those that have none
+    int sizeArguments[9];                 // places of what a measure reads, in the order of Sizes
 
     const char* type() const { return elemSize == 4 ? "float" : "double"; }
     std::string prototype() const;
@@ -83,12 +85,12 @@ struct Function {
     int expected(const std::vector<Value>&) const; // the first check that fails, or Ok
     bool tested(const Argument&) const;            // false for the arguments that no check looks at
 
-    bool threaded() const;                        // has a parallel form
-    bool measured() const;                        // compares a work measure, though perhaps to no end
-    int measure(const std::vector<Value>&) const; // wraps
-    int threshold(bool contiguousElements) const; // parallel from here on
-    std::string scratch() const;                  // of one thread, in elements; empty if none
-    bool movesData() const;                       // bits arrive unchanged, NaN included
+    bool threaded() const;                            // has a parallel form
+    bool measured() const { return work != nullptr; } // compares a work measure, though perhaps to no end
+    int measure(const std::vector<Value>&) const;     // wraps
+    int threshold(bool contiguousElements) const;     // parallel from here on
+    std::string scratch() const;                      // of one thread, in elements; empty if none
+    bool movesData() const;                           // bits arrive unchanged, NaN included
 };
 
 const std::map<std::string, Function>& functions(); // all but keslGetLibVersion

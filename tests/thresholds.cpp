@@ -4,8 +4,6 @@
 
 namespace
 {
-constexpr int elemLimit = 1 << 15; // of random sizes
-
 std::vector<Value> argumentsOf(const Function& f, const Dims& dims, bool contiguous, Random& random)
 {
     std::vector<Value> values(f.arguments.size());
@@ -51,9 +49,22 @@ void testThresholds(const Function& f, const Level& level)
         ++(parallel ? reached : below);
     };
 
+    // The smallest count that reaches the threshold, before anything wraps.
+    const auto firstCount = [&](std::vector<Value>& values) {
+        const int threshold = f.threshold(f.contiguous(values));
+        int low = 0, high = 1 << 20;
+        while (high - low > 1) {
+            const int middle = (low + high) / 2;
+            values[size_t(f.at("count"))].i = middle;
+            const int measure = f.measure(values);
+            (measure >= threshold || measure < 0 ? high : low) = middle;
+        }
+        return high;
+    };
+
     for (int n = 0; n < cases(150) && !testing::Test::HasFailure(); ++n) {
         Dims dims;
-        const int largest = n % 4 == 3 ? elemLimit : n % 4 == 2 ? 100 : 9;
+        const int largest = n % 4 == 3 ? 1 << 15 : n % 4 == 2 ? 100 : 9;
         for (char c : f.letters()) dims[c] = random.between(1, largest);
         if (f.operation.substr(0, 2) == "QR") dims['h'] = dims['w'];
         std::vector<Value> values = argumentsOf(f, dims, n % 2 == 0, random);
@@ -61,26 +72,36 @@ void testThresholds(const Function& f, const Level& level)
             check(values);
             continue;
         }
-        Value& count = values[size_t(f.at("count"))];
-        if (f.measured()) { // the smallest count that reaches the threshold, before anything wraps
-            const int threshold = f.threshold(f.contiguous(values));
-            int low = 0, high = 1 << 20;
-            const auto reaches = [&](int c) {
-                count.i = c;
-                const int measure = f.measure(values);
-                return measure >= threshold || measure < 0;
-            };
-            while (high - low > 1) (reaches((low + high) / 2) ? high : low) = (low + high) / 2;
-            for (int c : {high - 1, high, high + 1}) {
-                count.i = std::max(c, 1);
-                check(values);
-            }
-        }
+        int& count = values[size_t(f.at("count"))].i;
+        if (f.measured())
+            for (int first = firstCount(values), c = std::max(1, first - 1); c <= first + 1; ++c)
+                count = c, check(values);
         for (int i = 0; i < 6; ++i) { // many of these wrap
-            count.i = 1 + int(random.next() >> random.between(33, 60));
+            count = 1 + int(random.next() >> random.between(33, 60));
             check(values);
         }
-        count.i = INT_MAX, check(values);
+        count = INT_MAX, check(values);
+    }
+
+    // Measures of exactly the threshold and of one less, where sizes can be found that have them.
+    for (bool contiguous : {true, false}) {
+        static const int sizes[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 16, 32, 64};
+        int exact = 0, less = 0, combinations = 1;
+        for (size_t i = 0; i < f.letters().size(); ++i) combinations *= int(std::size(sizes));
+        for (int n : f.measured() ? random.permutation(combinations) : std::vector<int>()) {
+            if ((exact >= 3 && less >= 3) || testing::Test::HasFailure()) break;
+            Dims dims;
+            for (char c : f.letters()) dims[c] = sizes[n % int(std::size(sizes))], n /= int(std::size(sizes));
+            if (f.operation.substr(0, 2) == "QR" && dims['w'] > dims['h']) continue;
+            std::vector<Value> values = argumentsOf(f, dims, contiguous, random);
+            const int threshold = f.threshold(f.contiguous(values)), first = firstCount(values);
+            for (int c = std::max(1, first - 1); c <= first; ++c) {
+                values[size_t(f.at("count"))].i = c;
+                const int measure = f.measure(values);
+                if (measure == threshold && exact++ < 3) check(values);
+                if (measure == threshold - 1 && less++ < 3) check(values);
+            }
+        }
     }
     if (f.threaded()) {
         EXPECT_GT(reached, 0);

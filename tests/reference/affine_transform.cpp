@@ -23,7 +23,7 @@ struct AffineTransform {
     }
 
     // w is the x of the point: at the limit, and around it. The matrix is shared, so all points follow the last one.
-    template <class T> void inputs(const Object<T>& o, Random& random) const
+    template <class T> void edges(const Object<T>& o, Random& random) const
     {
         lastRow(o);
         const T limit = std::numeric_limits<T>::min();
@@ -42,7 +42,7 @@ struct AffineTransform {
                           T(1e-30),
                           T(1e30),
                           std::numeric_limits<T>::max()};
-        if (random.chance(10)) o.source(1)(0) = random.pick(list);
+        o.source(1)(0) = random.pick(list);
     }
 
     template <class T> void fail(const Object<T>& o, Random&) const { lastRow(o), o.source(1)(0) = 0; }

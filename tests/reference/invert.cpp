@@ -162,18 +162,24 @@ struct Inverse {
         return Ok;
     }
 
-    // Determinants at the threshold and next to it, minors that vanish, tied pivots.
+    // Where the grouping is free, whether a product overflows or vanishes on the way is free as well.
     template <class T> void inputs(const Object<T>& o, Random& random) const
     {
         const int n = o.dims['n'];
         const View<T>& a = o.source(0);
-        const int what = random.below(8);
-        // Where the grouping is free, whether a product overflows or vanishes on the way is free as well.
         for (int i = 0; i < n && (n == 5 || n == 6); ++i)
             for (int j = 0; j < n; ++j)
                 if (!(std::fabs(a(i, j)) < 32 && (std::fabs(a(i, j)) > T(1) / 1024 || a(i, j) == 0)))
                     a(i, j) = T(random.unit() - 0.5);
-        if (what == 0) { // a permuted diagonal whose product is exact
+    }
+
+    // Determinants at the threshold and next to it, minors that vanish, tied pivots.
+    template <class T> void edges(const Object<T>& o, Random& random) const
+    {
+        const int n = o.dims['n'];
+        const View<T>& a = o.source(0);
+        const int what = random.below(6);
+        if (what < 2) { // a permuted diagonal whose product is exact
             const std::vector<int> p = random.permutation(n);
             const T thr = threshold<T>(n);
             const T list[] = {thr, std::nextafter(thr, T(0)), std::nextafter(thr, T(1)), thr * 2, thr, -thr};
@@ -181,13 +187,12 @@ struct Inverse {
             const T value = random.pick(list);
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j) a(i, j) = j != p[size_t(i)] ? T(0) : i == small ? value : T(1);
-        } else if (what == 1) { // small whole numbers: singular minors, equal pivots
+        } else if (what == 2) { // small whole numbers: singular minors, equal pivots
             for (int i = 0; i < n; ++i)
-                for (int j = 0; j < n; ++j) a(i, j) = T(random.between(-1, 1));
-            for (int i = 0; i < n; ++i) a(i, i) = T(3);
-        } else if (what == 2 && n > 1) { // block triangular: some minors are exactly singular
+                for (int j = 0; j < n; ++j) a(i, j) = i == j ? T(3) : T(random.between(-1, 1));
+        } else if (what == 3) { // block triangular: some minors are exactly singular
             for (int i = 1; i < n; ++i) a(i, 0) = 0;
-        } else if (what == 3) { // out of scale, but not out of range
+        } else if (what == 4) { // out of scale, but not out of range
             const T scale = T(std::exp2(random.between(-100, 100) / n));
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j) a(i, j) *= scale;

@@ -117,7 +117,7 @@ template <class V, int bytes> V joined(auto piece)
 // Piece i of a pack.
 template <int i, int bytes, class V> Pack<ElementOf<V>, bytes> pieceOf(V x)
 {
-    using Piece = Pack<ElementOf<V>, bytes>;
+    using Piece [[maybe_unused]] = Pack<ElementOf<V>, bytes>;
     if constexpr (bytes == sizeof(V)) return x;
 #if defined(__AVX2__)
     else if constexpr (sizeof(V) == 32) return Piece(_mm256_extracti128_si256(__m256i(x), i));

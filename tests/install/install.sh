@@ -43,9 +43,9 @@ install_tree() { # BUILD
 
 # Runs a program with the levels that a list allows, and with exactly the library that is expected then.
 run() { # PROGRAM LIST FILE
-    "$loader" --glibc-hwcaps-mask "$2" --list "$1" > "$work/loaded" || fail "$1 does not load"
-    same "the library for $2" "$(realpath "$(awk '$1 == "libkeslmx.so.6.1" { print $3 }' "$work/loaded")")" "$3"
-    same "the companion for $2" "$(realpath "$(awk '$1 == "libkeslcorex64.so.6.1" { print $3 }' "$work/loaded")")" \
+    "$loader" --glibc-hwcaps-mask "$2" --list "$1" > "$1.loaded" || fail "$1 does not load"
+    same "the library for $2" "$(realpath "$(awk '$1 == "libkeslmx.so.6.1" { print $3 }' "$1.loaded")")" "$3"
+    same "the companion for $2" "$(realpath "$(awk '$1 == "libkeslcorex64.so.6.1" { print $3 }' "$1.loaded")")" \
         "$lib/libkeslcorex64.so.6.1"
     "$loader" --glibc-hwcaps-mask "$2" "$1" || fail "$1 fails with the library for $2"
     echo "ok: $(basename "$(dirname "$1")"), $3"

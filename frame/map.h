@@ -90,7 +90,9 @@ template <class O> bool isPacked(const O& o, int height, int width)
 // ---- Arrays without any gap, and single operands beside them.
 
 // A source of the run: an array itself, or a single operand that is repeated to the length of a piece and of an object more.
-constexpr int mostRepeated = 6 * 6, objectsPerPiece = 16, fewObjects = 4;
+// A piece is a multiple of 16 objects, so that all pieces are aligned alike.
+constexpr int mostRepeated = 6 * 6, fewObjects = 4;
+constexpr int objectsPerPiece(int each) { return mostRepeated / each * 16; }
 
 template <class O> struct Periodic {
     const typename O::Element* p;
@@ -100,21 +102,21 @@ template <class O> struct Periodic {
 template <class O> requires (!O::isArray) struct Periodic<O> {
     using T = typename O::Element;
     int each;
-    T e[mostRepeated * (objectsPerPiece + 1)];
+    T e[mostRepeated * (16 + 1)];
     Periodic(const O& o, int height, int width, int count) : each(height * width)
     {
         const auto single = o.object(0, height, width);
         for (int i = 0; i < height; ++i)
             for (int j = 0; j < width; ++j) e[i * width + j] = single(i, j);
-        const int all = each * (std::min(count, objectsPerPiece) + 1);
+        const int all = each * (std::min(count, objectsPerPiece(each)) + 1);
         for (int done = each; done < all; done *= 2) std::memcpy(e + done, e, std::size_t(std::min(done, all - done)) * sizeof *e);
     }
     const T* from(std::int64_t element) const { return e + element % each; }
 };
 
-template <class T> void mapPieces(std::int64_t each, int count, auto f, T* dst, const auto&... src)
+template <class T> void mapPieces(int each, int count, auto f, T* dst, const auto&... src)
 {
-    const std::int64_t n = each * count, piece = each * objectsPerPiece;
+    const std::int64_t n = std::int64_t(each) * count, piece = each * objectsPerPiece(each);
     std::int64_t e = 0;
     if (n >= longRun<T>) mapHead<sizeof(T)>(e, f, dst, src.from(0)...);
     for (; e < n; e += piece) mapBody(0, std::min(piece, n - e), f, dst + e, src.from(e)...);
@@ -146,7 +148,7 @@ template <class Dst, class... Src>
         if (isPacked(dst, height, width) && (isPacked(src, height, width) && ...)) {
             if constexpr ((Src::isArray && ...)) return mapRun(each * count, f, dst.address(0), src.address(0)...);
             else if (each <= mostRepeated && count >= fewObjects)
-                return mapPieces(each, count, f, dst.address(0), Periodic<Src>(src, height, width, count)...);
+                return mapPieces(int(each), count, f, dst.address(0), Periodic<Src>(src, height, width, count)...);
         }
     if constexpr ((F == S2 || F == P) && Dst::isArray) // structure of arrays
         if (dst.stride0 == dst.elementSize && ((!Src::isArray || src.stride0 == src.elementSize) && ...)) {

@@ -49,7 +49,7 @@ template <class T> [[gnu::always_inline]] inline KeslStatus eachPack(auto count,
             if (pack(Objects<Wide>{k})) continue;
             if constexpr (lanes<Wide> > 4)
                 if (count - k < lanes<Wide> && pack(Objects<Four>{k})) continue;
-            for (const int end = std::min<int>(count, k + lanes<Wide>); k < end; ++k)
+            for (int left = std::min<int>(count - k, lanes<Wide>); left > 0; --left, ++k)
                 if (const KeslStatus status = body(Objects<T>{k})) return status;
         }
         return keslStatusOk;

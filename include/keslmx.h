@@ -27,7 +27,8 @@
  * does not depend on how many.
  *
  * BITS. Each operation is rounded to the element type before the next; nothing is fused, and subnormal numbers are kept.
- * Every layout, stride, count, number of threads and processor gives the same bits, unless a family says otherwise.
+ * Every layout, stride, count, number of threads and processor gives the same bits, unless a family says otherwise; but the
+ * sign and the payload of a NaN are not promised where there is arithmetic.
  *
  * STATUS. Every function returns a KeslStatus. Arguments are tested class by class, in an order that each family states by
  * these letters, and the first test that fails gives the status; then no operand has been read or written.

@@ -12,8 +12,8 @@
 namespace
 {
 // How an operand lies in memory: the order of its dimensions (k objects, r rows, c columns; the last one is nested
-// innermost), the distance of the innermost elements, gaps between runs, how many inner dimensions share a page of their
-// own between inaccessible ones (0: all is flat), and what else there is to it.
+// innermost), the distance of the innermost elements, gaps between runs, how many inner dimensions share a page of
+// their own between inaccessible ones (0: all is flat), and what else there is to it.
 enum Trait { none, sliding, huge }; // sources whose objects overlap; the outermost distance nearly 2 GB
 struct Form {
     const char* order;
@@ -603,22 +603,31 @@ std::string Case::source(const std::string& problem) const
             if (placed[other].begin == p.begin) data[i] = data[other]; // in place
         if (data[i] == (o.list() ? o.name + "Data" : o.name)) {
             text += "static " + type + " " + data[i] + format("[%td]", elements) + (input ? " = {" : "");
-            for (ptrdiff_t e = 0; e < elements && input; ++e) {
+            std::set<ptrdiff_t> offsets;
+            for (int k = 0; k < p.objects && input; ++k)
+                for (int r = 0; r < p.rows; ++r)
+                    for (int column = 0; column < p.columns; ++column) {
+                        const bool t = o.letter == 't';
+                        const char* at =
+                            reinterpret_cast<char*>(&view<char>(int(i), k, false)(t ? column : r, t ? r : column));
+                        offsets.insert((at - p.begin) / p.elemSize);
+                    }
+            ptrdiff_t next = 0;
+            for (ptrdiff_t e : offsets) {
                 const char* at = p.begin + e * p.elemSize;
-                if (elements > 5000) {
+                const double value = o.integer         ? *reinterpret_cast<const int*>(at)
+                                     : f.elemSize == 4 ? double(*reinterpret_cast<const float*>(at))
+                                                       : *reinterpret_cast<const double*>(at);
+                if (offsets.size() > 20000) {
                     text += "0 /* too many to print */";
                     break;
                 }
-                double value = 0;
-                if (p.windows.size() == 1 || ((at - p.arena->begin) / pageSize) % 2 == 0)
-                    value = o.integer         ? *reinterpret_cast<const int*>(at)
-                            : f.elemSize == 4 ? double(*reinterpret_cast<const float*>(at))
-                                              : *reinterpret_cast<const double*>(at);
-                text += std::isnan(value)   ? "NAN"
-                        : std::isinf(value) ? (value > 0 ? "INFINITY" : "-INFINITY")
-                        : o.integer         ? format("%d", int(value))
-                                            : format("%a", value);
-                text += e % 12 == 11 ? ",\n    " : ", ";
+                if (e != next) text += format("[%td] = ", e);
+                text += std::isnan(value)   ? "NAN, "
+                        : std::isinf(value) ? (value > 0 ? "INFINITY, " : "-INFINITY, ")
+                        : o.integer         ? format("%d, ", int(value))
+                                            : format("%a, ", value);
+                next = e + 1;
             }
             text += input ? "};\n" : ";\n";
         }

@@ -45,6 +45,7 @@ public:
     int run(const Level&);                                   // the call, from the same start every time
     std::string fault;                                       // what happened instead of an end of the call
     bool expect(int status, const std::vector<int>& slices); // runs the reference; whether this status is allowed
+    bool usesBuffer() const { return bufferUsed; }           // as the reference has it
     std::string compare(bool bufferIsFree);                  // empty if memory is as expected
     std::vector<char> results() const;                       // all bytes that count, every NaN alike
     std::string compareWithSingle(const Level&);             // each object against the call for one, contiguous

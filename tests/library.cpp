@@ -1,6 +1,7 @@
 #include "library.h"
 #include "memory.h"
 
+#include <cstring>
 #include <dlfcn.h>
 #include <ffi.h>
 #include <fstream>
@@ -18,6 +19,7 @@ bool regionsAreSeen = false;
 namespace
 {
 std::vector<int> answers = {1};
+constexpr unsigned char untouched = 0xA5;
 std::mutex blocksMutex;
 std::map<void*, std::pair<char*, size_t>> blocks;
 
@@ -57,6 +59,7 @@ extern "C" {
         static_cast<char*>(mmap(nullptr, pages * pageSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
     mprotect(begin + (pages - 1) * pageSize, pageSize, PROT_NONE);
     char* block = begin + (((pages - 1) * pageSize - bytes) & ~size_t(15));
+    std::memset(block, untouched, bytes);
     const std::lock_guard lock(blocksMutex);
     ++watch.blocks, watch.bytes = bytes;
     blocks[block] = {begin, pages * pageSize};
@@ -67,6 +70,8 @@ extern "C" {
 {
     const std::lock_guard lock(blocksMutex);
     ++watch.freed;
+    watch.used.clear();
+    for (size_t i = 0; i < watch.bytes; ++i) watch.used.push_back(static_cast<unsigned char*>(p)[i] != untouched);
     munmap(blocks.at(p).first, blocks.at(p).second);
     blocks.erase(p);
 }

@@ -14,7 +14,7 @@ const std::vector<Level>& levels(); // built ones, or those of the environment v
 // The function of one level by name; null if the level does not export it.
 void* find(const Level&, const std::string& function);
 int call(const Function&, void* address, const std::vector<Value>&);
-extern long callsMade; // so far
+extern long callsMade;                      // so far
 const std::vector<std::string>& exported(); // names in cmake/exports.map
 
 // Stand-in for the companion: the answers that ownGetNumThreads gives, in turn, the last one again and again.
@@ -26,6 +26,7 @@ struct Watch {
     int regions = 0, team = 0; // parallel regions, and the threads that the last one asked for
     int blocks = 0, freed = 0; // of the OpenMP runtime's allocator
     size_t bytes = 0;          // of the last block
+    std::vector<bool> used;    // its bytes, as they were when it was freed
 };
 extern Watch watch;
 extern bool regionsAreSeen; // regions and team are counted (GNU runtime only)

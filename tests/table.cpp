@@ -329,8 +329,14 @@ Function make(const Family& family, const std::string& shape, const std::string&
     const auto either = [&](const char* first, const char* second) {
         return f.at(first) >= 0 ? f.at(first) : f.at(second);
     };
-    const int places[] = {either("width", "src1Width"), either("height", "src1Height"), f.at("src1Width"),
-                          f.at("src1Height"), f.at("src2Width"), f.at("src2Height"), f.at("widthHeight"), f.at("len"),
+    const int places[] = {either("width", "src1Width"),
+                          either("height", "src1Height"),
+                          f.at("src1Width"),
+                          f.at("src1Height"),
+                          f.at("src2Width"),
+                          f.at("src2Height"),
+                          f.at("widthHeight"),
+                          f.at("len"),
                           f.at("count")};
     std::copy(std::begin(places), std::end(places), f.sizeArguments);
     return f;

@@ -1,6 +1,8 @@
 // Teams: results, the number of regions and threads, scratch.
 #include "tests.h"
 
+#include <algorithm>
+
 namespace
 {
 struct Team {
@@ -34,7 +36,7 @@ Wish largeEnough(const Function& f, const Reference& reference, Elements element
         int n = 1;
         while (measure(n) < threshold) n += 1 + n / 64;
         while (n > 1 && measure(n - 1) >= threshold) --n;
-        if (cost * n > 1e7) continue;
+        if (cost * n > 3e7) continue;
         wish.count = n;
         return wish;
     }
@@ -69,6 +71,14 @@ void run(const Function& f, const Level& level, const Reference& reference, cons
     same("blocks of scratch:", seen.blocks, bytes > 0);
     same("blocks of scratch freed:", seen.freed, bytes > 0);
     if (bytes) same("bytes of scratch:", int(seen.bytes), bytes);
+    if (problem.empty() && bytes && c.usesBuffer()) { // each thread its own share
+        const int share = bytes / team.first;
+        for (int i = 0; i < team.first; ++i) {
+            const auto begin = seen.used.begin() + i * share;
+            same(("scratch of thread " + std::to_string(i) + " used:").c_str(),
+                 std::find(begin, begin + share, true) != begin + share, i < threads);
+        }
+    }
     if (!problem.empty())
         FAIL() << "with " << team.first << ", then " << team.second << " threads"
                << Case(f, reference, number, wish).source(problem);

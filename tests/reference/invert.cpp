@@ -179,14 +179,15 @@ struct Inverse {
         const int n = o.dims['n'];
         const View<T>& a = o.source(0);
         const int what = random.below(6);
-        if (what < 2) { // a permuted diagonal whose product is exact
+        if (what < 2) { // a permuted diagonal whose products are exact
             const std::vector<int> p = random.permutation(n);
             const T thr = threshold<T>(n);
             const T list[] = {thr, std::nextafter(thr, T(0)), std::nextafter(thr, T(1)), thr * 2, thr, -thr};
             const int small = random.below(n);
-            const T value = random.pick(list);
+            const T value = random.pick(list),
+                    others = random.chance(50) ? T(1) : T(4); // the pivot or the product decides
             for (int i = 0; i < n; ++i)
-                for (int j = 0; j < n; ++j) a(i, j) = j != p[size_t(i)] ? T(0) : i == small ? value : T(1);
+                for (int j = 0; j < n; ++j) a(i, j) = j != p[size_t(i)] ? T(0) : i == small ? value : others;
         } else if (what == 2) { // small whole numbers: singular minors, equal pivots
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j) a(i, j) = i == j ? T(3) : T(random.between(-1, 1));

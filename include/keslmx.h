@@ -482,6 +482,278 @@ KeslStatus keslSub_tata_64f_P(const double *const *src1, int src1RoiShift, int s
     int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int width, int height,
     int count);
 
+/* ----------------------------------------------------------------------------------------------- keslMul of matrices
+ * dst = src1 * src2:  dst(i, j) = src1(i, 0)*src2(0, j) + src1(i, 1)*src2(1, j) + ...
+ *
+ * Shapes     mm, mt, tm, tt (single);  mam, mat, tam, tat (each object times a single matrix);  mma, mta, tma, tta (a single
+ *            matrix times each object);  mama, mata, tama, tata (two arrays, object by object).
+ * Sizes      src1Width, src1Height, src2Width, src2Height: those of the matrices as they are stored, also where they are read
+ *            transposed (t), unlike in keslAdd. Read, src1 is M by K and src2 K by N, and dst is M by N; the two K must match.
+ *            Element (i, j) of src1 in P is src1[i*src1Width + j], transposed src1[j*src1Width + i]; of dst dst[i*N + j].
+ * Order      Products are added in ascending order, each rounded before it is added. Where all four sizes are the same
+ *            order of 3 to 6 a sum begins with its first product, otherwise at +0. So an element whose products are all -0 is -0
+ *            in the first case and +0 in the second. Deliberate: in the L functions with an array src2 whose stride2 are all
+ *            the element size, sums begin at +0 for orders 3 to 6 too.
+ * Overlap    dst may overlap src2 in the shapes without an array where all four sizes are the same order of 3 to 6; else none.
+ * Status     N S M B (P: N S M R) without an array, N C S M B (L, P: N C S M B R) with one. Overflow and NaN are not reported.
+ */
+KeslStatus keslMul_mm_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_mm_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_mm_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_mm_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_mt_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_mt_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_mt_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_mt_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_tm_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_tm_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_tm_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_tm_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_tt_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_tt_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_tt_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_tt_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_mam_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mam_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mam_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mam_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mam_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mam_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mat_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mat_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mat_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mat_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mat_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mat_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tam_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tam_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tam_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tam_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tam_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tam_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tat_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tat_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tat_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tat_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tat_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tat_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mma_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mma_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mma_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mma_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mma_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mma_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mta_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mta_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mta_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mta_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mta_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mta_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tma_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tma_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tma_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tma_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tma_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tma_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tta_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tta_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tta_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tta_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tta_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tta_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mama_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mama_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mama_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mama_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width,
+    int src2Height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mama_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mama_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mata_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mata_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mata_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mata_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width,
+    int src2Height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mata_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mata_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tama_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tama_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tama_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tama_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width,
+    int src2Height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tama_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tama_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tata_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tata_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tata_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tata_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width,
+    int src2Height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tata_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tata_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+
 /* ------------------------------------------------------------------------------------------------------- keslInvert
  * dst = the inverse of src; widthHeight is the order n of the matrices.
  *

@@ -145,10 +145,9 @@ template <Starts starts> struct ProductOfMatrices {
 
 // ---- The members: which sizes must match, and the measure of work.
 template <bool a, bool b> struct Fit { // whether src1 and src2 are transposed
-    static bool sizesMatch(unsigned w1, unsigned h1, unsigned w2, unsigned h2, auto...)
-    {
+    static constexpr auto sizesMatch = [](unsigned w1, unsigned h1, unsigned w2, unsigned h2, auto...) {
         return (a ? h1 : w1) == (b ? w2 : h2);
-    }
+    };
 };
 template <bool a, bool b> struct Mul_single : ProductOfMatrices<singleStarts>, Fit<a, b> {
 };

@@ -21,16 +21,16 @@ struct MatrixProduct {
     template <class T> Outcome operator()(const Object<T>& o) const
     {
         const int M = o.dims['M'], K = o.dims['K'], N = o.dims['N'];
-        T result[9][9];
+        std::vector<T> result(size_t(M) * size_t(N));
         for (int i = 0; i < M; ++i)
             for (int j = 0; j < N; ++j) {
                 T sum = o.source(0)(i, 0) * o.source(1)(0, j);
                 if (beginsAtZero(o)) sum = T(0) + sum;
                 for (int k = 1; k < K; ++k) sum = sum + o.source(0)(i, k) * o.source(1)(k, j);
-                result[i][j] = sum;
+                result[size_t(i * N + j)] = sum;
             }
         for (int i = 0; i < M; ++i)
-            for (int j = 0; j < N; ++j) o.destination()(i, j) = result[i][j];
+            for (int j = 0; j < N; ++j) o.destination()(i, j) = result[size_t(i * N + j)];
         return Ok;
     }
 

@@ -754,6 +754,207 @@ KeslStatus keslMul_tata_64f_P(const double *const *src1, int src1RoiShift, int s
     int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
     double *const *dst, int dstRoiShift, int dstStride0, int count);
 
+/* ------------------------------------------------------------------------------------- keslMul of matrices and vectors
+ * dst = src1 * src2, a matrix times a vector:  dst(i) = src1(i, 0)*src2(0) + src1(i, 1)*src2(1) + ...
+ *
+ * Shapes     mv, tv (single);  mav, tav (each matrix times one vector);  mva, tva (one matrix times each vector);
+ *            mava, tava (two arrays, object by object).
+ * Sizes      src1Width, src1Height: those of the matrix as it is stored, also where it is read transposed (t); src2Len: the
+ *            length of the vector. m: src2Len must be src1Width, dst has src1Height elements; t: the other way round.
+ * Order      Products are added in ascending order, each rounded before it is added. Where the matrix is square of order 3
+ *            to 6 a sum begins with its first product, otherwise at +0; so an element whose products are all -0 is -0 in the
+ *            first case and +0 in the second. Deliberate: in the L functions, where every stride2 is the element size, sums
+ *            begin at +0 for orders 3 to 6 too.
+ * Overlap    None.
+ * Status     N S M B (P: N S M R) without an array, N C S M B (L, P: N C S M B R) with one. Overflow and NaN are not reported.
+ */
+KeslStatus keslMul_mv_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride2, int src2Len, float *dst, int dstStride2);
+KeslStatus keslMul_mv_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_mv_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride2, int src2Len, double *dst, int dstStride2);
+KeslStatus keslMul_mv_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Len, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_tv_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride2, int src2Len, float *dst, int dstStride2);
+KeslStatus keslMul_tv_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_tv_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride2, int src2Len, double *dst, int dstStride2);
+KeslStatus keslMul_tv_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Len, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_mav_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride2, int src2Len, float *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_mav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride2, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_mav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, float *const *dst, int dstRoiShift, int dstStride0,
+    int count);
+KeslStatus keslMul_mav_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride2, int src2Len, double *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_mav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride2, int src2Len, double *const *dst,
+    int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_mav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tav_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride2, int src2Len, float *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_tav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride2, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_tav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, float *const *dst, int dstRoiShift, int dstStride0,
+    int count);
+KeslStatus keslMul_tav_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride2, int src2Len, double *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_tav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride2, int src2Len, double *const *dst,
+    int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_tav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mva_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride2, int src2Len, float *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_mva_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_mva_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mva_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride2, int src2Len, double *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_mva_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_mva_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tva_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride2, int src2Len, float *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_tva_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_tva_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tva_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride2, int src2Len, double *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_tva_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_tva_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mava_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride2, int src2Len, float *dst, int dstStride0,
+    int dstStride2, int count);
+KeslStatus keslMul_mava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len,
+    float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_mava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mava_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride2, int src2Len, double *dst, int dstStride0,
+    int dstStride2, int count);
+KeslStatus keslMul_mava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len,
+    double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_mava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tava_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride2, int src2Len, float *dst, int dstStride0,
+    int dstStride2, int count);
+KeslStatus keslMul_tava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len,
+    float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_tava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tava_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride2, int src2Len, double *dst, int dstStride0,
+    int dstStride2, int count);
+KeslStatus keslMul_tava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len,
+    double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_tava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+
+/* --------------------------------------------------------------------------------------------------------- keslGaxpy
+ * dst = src1 * src2 + src3, a matrix times a vector plus a vector.
+ *
+ * Shapes     mv (single);  mva (one matrix, arrays of src2 and src3);  mvav (one matrix, an array of src2, one src3). The
+ *            vector src3 has no letter of its own in mv and mva.
+ * Sizes      src1Width, src1Height: those of the matrix. src2Len must be src1Width and src3Len src1Height; dst has
+ *            src1Height elements.
+ * Order      Each product is rounded before it is added, src3 is added last. Products are added in ascending order from +0,
+ *            but where the matrix is square of order 3 to 6 a sum begins with its first product, and in orders 4 to 6 that is
+ *            the product of the last column, the others following in ascending order. This is deliberate and unlike keslMul.
+ * Overlap    None.
+ * Status     N S M B (P: N S M R) without an array, N C S M B (L, P: N C S M B R) with one. Overflow and NaN are not reported.
+ */
+KeslStatus keslGaxpy_mv_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride2, int src2Len, const float *src3, int src3Stride2, int src3Len, float *dst,
+    int dstStride2);
+KeslStatus keslGaxpy_mv_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, const float *const *src3, int src3RoiShift, int src3Len,
+    float *const *dst, int dstRoiShift);
+KeslStatus keslGaxpy_mv_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride2, int src2Len, const double *src3, int src3Stride2, int src3Len, double *dst,
+    int dstStride2);
+KeslStatus keslGaxpy_mv_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Len, const double *const *src3, int src3RoiShift, int src3Len,
+    double *const *dst, int dstRoiShift);
+KeslStatus keslGaxpy_mva_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride2, int src2Len, const float *src3, int src3Stride0,
+    int src3Stride2, int src3Len, float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslGaxpy_mva_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len, const float *const *src3,
+    int src3RoiShift, int src3Stride2, int src3Len, float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslGaxpy_mva_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const float *const *src3,
+    int src3RoiShift, int src3Stride0, int src3Len, float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslGaxpy_mva_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride2, int src2Len, const double *src3, int src3Stride0,
+    int src3Stride2, int src3Len, double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslGaxpy_mva_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len, const double *const *src3,
+    int src3RoiShift, int src3Stride2, int src3Len, double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslGaxpy_mva_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const double *const *src3,
+    int src3RoiShift, int src3Stride0, int src3Len, double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslGaxpy_mvav_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride2, int src2Len, const float *src3, int src3Stride2, int src3Len,
+    float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslGaxpy_mvav_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len, const float *src3, int src3Stride2,
+    int src3Len, float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslGaxpy_mvav_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const float *const *src3,
+    int src3RoiShift, int src3Len, float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslGaxpy_mvav_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride2, int src2Len, const double *src3, int src3Stride2, int src3Len,
+    double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslGaxpy_mvav_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len, const double *src3, int src3Stride2,
+    int src3Len, double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslGaxpy_mvav_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const double *const *src3,
+    int src3RoiShift, int src3Len, double *const *dst, int dstRoiShift, int dstStride0, int count);
+
 /* ------------------------------------------------------------------------------------------------------- keslInvert
  * dst = the inverse of src; widthHeight is the order n of the matrices.
  *

@@ -73,7 +73,7 @@ template <bool fromZero, class T, int n>
         if constexpr (B::isArray) readB(k);
         const auto to = dst.object(k, n, n);
 #pragma GCC unroll 8
-        for (int i = 0; i < n; ++i) rowTimes<fromZero>(from, i, rows).to(to.row(i));
+        for (int i = 0; i < n; ++i) rowTimes<fromZero, 0>(from, i, rows).to(to.row(i));
     };
     if constexpr (!B::isArray) readB(0);
     if constexpr (A::isArray || !B::isArray)
@@ -101,6 +101,11 @@ template <Starts starts> struct ProductOfMatrices {
 
         if constexpr (contiguousRows(F))
             withOrder(order, [&](auto n) {
+                if constexpr (n > 0 && F == S && A::isArray && !B::isArray && !isTransposed<A>)
+                    if (isPacked(a, n, n) && isPacked(dst, n, n)) {
+                        const auto single = load<n, n>(b, Objects<T>{0});
+                        return tallProduct<fromZero, 0, n>(a.p, single, dst.p, std::int64_t(n) * count);
+                    }
                 if constexpr (n == 3)
                     productByPacks<fromZero, T, n>(a, b, dst, count);
                 else if constexpr (n > 0)
@@ -221,5 +226,5 @@ struct Mul_tata : Mul_twoArrays<true, true> {
     X(Mul, mta, KESL_PRODUCTS, m, ta, ma) X(Mul, tma, KESL_PRODUCTS, t, ma, ma) X(Mul, tta, KESL_PRODUCTS, t, ta, ma)
 #define KESL_MUL_MAMA(X)                                                                                               \
     X(Mul, mama, KESL_PRODUCTS, ma, ma, ma)                                                                            \
-    X(Mul, mata, KESL_PRODUCTS, ma, ta, ma) X(Mul, tama, KESL_PRODUCTS, ta, ma, ma)                                    \
-        X(Mul, tata, KESL_PRODUCTS, ta, ta, ma)
+    X(Mul, mata, KESL_PRODUCTS, ma, ta, ma)                                                                            \
+    X(Mul, tama, KESL_PRODUCTS, ta, ma, ma) X(Mul, tata, KESL_PRODUCTS, ta, ta, ma)

@@ -86,20 +86,81 @@ template <class T, int n> struct Row {
     }
 };
 
-// The product of row i of a and the rows of b, from the first product on or, if so wished, from zero.
-template <bool fromZero, class T, int n>
+// The k-th term of a sum of n in the order in which they are added: ascending, but for the one that comes `first`.
+constexpr int term(int k, int first) { return k == 0 ? first : k <= first ? k - 1 : k; }
+
+// How a sum begins: with its first product, or at zero.
+template <bool fromZero, class V> [[gnu::always_inline]] inline V begun(V product)
+{
+    if constexpr (fromZero)
+        return V{} + product;
+    else
+        return product;
+}
+
+// The product of row i of a and the rows of b.
+template <bool fromZero, int first, class T, int n>
 [[gnu::always_inline]] inline Row<T, n> rowTimes(auto a, int i, const Row<T, n>* b)
 {
     Row<T, n> sum;
     using V = typename Row<T, n>::V;
 #pragma GCC unroll 4
     for (int p = 0; p < Row<T, n>::pieces; ++p) {
-        const V first = splat<V>(a(i, 0)) * b[0].v[p];
-        sum.v[p] = fromZero ? V{} + first : first;
+        sum.v[p] = begun<fromZero>(splat<V>(a(i, first)) * b[first].v[p]);
 #pragma GCC unroll 8
-        for (int k = 1; k < n; ++k) sum.v[p] = sum.v[p] + splat<V>(a(i, k)) * b[k].v[p];
+        for (int k = 1; k < n; ++k) sum.v[p] = sum.v[p] + splat<V>(a(i, term(k, first))) * b[term(k, first)].v[p];
     }
     return sum;
+}
+
+// ---- Many rows of n elements, one behind another, each times b: as many at once as a pack holds.
+
+// Lane l of a pack of rows: element k of its row.
+template <int n, int k, int lanes> struct InItsRow {
+    static constexpr int of(int l) { return std::min(l / n * n + k, lanes - 1); }
+};
+template <bool fromZero, int first, int n, class V> [[gnu::always_inline]] inline V rowsTimes(V a, const V* b)
+{
+    V sum = begun<fromZero>(shuffled<InItsRow<n, first, lanes<V>>, lanes<V>>(a, a) * b[first]);
+    [&]<int... k>(std::integer_sequence<int, k...>)
+    {
+        ((sum = sum + shuffled<InItsRow<n, term(k + 1, first), lanes<V>>, lanes<V>>(a, a) * b[term(k + 1, first)]),
+         ...);
+    }
+    (std::make_integer_sequence<int, n - 1>{});
+    return sum;
+}
+
+// finish(sum, e) is stored in place of the sum at element e; it is for a pack that holds whole rows, or for one row.
+// b(k, j) is element j of row k.
+struct AsItIs {
+    auto operator()(auto sum, std::int64_t) const { return sum; }
+};
+template <bool fromZero, int first, int n, class T, class Finish = AsItIs>
+[[gnu::always_inline]] inline void tallProduct(const T* a, auto b, T* dst, std::int64_t rows, Finish finish = {})
+{
+    using V = Pack<T>;
+    constexpr int atOnce = lanes<V> / n;
+    const std::int64_t all = rows * n;
+    std::int64_t e = 0;
+    if constexpr (atOnce >= 2)
+        if (all >= 2 * lanes<V>) {
+            V repeated[n];
+#pragma GCC unroll 8
+            for (int k = 0; k < n; ++k) repeated[k] = [&]<int... l>(std::integer_sequence<int, l...>)
+                {
+                    return V{b(k, l % n)...};
+                }
+            (std::make_integer_sequence<int, lanes<V>>{});
+            // The lanes behind the last whole row are written anew by the next step.
+            for (; e + lanes<V> <= all; e += atOnce * n)
+                storePack<V>(dst + e, finish(rowsTimes<fromZero, first, n>(loadPack<V>(a + e), repeated), e));
+        }
+    Row<T, n> row[n];
+#pragma GCC unroll 8
+    for (int k = 0; k < n; ++k) row[k] = Row<T, n>::gathered([&](int j) { return b(k, j); });
+    for (; e < all; e += n)
+        finish(rowTimes<fromZero, first>([&](int, int k) { return a[e + k]; }, 0, row), e).to(dst + e);
 }
 
 } // namespace kesl

@@ -22,15 +22,19 @@ template <class T> Cells<T> along(Cells<T> c, std::int64_t bytes)
     return {c.list, c.shift + bytes, c.rowPitch, c.columnPitch};
 }
 
-// `width` is that of the matrix as it is stored.
+// `width` is that of the matrix as it is stored. A vector is seen as a column.
 template <class O> auto seen(const O& o, int k, [[maybe_unused]] int width)
 {
     using T = std::remove_reference_t<decltype(o.object(0, 1, 1)(0, 0))>;
-    constexpr bool transposed = O::kind == Kind::transposed;
+    constexpr bool vector = O::kind == Kind::vector, transposed = O::kind == Kind::transposed;
     if constexpr (O::form == P)
-        return Cells<T>{o.p, o.shift + std::int64_t(k) * o.stride0, transposed ? 1 : width, transposed ? width : 1};
+        return Cells<T>{o.p, o.shift + std::int64_t(k) * o.stride0, transposed || vector ? 1 : width,
+                        transposed ? width : !vector};
     else
-        return Grid<T>{o.address(k), transposed ? o.stride2 : o.stride1, transposed ? o.stride1 : o.stride2};
+        return Grid<T>{o.address(k), transposed || vector ? o.stride2 : o.stride1,
+                       vector       ? 0
+                       : transposed ? o.stride1
+                                    : o.stride2};
 }
 
 // ---- R rows by one value of type V. An operand that `varies` is read as a pack: along j, or along the objects.

@@ -8,8 +8,10 @@ namespace
 
 void put(const auto& d, int k, const auto& product)
 {
-    if constexpr (d.planes) d.assign(k, product);
-    else d.eigen(k).noalias() = product;
+    if constexpr (d.planes)
+        d.assign(k, product);
+    else
+        d.eigen(k).noalias() = product;
 }
 
 // What one writes by hand, and Eigen. Single operands are read once.
@@ -19,12 +21,16 @@ template <bool firstIsArray, bool secondIsArray> struct Product {
         Peer{"plain",
              [](auto, Range range, auto a, auto b, auto d) {
                  const auto x = [&] {
-                     if constexpr (firstIsArray) return a;
-                     else return kept(a);
+                     if constexpr (firstIsArray)
+                         return a;
+                     else
+                         return kept(a);
                  }();
                  const auto y = [&] {
-                     if constexpr (secondIsArray) return b;
-                     else return kept(b);
+                     if constexpr (secondIsArray)
+                         return b;
+                     else
+                         return kept(b);
                  }();
                  const int inner = a.cols;
                  elements(range, d, [&](int k, int i, int j) {
@@ -38,9 +44,12 @@ template <bool firstIsArray, bool secondIsArray> struct Product {
                  const typename decltype(a)::Matrix x = a.eigen(0);
                  const typename decltype(b)::Matrix y = b.eigen(0);
                  for (int k = range.begin; k < range.end; ++k)
-                     if constexpr (firstIsArray && secondIsArray) put(d, k, a.eigen(k) * b.eigen(k));
-                     else if constexpr (firstIsArray) put(d, k, a.eigen(k) * y);
-                     else put(d, k, x * b.eigen(k));
+                     if constexpr (firstIsArray && secondIsArray)
+                         put(d, k, a.eigen(k) * b.eigen(k));
+                     else if constexpr (firstIsArray)
+                         put(d, k, a.eigen(k) * y);
+                     else
+                         put(d, k, x * b.eigen(k));
              }},
     };
 };
@@ -72,7 +81,8 @@ struct Rectangular : Product<true, true> {
     template <int N> static constexpr std::tuple sizes{};
 };
 
-[[maybe_unused]] const bool registered = rows<Pairwise, Plan::full, 3, 4, 5, 6>() && rows<ByOne, Plan::packed, 3, 4, 5, 6>() &&
+[[maybe_unused]] const bool registered = rows<Pairwise, Plan::full, 3, 4, 5, 6>() &&
+                                         rows<ByOne, Plan::packed, 3, 4, 5, 6>() &&
                                          rows<OneBy, Plan::packed, 3, 4, 5, 6>() && rows<Rectangular, Plan::cache, 3>();
 
 } // namespace

@@ -955,6 +955,197 @@ KeslStatus keslGaxpy_mvav_64f_P(const double *const *src1, int src1RoiShift, int
     const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const double *const *src3,
     int src3RoiShift, int src3Len, double *const *dst, int dstRoiShift, int dstStride0, int count);
 
+/* ---------------------------------------------------------------------------------------------------- keslDotProduct
+ * dst = src1(0)*src2(0) + src1(1)*src2(1) + ..., one value for each object.
+ *
+ * Shapes     vv (single);  vav (each vector with a single one);  vava (two arrays, object by object).
+ * Sizes      len: that of the vectors. dst is one element, or count consecutive elements in every layout.
+ * Order      Each product is rounded before it is added, in the element type. Ascending, in lengths 3 to 6 from the first
+ *            product on, in others from +0. Deliberate: where a stride2 is not the element size (standard and L), the sum of
+ *            length 4 begins with the last product, that of 5 with the last, that of 6 with the last two, downward, and the
+ *            others follow in ascending order. vv in the standard layout with stride2 of the element size and len of 8 and
+ *            more: product k goes to the partial sum k modulo 16, which begin at +0, and then the upper half of these is added
+ *            to the lower half until one is left. So low bits can differ between layouts, but not between calls or processors.
+ * Overlap    None.
+ * Status     The usual order. Overflow and NaN are not reported.
+ */
+KeslStatus keslDotProduct_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int len);
+KeslStatus keslDotProduct_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2,
+    int src2RoiShift, float *dst, int len);
+KeslStatus keslDotProduct_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2, double *dst,
+    int len);
+KeslStatus keslDotProduct_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, double *dst, int len);
+KeslStatus keslDotProduct_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2,
+    int src2Stride2, float *dst, int len, int count);
+KeslStatus keslDotProduct_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *dst, int len, int count);
+KeslStatus keslDotProduct_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, float *dst, int len, int count);
+KeslStatus keslDotProduct_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int len, int count);
+KeslStatus keslDotProduct_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int len, int count);
+KeslStatus keslDotProduct_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, double *dst, int len, int count);
+KeslStatus keslDotProduct_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2,
+    int src2Stride0, int src2Stride2, float *dst, int len, int count);
+KeslStatus keslDotProduct_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2,
+    const float *const *src2, int src2RoiShift, int src2Stride2, float *dst, int len, int count);
+KeslStatus keslDotProduct_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *dst, int len, int count);
+KeslStatus keslDotProduct_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride0, int src2Stride2, double *dst, int len, int count);
+KeslStatus keslDotProduct_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *dst, int len, int count);
+KeslStatus keslDotProduct_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *dst, int len, int count);
+
+/* -------------------------------------------------------------------------------------------------- keslCrossProduct
+ * dst = src1 x src2 for vectors of three elements; there is no size argument:
+ *
+ *            (a1*b2 - a2*b1,  a2*b0 - a0*b2,  a0*b1 - a1*b0),  each product rounded before the subtraction
+ *
+ * Shapes     vv (single);  vav (each vector by a single one);  vva (a single vector by each);  vava (two arrays).
+ * Overlap    None.
+ * Status     vv: N B (P: N R);  vav: N B C (L: N B R C, P: N B C R), strides before count;  vva, vava: N C B (L, P: N C B R).
+ * Threads    keslCrossProduct_vva_64f_P always runs on the calling thread.
+ */
+KeslStatus keslCrossProduct_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int dstStride2);
+KeslStatus keslCrossProduct_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift);
+KeslStatus keslCrossProduct_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2,
+    double *dst, int dstStride2);
+KeslStatus keslCrossProduct_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift);
+KeslStatus keslCrossProduct_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslCrossProduct_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslCrossProduct_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslCrossProduct_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslCrossProduct_vva_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride0,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vva_32f_L(const float *src1, int src1Stride2, const float *const *src2, int src2RoiShift,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslCrossProduct_vva_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslCrossProduct_vva_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride0,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vva_64f_L(const double *src1, int src1Stride2, const double *const *src2, int src2RoiShift,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslCrossProduct_vva_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslCrossProduct_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2,
+    int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2,
+    const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2,
+    int count);
+KeslStatus keslCrossProduct_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0,
+    int count);
+KeslStatus keslCrossProduct_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2,
+    int count);
+KeslStatus keslCrossProduct_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int count);
+
+/* -------------------------------------------------------------------------------------------------------- keslL2Norm
+ * dst = the Euclidean length of a vector: the root of the sum of the squares of its elements.
+ *
+ * Shapes     v (single);  va (array).
+ * Sizes      len: that of the vectors. dst is one element, or count consecutive elements in every layout.
+ * Order      Squares and sums in the element type, without scaling: squares that overflow give infinity. In single precision
+ *            the root is that in double precision, rounded. Ascending, but in lengths 4 to 6 the last square comes first; not
+ *            so in v in the P layout, and v in the standard layout with stride2 of the element size and len of 8 and more has
+ *            the sixteen partial sums of keslDotProduct. This is deliberate.
+ * Overlap    None.
+ * Status     The usual order. Overflow and NaN are not reported.
+ */
+KeslStatus keslL2Norm_v_32f(const float *src, int srcStride2, float *dst, int len);
+KeslStatus keslL2Norm_v_32f_P(const float *const *src, int srcRoiShift, float *dst, int len);
+KeslStatus keslL2Norm_v_64f(const double *src, int srcStride2, double *dst, int len);
+KeslStatus keslL2Norm_v_64f_P(const double *const *src, int srcRoiShift, double *dst, int len);
+KeslStatus keslL2Norm_va_32f(const float *src, int srcStride0, int srcStride2, float *dst, int len, int count);
+KeslStatus keslL2Norm_va_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *dst, int len,
+    int count);
+KeslStatus keslL2Norm_va_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *dst, int len,
+    int count);
+KeslStatus keslL2Norm_va_64f(const double *src, int srcStride0, int srcStride2, double *dst, int len, int count);
+KeslStatus keslL2Norm_va_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *dst, int len,
+    int count);
+KeslStatus keslL2Norm_va_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *dst, int len,
+    int count);
+
+/* ------------------------------------------------------------------------------------------------------ keslFrobNorm
+ * dst = the Frobenius norm of a matrix: the root of the sum of the squares of its elements.
+ *
+ * Shapes     m (single);  ma (array).
+ * Sizes      width, height: those of the matrices. dst is one element, or count consecutive elements in every layout.
+ * Order      Squares, sums and root as in keslL2Norm. Row by row in ascending order, with these exceptions, all deliberate:
+ *            P adds the squares by twos, the two of a pair first. m_32f in the standard layout with stride2 of the element size,
+ *            if not square below order 7: without gaps between the rows the 16 partial sums of keslDotProduct from 8 elements
+ *            on, with gaps these for each row of 8 elements on. ma, standard and L, with stride2 of the element size: the 16
+ *            partial sums from 8 elements on for objects without gaps and for all of order 3 to 6. So the same matrix can
+ *            differ in the low bits between layouts and types of call, but not between processors.
+ * Overlap    None.
+ * Status     The usual order. Overflow and NaN are not reported.
+ */
+KeslStatus keslFrobNorm_m_32f(const float *src, int srcStride1, int srcStride2, int width, int height, float *dst);
+KeslStatus keslFrobNorm_m_32f_P(const float *const *src, int srcRoiShift, int width, int height, float *dst);
+KeslStatus keslFrobNorm_m_64f(const double *src, int srcStride1, int srcStride2, int width, int height, double *dst);
+KeslStatus keslFrobNorm_m_64f_P(const double *const *src, int srcRoiShift, int width, int height, double *dst);
+KeslStatus keslFrobNorm_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, int width, int height,
+    float *dst, int count);
+KeslStatus keslFrobNorm_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, int width,
+    int height, float *dst, int count);
+KeslStatus keslFrobNorm_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, int width, int height,
+    float *dst, int count);
+KeslStatus keslFrobNorm_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, int width, int height,
+    double *dst, int count);
+KeslStatus keslFrobNorm_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2, int width,
+    int height, double *dst, int count);
+KeslStatus keslFrobNorm_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int width, int height,
+    double *dst, int count);
+
+/* --------------------------------------------------------------------------------------------------------- keslTrace
+ * dst = the sum of the diagonal of a square matrix.
+ *
+ * Shapes     m (single);  ma (array).
+ * Sizes      widthHeight: the order of the matrices. dst is one element, or count consecutive elements in every layout.
+ * Order      Order 3 ascending; 4 and 5 the last element first, then ascending; 6 the last two, then ascending; other orders
+ *            ascending from +0. This is deliberate.
+ * Overlap    None.
+ * Status     The usual order. Overflow and NaN are not reported.
+ */
+KeslStatus keslTrace_m_32f(const float *src, int srcStride1, int srcStride2, int widthHeight, float *dst);
+KeslStatus keslTrace_m_32f_P(const float *const *src, int srcRoiShift, int widthHeight, float *dst);
+KeslStatus keslTrace_m_64f(const double *src, int srcStride1, int srcStride2, int widthHeight, double *dst);
+KeslStatus keslTrace_m_64f_P(const double *const *src, int srcRoiShift, int widthHeight, double *dst);
+KeslStatus keslTrace_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, int widthHeight,
+    float *dst, int count);
+KeslStatus keslTrace_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, int widthHeight,
+    float *dst, int count);
+KeslStatus keslTrace_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, int widthHeight, float *dst,
+    int count);
+KeslStatus keslTrace_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, int widthHeight,
+    double *dst, int count);
+KeslStatus keslTrace_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    int widthHeight, double *dst, int count);
+KeslStatus keslTrace_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int widthHeight, double *dst,
+    int count);
+
 /* ------------------------------------------------------------------------------------------------------- keslInvert
  * dst = the inverse of src; widthHeight is the order n of the matrices.
  *

@@ -10,15 +10,15 @@ namespace kesl
 
 // ---- Orders 3 to 6, by packs of objects.
 
-template <bool fromZero, int first, int n, class V>
+template <bool fromZero, int ahead, int n, class V>
 [[gnu::always_inline]] inline Block<V, 1, n> timesVector(const Block<V, n, n>& a, const Block<V, 1, n>& x)
 {
     Block<V, 1, n> y;
 #pragma GCC unroll 8
     for (int i = 0; i < n; ++i) {
-        y(0, i) = begun<fromZero>(a(i, first) * x(0, first));
+        y(0, i) = begun<fromZero>(a(i, term(0, n, ahead)) * x(0, term(0, n, ahead)));
 #pragma GCC unroll 8
-        for (int k = 1; k < n; ++k) y(0, i) = y(0, i) + a(i, term(k, first)) * x(0, term(k, first));
+        for (int k = 1; k < n; ++k) y(0, i) = y(0, i) + a(i, term(k, n, ahead)) * x(0, term(k, n, ahead));
     }
     return y;
 }
@@ -180,17 +180,17 @@ struct MatrixTimesVectorPlusVector {
                 }
                 return KeslStatus(keslStatusOk);
             } else {
-                constexpr int first = n > 3 ? n - 1 : 0;
+                constexpr int ahead = n > 3; // of the last column, comes first
                 if constexpr (F == S && X::isArray)
                     if (isRowAfterRow(x, n) && isRowAfterRow(dst, n) && (!Y::isArray || isRowAfterRow(y, n))) {
                         const auto single = load<n, n>(a, Objects<T>{0});
-                        tallProduct<false, first, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count,
+                        tallProduct<false, ahead, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count,
                                                      plusRows<n>(y));
                         return KeslStatus(keslStatusOk);
                     }
                 return eachPack<T>(count, [&]<class V>(Objects<V> k) {
                     store(dst, k,
-                          plus(timesVector<false, first>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
+                          plus(timesVector<false, ahead>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
                     return KeslStatus(keslStatusOk);
                 });
             }

@@ -86,8 +86,8 @@ template <class T, int n> struct Row {
     }
 };
 
-// The k-th term of a sum of n in the order in which they are added: ascending, but for the one that comes `first`.
-constexpr int term(int k, int first) { return k == 0 ? first : k <= first ? k - 1 : k; }
+// The order in which the n terms of a sum are added: the last `ahead` of them, downward, and then the others, upward.
+constexpr int term(int k, int n, int ahead) { return k < ahead ? n - 1 - k : k - ahead; }
 
 // How a sum begins: with its first product, or at zero.
 template <bool fromZero, class V> [[gnu::always_inline]] inline V begun(V product)
@@ -99,16 +99,16 @@ template <bool fromZero, class V> [[gnu::always_inline]] inline V begun(V produc
 }
 
 // The product of row i of a and the rows of b.
-template <bool fromZero, int first, class T, int n>
+template <bool fromZero, int ahead, class T, int n>
 [[gnu::always_inline]] inline Row<T, n> rowTimes(auto a, int i, const Row<T, n>* b)
 {
     Row<T, n> sum;
     using V = typename Row<T, n>::V;
 #pragma GCC unroll 4
     for (int p = 0; p < Row<T, n>::pieces; ++p) {
-        sum.v[p] = begun<fromZero>(splat<V>(a(i, first)) * b[first].v[p]);
+        sum.v[p] = begun<fromZero>(splat<V>(a(i, term(0, n, ahead))) * b[term(0, n, ahead)].v[p]);
 #pragma GCC unroll 8
-        for (int k = 1; k < n; ++k) sum.v[p] = sum.v[p] + splat<V>(a(i, term(k, first))) * b[term(k, first)].v[p];
+        for (int k = 1; k < n; ++k) sum.v[p] = sum.v[p] + splat<V>(a(i, term(k, n, ahead))) * b[term(k, n, ahead)].v[p];
     }
     return sum;
 }
@@ -119,12 +119,13 @@ template <bool fromZero, int first, class T, int n>
 template <int n, int k, int lanes> struct InItsRow {
     static constexpr int of(int l) { return std::min(l / n * n + k, lanes - 1); }
 };
-template <bool fromZero, int first, int n, class V> [[gnu::always_inline]] inline V rowsTimes(V a, const V* b)
+template <bool fromZero, int ahead, int n, class V> [[gnu::always_inline]] inline V rowsTimes(V a, const V* b)
 {
-    V sum = begun<fromZero>(shuffled<InItsRow<n, first, lanes<V>>, lanes<V>>(a, a) * b[first]);
+    V sum = begun<fromZero>(shuffled<InItsRow<n, term(0, n, ahead), lanes<V>>, lanes<V>>(a, a) * b[term(0, n, ahead)]);
     [&]<int... k>(std::integer_sequence<int, k...>)
     {
-        ((sum = sum + shuffled<InItsRow<n, term(k + 1, first), lanes<V>>, lanes<V>>(a, a) * b[term(k + 1, first)]),
+        ((sum =
+              sum + shuffled<InItsRow<n, term(k + 1, n, ahead), lanes<V>>, lanes<V>>(a, a) * b[term(k + 1, n, ahead)]),
          ...);
     }
     (std::make_integer_sequence<int, n - 1>{});
@@ -136,7 +137,7 @@ template <bool fromZero, int first, int n, class V> [[gnu::always_inline]] inlin
 struct AsItIs {
     auto operator()(auto sum, std::int64_t) const { return sum; }
 };
-template <bool fromZero, int first, int n, class T, class Finish = AsItIs>
+template <bool fromZero, int ahead, int n, class T, class Finish = AsItIs>
 [[gnu::always_inline]] inline void tallProduct(const T* a, auto b, T* dst, std::int64_t rows, Finish finish = {})
 {
     using V = Pack<T>;
@@ -154,13 +155,13 @@ template <bool fromZero, int first, int n, class T, class Finish = AsItIs>
             (std::make_integer_sequence<int, lanes<V>>{});
             // The lanes behind the last whole row are written anew by the next step.
             for (; e + lanes<V> <= all; e += atOnce * n)
-                storePack<V>(dst + e, finish(rowsTimes<fromZero, first, n>(loadPack<V>(a + e), repeated), e));
+                storePack<V>(dst + e, finish(rowsTimes<fromZero, ahead, n>(loadPack<V>(a + e), repeated), e));
         }
     Row<T, n> row[n];
 #pragma GCC unroll 8
     for (int k = 0; k < n; ++k) row[k] = Row<T, n>::gathered([&](int j) { return b(k, j); });
     for (; e < all; e += n)
-        finish(rowTimes<fromZero, first>([&](int, int k) { return a[e + k]; }, 0, row), e).to(dst + e);
+        finish(rowTimes<fromZero, ahead>([&](int, int k) { return a[e + k]; }, 0, row), e).to(dst + e);
 }
 
 } // namespace kesl

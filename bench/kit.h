@@ -33,7 +33,7 @@ inline constexpr const char* sizeNames[] = {"one", "cache", "many", "stream"};
 // ---- Operands. The letters are those of the function names; out<> marks what is written.
 
 template <bool Array, bool Vector, int R, int C> struct Shape {
-    static constexpr bool array = Array, vector = Vector, buffer = false, output = false;
+    static constexpr bool array = Array, vector = Vector, buffer = false, output = false, dense = false, sized = false;
     static constexpr int rows = R, cols = C;
 };
 template <int R, int C> struct m : Shape<false, false, R, C> {
@@ -49,6 +49,14 @@ template <int C> struct scratch : Shape<false, true, 1, C> {
 };
 template <class Op> struct out : Op {
     static constexpr bool output = true;
+};
+// An operand with sizes of its own behind it: width and height, or len.
+template <class Op> struct withSizes : Op {
+    static constexpr bool sized = true;
+};
+// One value for each object, at consecutive elements in every layout.
+struct result : va<1> {
+    static constexpr bool output = true, dense = true;
 };
 
 // ---- Views: element (i, j) of object k, as a user's own code would reach it
@@ -137,7 +145,7 @@ struct Free {
 
 template <class T, class Op, Layout RowLayout> struct Operand {
     // A single object lies packed, whatever the array beside it does; P functions reach it by pointers too.
-    static constexpr Layout L = Op::array ? RowLayout : Layout::packed;
+    static constexpr Layout L = Op::array && !Op::dense ? RowLayout : Layout::packed;
     static constexpr int R = Op::rows, C = Op::cols;
     static constexpr bool array = Op::array, output = Op::output, buffer = Op::buffer;
     using AView = View<T, L, R, C>;
@@ -161,7 +169,7 @@ template <class T, class Op, Layout RowLayout> struct Operand {
         if (!memory) throw std::bad_alloc();
         data = reinterpret_cast<T*>(static_cast<char*>(memory.get()) + stagger);
         poison();
-        if constexpr (RowLayout == Layout::L && Op::array)
+        if constexpr (L == Layout::L)
             for (std::int64_t k = 0; k < count; ++k) list.push_back(data + k * stride0());
         if constexpr (RowLayout == Layout::P)
             for (int e = 0; e < R * C; ++e) list.push_back(data + e / C * stride1() + e % C * stride2());
@@ -175,11 +183,22 @@ template <class T, class Op, Layout RowLayout> struct Operand {
     // The operand's run of arguments in a call that begins at object k; alone: in a function on one object.
     template <bool alone> auto arguments(int k) const
     {
+        if constexpr (Op::sized && Op::vector)
+            return std::tuple_cat(located<alone>(k), std::tuple{C});
+        else if constexpr (Op::sized)
+            return std::tuple_cat(located<alone>(k), std::tuple{C, R});
+        else
+            return located<alone>(k);
+    }
+    template <bool alone> auto located(int k) const
+    {
         const auto byte = [](std::int64_t elements) { return static_cast<int>(elements * std::int64_t{sizeof(T)}); };
         const int s0 = byte(stride0()), s1 = byte(stride1()), s2 = byte(stride2());
         T* const p = data + (Op::array && L != Layout::P ? k * stride0() : 0);
         if constexpr (Op::buffer)
             return std::tuple{data};
+        else if constexpr (Op::dense)
+            return std::tuple{p};
         else if constexpr (RowLayout == Layout::P && Op::array && !alone)
             return std::tuple{static_cast<T* const*>(list.data()), byte(k * stride0()), s0};
         else if constexpr (RowLayout == Layout::P)

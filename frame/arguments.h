@@ -70,6 +70,8 @@
 #define KESL_take_in(kind, x, F, T)  kesl::kind<const KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
 #define KESL_decl_out(kind, x, F, T) KESL_group(KESL_decl, KESL_group_##kind, F, KESL_T_##T, x)
 #define KESL_take_out(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
+#define KESL_decl_results(x, T)      KESL_T_##T *x
+#define KESL_take_results(x, T)      kesl::Results<KESL_T_##T>(x)
 #define KESL_decl_size(x)            int x
 #define KESL_take_size(x)            kesl::Size(x)
 #define KESL_decl_count(x)           int x
@@ -138,6 +140,11 @@
     KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
     KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P,                \
                 ownOMP_kesl##op##_##shape##_##T##_P, LIST, __VA_ARGS__)
+
+// Arrays without threads.
+#define KESL_SERIAL_P(op, shape, T, LIST, ...)                                                                      \
+    KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
+    KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, kesl::serial, LIST, __VA_ARGS__)
 
 // ... and, in their threaded module, three wrappers.
 #define KESL_THREADED(op, shape, LIST, ...)                                                                         \

@@ -21,7 +21,7 @@ template <class... Args> int measured(auto measure, const Args&... args)
 // The kernel for all objects of the call: the one for contiguous rows if every stride2 is the element size.
 template <Form F, class... Args> inline KeslStatus serially(auto kernel, auto general, const Args&... args)
 {
-    if constexpr (F == P) return call<P>(kernel, args...);
+    if constexpr (std::is_same_v<decltype(kernel), decltype(general)>) return call<F>(general, args...); // P, and where one serves all
     else return (args.rowsAreContiguous() && ...) ? call<F == S2 ? S : L>(kernel, args...) : call<F>(general, args...);
 }
 

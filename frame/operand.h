@@ -144,6 +144,15 @@ template <class T> struct Buffer : Argument {
     template <Form> std::tuple<T*> list() const { return p; }
 };
 
+// A destination of one value for each object, one behind the other in every layout.
+template <class T> struct Results : Argument {
+    T* p;
+    explicit Results(T* pointer) : p(pointer) {}
+    bool pointerOk() const { return p != nullptr; }
+    Results slice(int start, int, void*) const { return Results(p + start); }
+    template <Form> std::tuple<T*> list() const { return p; }
+};
+
 // How many objects the call treats: the Count of its list, or one.
 template <class... Args> int countOf(const Args&... args)
 {

@@ -26,7 +26,7 @@ template <class T> struct Rows {
 template <class T> struct Grid {
     T* p;
     std::int64_t stride1, stride2;
-    T& operator()(int i, int j) const { return *moved(p, i * stride1 + j * stride2); }
+    T& operator()(std::int64_t i, std::int64_t j) const { return *moved(p, i * stride1 + j * stride2); }
 };
 
 // A pointer for each element.

@@ -482,6 +482,670 @@ KeslStatus keslSub_tata_64f_P(const double *const *src1, int src1RoiShift, int s
     int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int width, int height,
     int count);
 
+/* ----------------------------------------------------------------------------------------------- keslMul of matrices
+ * dst = src1 * src2:  dst(i, j) = src1(i, 0)*src2(0, j) + src1(i, 1)*src2(1, j) + ...
+ *
+ * Shapes     mm, mt, tm, tt (single);  mam, mat, tam, tat (each object times a single matrix);  mma, mta, tma, tta (a single
+ *            matrix times each object);  mama, mata, tama, tata (two arrays, object by object).
+ * Sizes      src1Width, src1Height, src2Width, src2Height: those of the matrices as they are stored, also where they are read
+ *            transposed (t), unlike in keslAdd. Read, src1 is M by K and src2 K by N, and dst is M by N; the two K must match.
+ *            Element (i, j) of src1 in P is src1[i*src1Width + j], transposed src1[j*src1Width + i]; of dst dst[i*N + j].
+ * Order      Products are added in ascending order, each rounded before it is added. Where all four sizes are the same
+ *            order of 3 to 6 a sum begins with its first product, otherwise at +0. So an element whose products are all -0 is -0
+ *            in the first case and +0 in the second. Deliberate: in the L functions with an array src2 whose stride2 are all
+ *            the element size, sums begin at +0 for orders 3 to 6 too.
+ * Overlap    dst may overlap src2 in the shapes without an array where all four sizes are the same order of 3 to 6; else none.
+ * Status     N S M B (P: N S M R) without an array, N C S M B (L, P: N C S M B R) with one. Overflow and NaN are not reported.
+ */
+KeslStatus keslMul_mm_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_mm_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_mm_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_mm_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_mt_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_mt_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_mt_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_mt_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_tm_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_tm_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_tm_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_tm_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_tt_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_tt_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_tt_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst, int dstStride1,
+    int dstStride2);
+KeslStatus keslMul_tt_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_mam_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mam_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mam_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mam_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mam_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mam_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mat_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mat_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mat_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mat_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mat_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mat_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tam_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tam_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tam_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tam_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tam_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tam_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tat_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tat_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tat_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Width, int src2Height, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tat_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tat_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tat_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mma_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mma_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mma_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mma_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mma_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mma_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mta_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mta_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mta_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mta_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mta_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mta_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tma_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tma_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tma_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tma_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tma_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tma_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tta_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tta_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tta_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tta_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tta_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tta_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mama_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mama_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mama_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mama_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width,
+    int src2Height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mama_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mama_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mata_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mata_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mata_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mata_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width,
+    int src2Height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mata_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_mata_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tama_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tama_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tama_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tama_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width,
+    int src2Height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tama_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tama_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tata_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width, int src2Height,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tata_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tata_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tata_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride1, int src2Stride2, int src2Width,
+    int src2Height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tata_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride1, int src2Stride2,
+    int src2Width, int src2Height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslMul_tata_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Width, int src2Height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+
+/* ------------------------------------------------------------------------------------- keslMul of matrices and vectors
+ * dst = src1 * src2, a matrix times a vector:  dst(i) = src1(i, 0)*src2(0) + src1(i, 1)*src2(1) + ...
+ *
+ * Shapes     mv, tv (single);  mav, tav (each matrix times one vector);  mva, tva (one matrix times each vector);
+ *            mava, tava (two arrays, object by object).
+ * Sizes      src1Width, src1Height: those of the matrix as it is stored, also where it is read transposed (t); src2Len: the
+ *            length of the vector. m: src2Len must be src1Width, dst has src1Height elements; t: the other way round.
+ * Order      Products are added in ascending order, each rounded before it is added. Where the matrix is square of order 3
+ *            to 6 a sum begins with its first product, otherwise at +0; so an element whose products are all -0 is -0 in the
+ *            first case and +0 in the second. Deliberate: in the L functions, where every stride2 is the element size, sums
+ *            begin at +0 for orders 3 to 6 too.
+ * Overlap    None.
+ * Status     N S M B (P: N S M R) without an array, N C S M B (L, P: N C S M B R) with one. Overflow and NaN are not reported.
+ */
+KeslStatus keslMul_mv_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride2, int src2Len, float *dst, int dstStride2);
+KeslStatus keslMul_mv_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_mv_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride2, int src2Len, double *dst, int dstStride2);
+KeslStatus keslMul_mv_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Len, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_tv_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride2, int src2Len, float *dst, int dstStride2);
+KeslStatus keslMul_tv_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, float *const *dst, int dstRoiShift);
+KeslStatus keslMul_tv_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride2, int src2Len, double *dst, int dstStride2);
+KeslStatus keslMul_tv_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Len, double *const *dst, int dstRoiShift);
+KeslStatus keslMul_mav_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride2, int src2Len, float *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_mav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride2, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_mav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, float *const *dst, int dstRoiShift, int dstStride0,
+    int count);
+KeslStatus keslMul_mav_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride2, int src2Len, double *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_mav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride2, int src2Len, double *const *dst,
+    int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_mav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tav_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride2, int src2Len, float *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_tav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *src2, int src2Stride2, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_tav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, float *const *dst, int dstRoiShift, int dstStride0,
+    int count);
+KeslStatus keslMul_tav_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride2, int src2Len, double *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_tav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *src2, int src2Stride2, int src2Len, double *const *dst,
+    int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_tav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mva_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride2, int src2Len, float *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_mva_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_mva_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mva_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride2, int src2Len, double *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_mva_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_mva_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tva_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride2, int src2Len, float *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_tva_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_tva_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, float *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_tva_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride2, int src2Len, double *dst, int dstStride0, int dstStride2,
+    int count);
+KeslStatus keslMul_tva_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride2, int count);
+KeslStatus keslMul_tva_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, double *const *dst, int dstRoiShift,
+    int dstStride0, int count);
+KeslStatus keslMul_mava_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride2, int src2Len, float *dst, int dstStride0,
+    int dstStride2, int count);
+KeslStatus keslMul_mava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len,
+    float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_mava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_mava_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride2, int src2Len, double *dst, int dstStride0,
+    int dstStride2, int count);
+KeslStatus keslMul_mava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len,
+    double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_mava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tava_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const float *src2, int src2Stride0, int src2Stride2, int src2Len, float *dst, int dstStride0,
+    int dstStride2, int count);
+KeslStatus keslMul_tava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len,
+    float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_tava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, float *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+KeslStatus keslMul_tava_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2, int src1Width,
+    int src1Height, const double *src2, int src2Stride0, int src2Stride2, int src2Len, double *dst, int dstStride0,
+    int dstStride2, int count);
+KeslStatus keslMul_tava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    int src1Width, int src1Height, const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len,
+    double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslMul_tava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, int src1Width,
+    int src1Height, const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, double *const *dst,
+    int dstRoiShift, int dstStride0, int count);
+
+/* --------------------------------------------------------------------------------------------------------- keslGaxpy
+ * dst = src1 * src2 + src3, a matrix times a vector plus a vector.
+ *
+ * Shapes     mv (single);  mva (one matrix, arrays of src2 and src3);  mvav (one matrix, an array of src2, one src3). The
+ *            vector src3 has no letter of its own in mv and mva.
+ * Sizes      src1Width, src1Height: those of the matrix. src2Len must be src1Width and src3Len src1Height; dst has
+ *            src1Height elements.
+ * Order      Each product is rounded before it is added, src3 is added last. Products are added in ascending order from +0,
+ *            but where the matrix is square of order 3 to 6 a sum begins with its first product, and in orders 4 to 6 that is
+ *            the product of the last column, the others following in ascending order. This is deliberate and unlike keslMul.
+ * Overlap    None.
+ * Status     N S M B (P: N S M R) without an array, N C S M B (L, P: N C S M B R) with one. Overflow and NaN are not reported.
+ */
+KeslStatus keslGaxpy_mv_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride2, int src2Len, const float *src3, int src3Stride2, int src3Len, float *dst,
+    int dstStride2);
+KeslStatus keslGaxpy_mv_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Len, const float *const *src3, int src3RoiShift, int src3Len,
+    float *const *dst, int dstRoiShift);
+KeslStatus keslGaxpy_mv_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride2, int src2Len, const double *src3, int src3Stride2, int src3Len, double *dst,
+    int dstStride2);
+KeslStatus keslGaxpy_mv_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Len, const double *const *src3, int src3RoiShift, int src3Len,
+    double *const *dst, int dstRoiShift);
+KeslStatus keslGaxpy_mva_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride2, int src2Len, const float *src3, int src3Stride0,
+    int src3Stride2, int src3Len, float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslGaxpy_mva_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len, const float *const *src3,
+    int src3RoiShift, int src3Stride2, int src3Len, float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslGaxpy_mva_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const float *const *src3,
+    int src3RoiShift, int src3Stride0, int src3Len, float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslGaxpy_mva_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride2, int src2Len, const double *src3, int src3Stride0,
+    int src3Stride2, int src3Len, double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslGaxpy_mva_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len, const double *const *src3,
+    int src3RoiShift, int src3Stride2, int src3Len, double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslGaxpy_mva_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const double *const *src3,
+    int src3RoiShift, int src3Stride0, int src3Len, double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslGaxpy_mvav_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *src2, int src2Stride0, int src2Stride2, int src2Len, const float *src3, int src3Stride2, int src3Len,
+    float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslGaxpy_mvav_32f_L(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride2, int src2Len, const float *src3, int src3Stride2,
+    int src3Len, float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslGaxpy_mvav_32f_P(const float *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const float *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const float *const *src3,
+    int src3RoiShift, int src3Len, float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslGaxpy_mvav_64f(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *src2, int src2Stride0, int src2Stride2, int src2Len, const double *src3, int src3Stride2, int src3Len,
+    double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslGaxpy_mvav_64f_L(const double *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride2, int src2Len, const double *src3, int src3Stride2,
+    int src3Len, double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslGaxpy_mvav_64f_P(const double *const *src1, int src1RoiShift, int src1Width, int src1Height,
+    const double *const *src2, int src2RoiShift, int src2Stride0, int src2Len, const double *const *src3,
+    int src3RoiShift, int src3Len, double *const *dst, int dstRoiShift, int dstStride0, int count);
+
+/* ---------------------------------------------------------------------------------------------------- keslDotProduct
+ * dst = src1(0)*src2(0) + src1(1)*src2(1) + ..., one value for each object.
+ *
+ * Shapes     vv (single);  vav (each vector with a single one);  vava (two arrays, object by object).
+ * Sizes      len: that of the vectors. dst is one element, or count consecutive elements in every layout.
+ * Order      Each product is rounded before it is added, in the element type. Ascending, in lengths 3 to 6 from the first
+ *            product on, in others from +0. Deliberate: where a stride2 is not the element size (standard and L), the sum of
+ *            length 4 begins with the last product, that of 5 with the last, that of 6 with the last two, downward, and the
+ *            others follow in ascending order. vv in the standard layout with stride2 of the element size and len of 8 and
+ *            more: product k goes to the partial sum k modulo 16, which begin at +0, and then the upper half of these is added
+ *            to the lower half until one is left. So low bits can differ between layouts, but not between calls or processors.
+ * Overlap    None.
+ * Status     The usual order. Overflow and NaN are not reported.
+ */
+KeslStatus keslDotProduct_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int len);
+KeslStatus keslDotProduct_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2,
+    int src2RoiShift, float *dst, int len);
+KeslStatus keslDotProduct_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2, double *dst,
+    int len);
+KeslStatus keslDotProduct_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, double *dst, int len);
+KeslStatus keslDotProduct_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2,
+    int src2Stride2, float *dst, int len, int count);
+KeslStatus keslDotProduct_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *dst, int len, int count);
+KeslStatus keslDotProduct_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, float *dst, int len, int count);
+KeslStatus keslDotProduct_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int len, int count);
+KeslStatus keslDotProduct_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int len, int count);
+KeslStatus keslDotProduct_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, double *dst, int len, int count);
+KeslStatus keslDotProduct_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2,
+    int src2Stride0, int src2Stride2, float *dst, int len, int count);
+KeslStatus keslDotProduct_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2,
+    const float *const *src2, int src2RoiShift, int src2Stride2, float *dst, int len, int count);
+KeslStatus keslDotProduct_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *dst, int len, int count);
+KeslStatus keslDotProduct_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride0, int src2Stride2, double *dst, int len, int count);
+KeslStatus keslDotProduct_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *dst, int len, int count);
+KeslStatus keslDotProduct_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *dst, int len, int count);
+
+/* -------------------------------------------------------------------------------------------------- keslCrossProduct
+ * dst = src1 x src2 for vectors of three elements; there is no size argument:
+ *
+ *            (a1*b2 - a2*b1,  a2*b0 - a0*b2,  a0*b1 - a1*b0),  each product rounded before the subtraction
+ *
+ * Shapes     vv (single);  vav (each vector by a single one);  vva (a single vector by each);  vava (two arrays).
+ * Overlap    None.
+ * Status     vv: N B (P: N R);  vav: N B C (L: N B R C, P: N B C R), strides before count;  vva, vava: N C B (L, P: N C B R).
+ * Threads    keslCrossProduct_vva_64f_P always runs on the calling thread.
+ */
+KeslStatus keslCrossProduct_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int dstStride2);
+KeslStatus keslCrossProduct_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift);
+KeslStatus keslCrossProduct_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2,
+    double *dst, int dstStride2);
+KeslStatus keslCrossProduct_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift);
+KeslStatus keslCrossProduct_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslCrossProduct_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslCrossProduct_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslCrossProduct_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslCrossProduct_vva_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride0,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vva_32f_L(const float *src1, int src1Stride2, const float *const *src2, int src2RoiShift,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslCrossProduct_vva_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslCrossProduct_vva_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride0,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vva_64f_L(const double *src1, int src1Stride2, const double *const *src2, int src2RoiShift,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int count);
+KeslStatus keslCrossProduct_vva_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslCrossProduct_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2,
+    int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2,
+    const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2,
+    int count);
+KeslStatus keslCrossProduct_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0,
+    int count);
+KeslStatus keslCrossProduct_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2, int count);
+KeslStatus keslCrossProduct_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2,
+    int count);
+KeslStatus keslCrossProduct_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int count);
+
+/* -------------------------------------------------------------------------------------------------------- keslL2Norm
+ * dst = the Euclidean length of a vector: the root of the sum of the squares of its elements.
+ *
+ * Shapes     v (single);  va (array).
+ * Sizes      len: that of the vectors. dst is one element, or count consecutive elements in every layout.
+ * Order      Squares and sums in the element type, without scaling: squares that overflow give infinity. In single precision
+ *            the root is that in double precision, rounded. Ascending, but in lengths 4 to 6 the last square comes first; not
+ *            so in v in the P layout, and v in the standard layout with stride2 of the element size and len of 8 and more has
+ *            the sixteen partial sums of keslDotProduct. This is deliberate.
+ * Overlap    None.
+ * Status     The usual order. Overflow and NaN are not reported.
+ */
+KeslStatus keslL2Norm_v_32f(const float *src, int srcStride2, float *dst, int len);
+KeslStatus keslL2Norm_v_32f_P(const float *const *src, int srcRoiShift, float *dst, int len);
+KeslStatus keslL2Norm_v_64f(const double *src, int srcStride2, double *dst, int len);
+KeslStatus keslL2Norm_v_64f_P(const double *const *src, int srcRoiShift, double *dst, int len);
+KeslStatus keslL2Norm_va_32f(const float *src, int srcStride0, int srcStride2, float *dst, int len, int count);
+KeslStatus keslL2Norm_va_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *dst, int len,
+    int count);
+KeslStatus keslL2Norm_va_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *dst, int len,
+    int count);
+KeslStatus keslL2Norm_va_64f(const double *src, int srcStride0, int srcStride2, double *dst, int len, int count);
+KeslStatus keslL2Norm_va_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *dst, int len,
+    int count);
+KeslStatus keslL2Norm_va_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *dst, int len,
+    int count);
+
+/* ------------------------------------------------------------------------------------------------------ keslFrobNorm
+ * dst = the Frobenius norm of a matrix: the root of the sum of the squares of its elements.
+ *
+ * Shapes     m (single);  ma (array).
+ * Sizes      width, height: those of the matrices. dst is one element, or count consecutive elements in every layout.
+ * Order      Squares, sums and root as in keslL2Norm. Row by row in ascending order, with these exceptions, all deliberate:
+ *            P adds the squares by twos, the two of a pair first. m_32f in the standard layout with stride2 of the element size,
+ *            if not square below order 7: without gaps between the rows the 16 partial sums of keslDotProduct from 8 elements
+ *            on, with gaps these for each row of 8 elements on. ma, standard and L, with stride2 of the element size: the 16
+ *            partial sums from 8 elements on for objects without gaps and for all of order 3 to 6. So the same matrix can
+ *            differ in the low bits between layouts and types of call, but not between processors.
+ * Overlap    None.
+ * Status     The usual order. Overflow and NaN are not reported.
+ */
+KeslStatus keslFrobNorm_m_32f(const float *src, int srcStride1, int srcStride2, int width, int height, float *dst);
+KeslStatus keslFrobNorm_m_32f_P(const float *const *src, int srcRoiShift, int width, int height, float *dst);
+KeslStatus keslFrobNorm_m_64f(const double *src, int srcStride1, int srcStride2, int width, int height, double *dst);
+KeslStatus keslFrobNorm_m_64f_P(const double *const *src, int srcRoiShift, int width, int height, double *dst);
+KeslStatus keslFrobNorm_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, int width, int height,
+    float *dst, int count);
+KeslStatus keslFrobNorm_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, int width,
+    int height, float *dst, int count);
+KeslStatus keslFrobNorm_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, int width, int height,
+    float *dst, int count);
+KeslStatus keslFrobNorm_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, int width, int height,
+    double *dst, int count);
+KeslStatus keslFrobNorm_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2, int width,
+    int height, double *dst, int count);
+KeslStatus keslFrobNorm_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int width, int height,
+    double *dst, int count);
+
+/* --------------------------------------------------------------------------------------------------------- keslTrace
+ * dst = the sum of the diagonal of a square matrix.
+ *
+ * Shapes     m (single);  ma (array).
+ * Sizes      widthHeight: the order of the matrices. dst is one element, or count consecutive elements in every layout.
+ * Order      Order 3 ascending; 4 and 5 the last element first, then ascending; 6 the last two, then ascending; other orders
+ *            ascending from +0. This is deliberate.
+ * Overlap    None.
+ * Status     The usual order. Overflow and NaN are not reported.
+ */
+KeslStatus keslTrace_m_32f(const float *src, int srcStride1, int srcStride2, int widthHeight, float *dst);
+KeslStatus keslTrace_m_32f_P(const float *const *src, int srcRoiShift, int widthHeight, float *dst);
+KeslStatus keslTrace_m_64f(const double *src, int srcStride1, int srcStride2, int widthHeight, double *dst);
+KeslStatus keslTrace_m_64f_P(const double *const *src, int srcRoiShift, int widthHeight, double *dst);
+KeslStatus keslTrace_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, int widthHeight,
+    float *dst, int count);
+KeslStatus keslTrace_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, int widthHeight,
+    float *dst, int count);
+KeslStatus keslTrace_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, int widthHeight, float *dst,
+    int count);
+KeslStatus keslTrace_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, int widthHeight,
+    double *dst, int count);
+KeslStatus keslTrace_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    int widthHeight, double *dst, int count);
+KeslStatus keslTrace_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int widthHeight, double *dst,
+    int count);
+
 /* ------------------------------------------------------------------------------------------------------- keslInvert
  * dst = the inverse of src; widthHeight is the order n of the matrices.
  *

@@ -1,0 +1,52 @@
+// keslCrossProduct: the cross product of vectors of three elements.
+#pragma once
+#include "frame/arguments.h"
+#include "frame/call.h"
+#include "frame/objects.h"
+
+namespace kesl
+{
+
+// ---- The order of the checks differs with the shape. Deliberate: in vav the count comes after the strides.
+struct CrossProduct {
+    static constexpr Threshold threshold = setV;
+
+    template <class T, Form F, class Count = One>
+    [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, auto dst, Count count = {})
+    {
+        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+            const auto x = load<1, 3>(a, k), y = load<1, 3>(b, k);
+            const auto minor = [&](int i, int j) { return x(0, i) * y(0, j) - x(0, j) * y(0, i); };
+            store(dst, k, Block<V, 1, 3>{{{minor(1, 2), minor(2, 0), minor(0, 1)}}});
+            return KeslStatus(keslStatusOk);
+        });
+    }
+};
+struct CrossProduct_vv : CrossProduct {
+    template <class T> static constexpr Checks checks = {"NB", "", "NR"};
+};
+struct CrossProduct_vav : CrossProduct {
+    template <class T> static constexpr Checks checks = {"NBC", "NBRC", "NBCR"};
+    static unsigned measure(unsigned count) { return 2 * count + 1; }
+};
+struct CrossProduct_vva : CrossProduct {
+    template <class T> static constexpr Checks checks = {"NCB", "NCBR", "NCBR"};
+    static unsigned measure(unsigned count) { return 2 * count + 1; }
+};
+struct CrossProduct_vava : CrossProduct {
+    template <class T> static constexpr Checks checks = {"NCB", "NCBR", "NCBR"};
+    static unsigned measure(unsigned count) { return 3 * count; }
+};
+
+} // namespace kesl
+
+// ---- Their functions, by module: the kinds of src1, src2 and dst.
+#define KESL_CROSS(as, F, T, a, b, d) as##_in(a, src1, F, T), as##_in(b, src2, F, T), as##_out(d, dst, F, T)
+#define KESL_CROSSES(as, F, T, a, b, d) KESL_CROSS(as, F, T, a, b, d), as##_count(count)
+
+#define KESL_CROSS_VV(X) X(CrossProduct, vv, KESL_CROSS, v, v, v)
+#define KESL_CROSS_VAV(X) X(CrossProduct, vav, KESL_CROSSES, va, v, va)
+#define KESL_CROSS_VVA_32F(X) X(CrossProduct, vva, 32f, KESL_CROSSES, v, va, va)
+#define KESL_CROSS_VVA_64F(X)                                                                                          \
+    X(CrossProduct, vva, 64f, KESL_CROSSES, v, va, va) // standard and L; deliberate: P is never threaded
+#define KESL_CROSS_VAVA(X) X(CrossProduct, vava, KESL_CROSSES, va, va, va)

@@ -1,0 +1,71 @@
+// keslDotProduct: the inner product of two vectors.
+#pragma once
+#include "frame/arguments.h"
+#include "frame/call.h"
+#include "products/sums.h"
+
+namespace kesl
+{
+
+// ---- The order of a sum in lengths 3 to 6: how many of the last products come ahead of the others, which ascend.
+// Deliberate: one or two of them in the kernels for any stride2.
+// clang-format off
+//                                      length 3  4  5  6
+constexpr int aheadInDot[2][4] =  {          { 0, 0, 0, 0 },   // S  L  P
+                                             { 0, 1, 1, 2 } }; // S2  LS2
+// clang-format on
+
+struct DotProduct {
+    static constexpr Threshold threshold = setX;
+
+    template <class T, Form F, class Count = One>
+    [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, Results<T> dst, int len, Count count = {})
+    {
+        using A = decltype(a);
+        using B = decltype(b);
+        return withOrder(len, [&](auto n) {
+            if constexpr (n > 0) {
+                constexpr int ahead = aheadInDot[F == S2 || F == LS2][n - 3];
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    const auto x = load<1, n>(a, k), y = load<1, n>(b, k);
+                    V p[+n];
+                    eachElement<1, n>([&](int, int j) { p[j] = x(0, j) * y(0, j); });
+                    storePack<V>(dst.p + k.first, sumOfFew<n, ahead>(p));
+                    return KeslStatus(keslStatusOk);
+                });
+            } else if constexpr (F == S && !A::isArray && !B::isArray) {
+                *dst.p = sumOfMany<T>(
+                    len, [&]<class V>(std::int64_t k) { return loadPack<V>(a.p + k) * loadPack<V>(b.p + k); });
+            } else {
+                bool packs = false;
+                if constexpr (A::isArray && !inL(F)) packs = areSideBySide(a) && areSideBySide(b);
+                sumsInOrder(
+                    dst.p, count, len, packs,
+                    [&]<class V>(int k, std::int64_t j) {
+                        return valueIn<A::isArray, V>(seen(a, k, 0), j, 0) *
+                               valueIn<B::isArray, V>(seen(b, k, 0), j, 0);
+                    },
+                    [](auto sum) { return sum; });
+            }
+            return KeslStatus(keslStatusOk);
+        });
+    }
+};
+struct DotProduct_vv : DotProduct {
+};
+struct DotProduct_vav : DotProduct {
+    static unsigned measure(unsigned len, unsigned count) { return len * (count + 1); }
+};
+struct DotProduct_vava : DotProduct {
+    static unsigned measure(unsigned len, unsigned count) { return 2 * len * count; }
+};
+
+} // namespace kesl
+
+// ---- Their functions, by module: the kinds of src1 and src2.
+#define KESL_DOT(as, F, T, a, b) as##_in(a, src1, F, T), as##_in(b, src2, F, T), as##_results(dst, T), as##_size(len)
+#define KESL_DOTS(as, F, T, a, b) KESL_DOT(as, F, T, a, b), as##_count(count)
+
+#define KESL_DOT_VV(X) X(DotProduct, vv, KESL_DOT, v, v)
+#define KESL_DOT_VAV(X) X(DotProduct, vav, KESL_DOTS, va, v)
+#define KESL_DOT_VAVA(X) X(DotProduct, vava, KESL_DOTS, va, va)

@@ -1,0 +1,4 @@
+// keslCrossProduct on two arrays of vectors.
+#include "products/cross.h"
+
+KESL_CROSS_VAVA(KESL_ARRAY)

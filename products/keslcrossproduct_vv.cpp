@@ -1,0 +1,4 @@
+// keslCrossProduct on two vectors.
+#include "products/cross.h"
+
+KESL_CROSS_VV(KESL_SINGLE)

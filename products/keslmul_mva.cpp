@@ -1,0 +1,4 @@
+// keslMul on one matrix and an array of vectors.
+#include "products/multiply_vector.h"
+
+KESL_MUL_MVA(KESL_ARRAY)

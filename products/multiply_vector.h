@@ -1,0 +1,232 @@
+// keslMul on a matrix and a vector, dst = src1 * src2, and keslGaxpy, dst = src1 * src2 + src3.
+#pragma once
+#include "frame/arguments.h"
+#include "frame/call.h"
+#include "products/rows.h"
+#include "products/tiles.h"
+
+namespace kesl
+{
+
+// ---- Orders 3 to 6, by packs of objects.
+
+template <bool fromZero, int ahead, int n, class V>
+[[gnu::always_inline]] inline Block<V, 1, n> timesVector(const Block<V, n, n>& a, const Block<V, 1, n>& x)
+{
+    Block<V, 1, n> y;
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) {
+        y(0, i) = begun<fromZero>(a(i, term(0, n, ahead)) * x(0, term(0, n, ahead)));
+#pragma GCC unroll 8
+        for (int k = 1; k < n; ++k) y(0, i) = y(0, i) + a(i, term(k, n, ahead)) * x(0, term(k, n, ahead));
+    }
+    return y;
+}
+
+template <int n, class V> [[gnu::always_inline]] inline Block<V, 1, n> plus(Block<V, 1, n> x, const Block<V, 1, n>& y)
+{
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) x(0, i) = x(0, i) + y(0, i);
+    return x;
+}
+
+// The matrix as the right factor of vectors that are rows.
+template <class A> struct Flipped {
+    const A& a;
+    auto operator()(int i, int j) const { return a(j, i); }
+};
+
+// Vectors without any gap.
+template <class O> bool isRowAfterRow(const O& o, int n) { return o.stride0 == n * O::elementSize; }
+
+// ---- keslMul. Sums are in ascending order and, where the matrix is square of order 3 to 6, begin with their first
+// product; otherwise they begin at zero. Deliberate: in L functions on contiguous vectors they always begin at zero.
+struct MatrixTimesVector {
+    static constexpr Threshold threshold = setB;
+
+    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
+    kernel(auto a, int width, int height, auto x, int, auto dst, Count count = {})
+    {
+        using A = decltype(a);
+        using X = decltype(x);
+        using D = decltype(dst);
+        const int M = isTransposed<A> ? width : height, K = isTransposed<A> ? height : width;
+        const int order = M == K ? M : 0;
+        constexpr bool fromZero = F == L;
+        const T start = fromZero || order < 3 || order > 6 ? plusZero<T> : noStart<T>;
+        bool done = false;
+
+        if constexpr (contiguousRows(F))
+            done = withOrder(order, [&](auto n) {
+                if constexpr (n == 0)
+                    return false;
+                else {
+                    if constexpr (F == S && !A::isArray && X::isArray)
+                        if (isRowAfterRow(x, n) && isRowAfterRow(dst, n)) {
+                            const auto single = load<n, n>(a, Objects<T>{0});
+                            tallProduct<fromZero, 0, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count);
+                            return true;
+                        }
+                    eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                        store(dst, k, timesVector<fromZero, 0>(load<n, n>(a, k), load<1, n>(x, k)));
+                        return KeslStatus(keslStatusOk);
+                    });
+                    return true;
+                }
+            });
+        else if constexpr (D::isArray && !inL(F))
+            if (areSideBySide(a) && areSideBySide(x) && areSideBySide(dst)) {
+                sideBySide<T>(0, count, [&]<class V>(V, std::int64_t at) {
+                    const auto p = along(seen(a, 0, width), A::isArray ? at : 0),
+                               q = along(seen(x, 0, 0), X::isArray ? at : 0);
+                    productOfLanes<V, A::isArray, X::isArray>(start, p, q, along(seen(dst, 0, 0), at), M, 1, K);
+                });
+                done = true;
+            }
+        // Many vectors by one matrix are the rows of a tall one, if a row of dst is contiguous.
+        constexpr int most = 16;
+        if constexpr (F == S && !A::isArray && X::isArray)
+            if (!done && M <= most && K <= most) {
+                T kept[most * most];
+                const auto from = seen(a, 0, width);
+                for (int k = 0; k < K; ++k)
+                    for (int i = 0; i < M; ++i) kept[k * M + i] = from(i, k);
+                constexpr std::int64_t e = sizeof(T);
+                product<true>(start, Grid<const T>{x.p, x.stride0, e}, Grid<const T>{kept, M * e, e},
+                              Grid<T>{dst.p, dst.stride0, e}, count, M, K);
+                done = true;
+            }
+        for (int k = 0; k < count && !done; ++k)
+            product<false>(start, seen(a, k, width), seen(x, k, 0), seen(dst, k, 0), M, 1, K);
+        return keslStatusOk;
+    }
+};
+
+template <bool t> struct VectorFits { // whether the matrix is transposed
+    static constexpr auto sizesMatch = [](unsigned w, unsigned h, unsigned len, auto...) { return (t ? h : w) == len; };
+};
+template <bool t> struct Mul_oneVector : MatrixTimesVector, VectorFits<t> {
+};
+template <bool t> struct Mul_arrayAndVector : MatrixTimesVector, VectorFits<t> {
+    static unsigned measure(unsigned w, unsigned h, unsigned, unsigned count)
+    {
+        return t ? w * (h + 1) * count + h : h * (w + 1) * count + w;
+    }
+};
+template <bool t> struct Mul_singleAndVectors : MatrixTimesVector, VectorFits<t> {
+    static unsigned measure(unsigned w, unsigned h, unsigned, unsigned count) { return w * h + (w + h) * count; }
+};
+template <bool t> struct Mul_arrayAndVectors : MatrixTimesVector, VectorFits<t> {
+    static unsigned measure(unsigned w, unsigned h, unsigned, unsigned count) { return (w * (h + 1) + h) * count; }
+};
+struct Mul_mv : Mul_oneVector<false> {
+};
+struct Mul_tv : Mul_oneVector<true> {
+};
+struct Mul_mav : Mul_arrayAndVector<false> {
+};
+struct Mul_tav : Mul_arrayAndVector<true> {
+};
+struct Mul_mva : Mul_singleAndVectors<false> {
+};
+struct Mul_tva : Mul_singleAndVectors<true> {
+};
+struct Mul_mava : Mul_arrayAndVectors<false> {
+};
+struct Mul_tava : Mul_arrayAndVectors<true> {
+};
+
+// y, an array without gaps or a single vector, added to a pack of rows at element e, or to one row.
+template <int n, class Y> struct PlusRows {
+    using T = typename Y::Element;
+    T repeated[widest / sizeof(T)];
+    const T* p;
+    explicit PlusRows(const Y& y) : repeated(), p(y.p)
+    {
+        for (int l = 0; l < int(widest / sizeof(T)) && !Y::isArray; ++l) repeated[l] = p[l % n];
+    }
+    const T* at(std::int64_t e) const { return Y::isArray ? p + e : repeated; }
+    template <class V> V operator()(V sum, std::int64_t e) const { return sum + loadPack<V>(at(e)); }
+    Row<T, n> operator()(Row<T, n> sum, std::int64_t e) const
+    {
+        const Row<T, n> more = Row<T, n>::from(at(e));
+        for (int i = 0; i < Row<T, n>::pieces; ++i) sum.v[i] = sum.v[i] + more.v[i];
+        return sum;
+    }
+};
+template <int n, class Y> PlusRows<n, Y> plusRows(const Y& y) { return PlusRows<n, Y>(y); }
+
+// ---- keslGaxpy, alike in all kernels. Deliberate: in orders 4 to 6 the product of the last column comes first, unlike
+// in order 3 and in keslMul; in other sizes the sum is ascending from zero. The element of y is added last.
+struct MatrixTimesVectorPlusVector {
+    static constexpr Threshold threshold = Threshold::everywhere(5001);
+    static constexpr auto sizesMatch = [](unsigned w, unsigned h, unsigned len2, unsigned len3, auto...) {
+        return w == len2 && h == len3;
+    };
+
+    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
+    kernel(auto a, int width, int height, auto x, int, auto y, int, auto dst, Count count = {})
+    {
+        using X = decltype(x);
+        using Y = decltype(y);
+        return withOrder(width == height ? width : 0, [&](auto n) {
+            if constexpr (n == 0) {
+                for (int k = 0; k < count; ++k) {
+                    const auto p = seen(a, k, width);
+                    const auto q = seen(x, k, 0), r = seen(y, k, 0);
+                    const auto to = seen(dst, k, 0);
+                    product<false>(plusZero<T>, p, q, to, height, 1, width);
+                    for (int i = 0; i < height; ++i) to(i, 0) = to(i, 0) + r(i, 0);
+                }
+                return KeslStatus(keslStatusOk);
+            } else {
+                constexpr int ahead = n > 3; // of the last column, comes first
+                if constexpr (F == S && X::isArray)
+                    if (isRowAfterRow(x, n) && isRowAfterRow(dst, n) && (!Y::isArray || isRowAfterRow(y, n))) {
+                        const auto single = load<n, n>(a, Objects<T>{0});
+                        tallProduct<false, ahead, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count,
+                                                     plusRows<n>(y));
+                        return KeslStatus(keslStatusOk);
+                    }
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    store(dst, k,
+                          plus(timesVector<false, ahead>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
+                    return KeslStatus(keslStatusOk);
+                });
+            }
+        });
+    }
+};
+struct Gaxpy_mv : MatrixTimesVectorPlusVector {
+};
+struct Gaxpy_mva : MatrixTimesVectorPlusVector {
+    static unsigned measure(unsigned, unsigned, unsigned len2, unsigned len3, unsigned count)
+    {
+        return (len2 + 2 * len3) * count;
+    }
+};
+struct Gaxpy_mvav : MatrixTimesVectorPlusVector {
+    static unsigned measure(unsigned, unsigned, unsigned len2, unsigned len3, unsigned count)
+    {
+        return (len2 + len3) * count + len3;
+    }
+};
+
+} // namespace kesl
+
+// ---- Their functions, by module: the kinds of the operands.
+#define KESL_TIMES(as, F, T, a, b, d)                                                                                  \
+    as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), as##_in(b, src2, F, T), as##_size(src2Len),   \
+        as##_out(d, dst, F, T)
+#define KESL_TIMES_ALL(as, F, T, a, b, d) KESL_TIMES(as, F, T, a, b, d), as##_count(count)
+#define KESL_GAXPY(as, F, T, a, b, c, d)                                                                               \
+    as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), as##_in(b, src2, F, T), as##_size(src2Len),   \
+        as##_in(c, src3, F, T), as##_size(src3Len), as##_out(d, dst, F, T)
+#define KESL_GAXPY_ALL(as, F, T, a, b, c, d) KESL_GAXPY(as, F, T, a, b, c, d), as##_count(count)
+
+#define KESL_MUL_MV(X) X(Mul, mv, KESL_TIMES, m, v, v) X(Mul, tv, KESL_TIMES, t, v, v)
+#define KESL_MUL_MAV(X) X(Mul, mav, KESL_TIMES_ALL, ma, v, va) X(Mul, tav, KESL_TIMES_ALL, ta, v, va)
+#define KESL_MUL_MVA(X) X(Mul, mva, KESL_TIMES_ALL, m, va, va) X(Mul, tva, KESL_TIMES_ALL, t, va, va)
+#define KESL_MUL_MAVA(X) X(Mul, mava, KESL_TIMES_ALL, ma, va, va) X(Mul, tava, KESL_TIMES_ALL, ta, va, va)
+#define KESL_GAXPY_MV(X) X(Gaxpy, mv, KESL_GAXPY, m, v, v, v)
+#define KESL_GAXPY_MVA(X) X(Gaxpy, mva, KESL_GAXPY_ALL, m, va, va, va) X(Gaxpy, mvav, KESL_GAXPY_ALL, m, va, v, va)

@@ -70,6 +70,8 @@
 #define KESL_take_in(kind, x, F, T)  kesl::kind<const KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
 #define KESL_decl_out(kind, x, F, T) KESL_group(KESL_decl, KESL_group_##kind, F, KESL_T_##T, x)
 #define KESL_take_out(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
+#define KESL_decl_value(x, T)        KESL_T_##T x
+#define KESL_take_value(x, T)        kesl::c<KESL_T_##T>(x)
 #define KESL_decl_size(x)            int x
 #define KESL_take_size(x)            kesl::Size(x)
 #define KESL_decl_count(x)           int x
@@ -138,6 +140,26 @@
     KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
     KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P,                \
                 ownOMP_kesl##op##_##shape##_##T##_P, LIST, __VA_ARGS__)
+
+// Arrays without threads.
+#define KESL_SERIAL(op, shape, LIST, ...)                                                                           \
+    KESL_SERIAL_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                  \
+    KESL_SERIAL_T(op, shape, 64f, LIST, __VA_ARGS__)
+#define KESL_SERIAL_T(op, shape, T, LIST, ...)                                                                      \
+    KESL_SERIAL_S(op, shape, T, LIST, __VA_ARGS__)                                                                    \
+    KESL_SERIAL_L(op, shape, T, LIST, __VA_ARGS__)                                                                    \
+    KESL_SERIAL_P(op, shape, T, LIST, __VA_ARGS__)
+#define KESL_SERIAL_S(op, shape, T, LIST, ...)                                                                      \
+    KESL_KERNEL(op, shape, T, S,      , LIST, __VA_ARGS__)                                                            \
+    KESL_KERNEL(op, shape, T, S2, _S2, LIST, __VA_ARGS__)                                                             \
+    KESL_EXPORT(op, shape, T, S2, , ownkesl##op##_##shape##_##T, ownkesl##op##_##shape##_##T##_S2, kesl::serial, LIST, __VA_ARGS__)
+#define KESL_SERIAL_L(op, shape, T, LIST, ...)                                                                      \
+    KESL_KERNEL(op, shape, T, L,   _L,   LIST, __VA_ARGS__)                                                           \
+    KESL_KERNEL(op, shape, T, LS2, _LS2, LIST, __VA_ARGS__)                                                           \
+    KESL_EXPORT(op, shape, T, LS2, _L, ownkesl##op##_##shape##_##T##_L, ownkesl##op##_##shape##_##T##_LS2, kesl::serial, LIST, __VA_ARGS__)
+#define KESL_SERIAL_P(op, shape, T, LIST, ...)                                                                      \
+    KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
+    KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, kesl::serial, LIST, __VA_ARGS__)
 
 // ... and, in their threaded module, three wrappers.
 #define KESL_THREADED(op, shape, LIST, ...)                                                                         \

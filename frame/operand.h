@@ -80,7 +80,8 @@ template <class T, Kind K, bool array, Form F> struct Operand {
     // ---- object k as a view of height by width elements, the sizes being those of the matrix as it is read
     auto object(int k, int height, int width) const
     {
-        if constexpr (kind == Kind::transposed) return Transposed{stored(k, height)};
+        if constexpr (kind == Kind::constants) return Same<Element>{*address(k)};
+        else if constexpr (kind == Kind::transposed) return Transposed{stored(k, height)};
         else return stored(k, width);
     }
     // The same without the transposition. `pitch` is the row length of a P list.
@@ -111,6 +112,17 @@ template <class T, Form F> using ta = Operand<T, Kind::transposed, true, F>;
 template <class T, Form F> using v  = Operand<T, Kind::vector, false, F>;
 template <class T, Form F> using va = Operand<T, Kind::vector, true, F>;
 template <class T, Form F> using ca = Operand<T, Kind::constants, true, F>;
+
+// A constant by value, the same for every element of every object.
+template <class T> struct c : Argument {
+    static constexpr Kind kind = Kind::constants;
+    using Element = T;
+    T x;
+    explicit c(T value) : x(value) {}
+    c slice(int, int, void*) const { return *this; }
+    template <Form> std::tuple<T> list() const { return x; }
+    Same<T> object(int, int, int) const { return {x}; }
+};
 
 // ---- The other arguments.
 

@@ -482,6 +482,243 @@ KeslStatus keslSub_tata_64f_P(const double *const *src1, int src1RoiShift, int s
     int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int width, int height,
     int count);
 
+/* ------------------------------------------------------------------------------------ keslAdd on vectors and constants
+ * dst = src1 + src2 or src + val, element by element: one addition for each element, rounded to the element type.
+ *
+ * Shapes     vv, vc (single);  vav, vava (a single vector is added to each object; two arrays object by object);
+ *            vac (one constant for all objects);  vaca (a constant for each object);
+ *            vca (one vector and count constants make count vectors: dst(k) = src + val(k)).
+ *            Addition commutes: a sum in another order is one of these.
+ * Sizes      len: the length of every vector.
+ * val        By value it is the last argument. An array of constants has a base pointer and valStride0 in the standard layout
+ *            and in P, and a list of pointers with valRoiShift in L.
+ * Overlap    None.
+ * Status     vav: N S B C (L: N S B R C, P: N S B C R), the count behind the strides; all others in the usual order.
+ *            Not tested: the roiShifts of keslAdd_vca_64f_P; srcStride0 of keslAdd_vaca_32f_P.
+ *            Overflow and NaN are not reported. keslStatusOk once the arguments are good.
+ */
+KeslStatus keslAdd_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int dstStride2, int len);
+KeslStatus keslAdd_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    float *const *dst, int dstRoiShift, int len);
+KeslStatus keslAdd_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2, double *dst,
+    int dstStride2, int len);
+KeslStatus keslAdd_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2, int src2RoiShift,
+    double *const *dst, int dstRoiShift, int len);
+KeslStatus keslAdd_vc_32f(const float *src, int srcStride2, float *dst, int dstStride2, int len, float val);
+KeslStatus keslAdd_vc_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int len,
+    float val);
+KeslStatus keslAdd_vc_64f(const double *src, int srcStride2, double *dst, int dstStride2, int len, double val);
+KeslStatus keslAdd_vc_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int len,
+    double val);
+KeslStatus keslAdd_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2, int src2Stride2,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride0,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *const *src2,
+    int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2, int src2Stride0,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *const *src2,
+    int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, const double *const *src2,
+    int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vac_32f(const float *src, int srcStride0, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count, float val);
+KeslStatus keslAdd_vac_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslAdd_vac_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslAdd_vac_64f(const double *src, int srcStride0, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count, double val);
+KeslStatus keslAdd_vac_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslAdd_vac_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, double val);
+KeslStatus keslAdd_vaca_32f(const float *src, int srcStride0, int srcStride2, const float *val, int valStride0,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vaca_32f_L(const float *const *src, int srcRoiShift, int srcStride2, const float *const *val,
+    int valRoiShift, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vaca_32f_P(const float *const *src, int srcRoiShift, int srcStride0, const float *val,
+    int valStride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vaca_64f(const double *src, int srcStride0, int srcStride2, const double *val, int valStride0,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vaca_64f_L(const double *const *src, int srcRoiShift, int srcStride2, const double *const *val,
+    int valRoiShift, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vaca_64f_P(const double *const *src, int srcRoiShift, int srcStride0, const double *val,
+    int valStride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vca_32f(const float *src, int srcStride2, const float *val, int valStride0, float *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vca_32f_L(const float *src, int srcStride2, const float *const *val, int valRoiShift,
+    float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vca_32f_P(const float *const *src, int srcRoiShift, const float *val, int valStride0,
+    float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vca_64f(const double *src, int srcStride2, const double *val, int valStride0, double *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vca_64f_L(const double *src, int srcStride2, const double *const *val, int valRoiShift,
+    double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vca_64f_P(const double *const *src, int srcRoiShift, const double *val, int valStride0,
+    double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+
+/* ------------------------------------------------------------------------------------ keslSub on vectors and constants
+ * dst = the first operand minus the second, element by element: one subtraction for each element, rounded to the element type.
+ *
+ * Shapes     vv, vc, cv (single);  vav (a single vector is subtracted from each object);  vva (each object from a single
+ *            vector);  vava (two arrays);  vac, cva (one constant for all objects, subtracted or subtracted from);
+ *            vaca, cava (a constant for each object);  vca, cav (one vector and count constants make count vectors:
+ *            src - val(k), val(k) - src).
+ * Arguments  cv, cva, cava and cav take those of vc, vac, vaca and vca: first the vector, then the constant. The letters tell
+ *            only which is subtracted from which: c in front, and the vector is subtracted from the constant.
+ * Sizes      len: the length of every vector.
+ * val        By value it is the last argument. An array of constants has a base pointer and valStride0 in the standard layout
+ *            and in P, and a list of pointers with valRoiShift in L.
+ * Overlap    None.
+ * Status     vav: N S B C (L: N S B R C, P: N S B C R), the count behind the strides; all others in the usual order.
+ *            Not tested: the roiShifts of keslSub_cav_32f_P.
+ *            Overflow and NaN are not reported. keslStatusOk once the arguments are good.
+ * Threads    Whether cva is threaded depends on count alone, not on len; keslSub_vva_64f_P never is.
+ */
+KeslStatus keslSub_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int dstStride2, int len);
+KeslStatus keslSub_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    float *const *dst, int dstRoiShift, int len);
+KeslStatus keslSub_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2, double *dst,
+    int dstStride2, int len);
+KeslStatus keslSub_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2, int src2RoiShift,
+    double *const *dst, int dstRoiShift, int len);
+KeslStatus keslSub_vc_32f(const float *src, int srcStride2, float *dst, int dstStride2, int len, float val);
+KeslStatus keslSub_vc_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int len,
+    float val);
+KeslStatus keslSub_vc_64f(const double *src, int srcStride2, double *dst, int dstStride2, int len, double val);
+KeslStatus keslSub_vc_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int len,
+    double val);
+KeslStatus keslSub_cv_32f(const float *src, int srcStride2, float *dst, int dstStride2, int len, float val);
+KeslStatus keslSub_cv_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int len,
+    float val);
+KeslStatus keslSub_cv_64f(const double *src, int srcStride2, double *dst, int dstStride2, int len, double val);
+KeslStatus keslSub_cv_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int len,
+    double val);
+KeslStatus keslSub_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2, int src2Stride2,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vva_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride0, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vva_32f_L(const float *src1, int src1Stride2, const float *const *src2, int src2RoiShift,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vva_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vva_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride0, int src2Stride2,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vva_64f_L(const double *src1, int src1Stride2, const double *const *src2, int src2RoiShift,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vva_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2, int src2RoiShift,
+    int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride0,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *const *src2,
+    int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2, int src2Stride0,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *const *src2,
+    int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, const double *const *src2,
+    int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vac_32f(const float *src, int srcStride0, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count, float val);
+KeslStatus keslSub_vac_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslSub_vac_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslSub_vac_64f(const double *src, int srcStride0, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count, double val);
+KeslStatus keslSub_vac_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslSub_vac_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, double val);
+KeslStatus keslSub_cva_32f(const float *src, int srcStride0, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count, float val);
+KeslStatus keslSub_cva_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslSub_cva_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslSub_cva_64f(const double *src, int srcStride0, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count, double val);
+KeslStatus keslSub_cva_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslSub_cva_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, double val);
+KeslStatus keslSub_vaca_32f(const float *src, int srcStride0, int srcStride2, const float *val, int valStride0,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vaca_32f_L(const float *const *src, int srcRoiShift, int srcStride2, const float *const *val,
+    int valRoiShift, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vaca_32f_P(const float *const *src, int srcRoiShift, int srcStride0, const float *val,
+    int valStride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vaca_64f(const double *src, int srcStride0, int srcStride2, const double *val, int valStride0,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vaca_64f_L(const double *const *src, int srcRoiShift, int srcStride2, const double *const *val,
+    int valRoiShift, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vaca_64f_P(const double *const *src, int srcRoiShift, int srcStride0, const double *val,
+    int valStride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_cava_32f(const float *src, int srcStride0, int srcStride2, const float *val, int valStride0,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_cava_32f_L(const float *const *src, int srcRoiShift, int srcStride2, const float *const *val,
+    int valRoiShift, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_cava_32f_P(const float *const *src, int srcRoiShift, int srcStride0, const float *val,
+    int valStride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_cava_64f(const double *src, int srcStride0, int srcStride2, const double *val, int valStride0,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_cava_64f_L(const double *const *src, int srcRoiShift, int srcStride2, const double *const *val,
+    int valRoiShift, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_cava_64f_P(const double *const *src, int srcRoiShift, int srcStride0, const double *val,
+    int valStride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vca_32f(const float *src, int srcStride2, const float *val, int valStride0, float *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vca_32f_L(const float *src, int srcStride2, const float *const *val, int valRoiShift,
+    float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vca_32f_P(const float *const *src, int srcRoiShift, const float *val, int valStride0,
+    float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vca_64f(const double *src, int srcStride2, const double *val, int valStride0, double *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vca_64f_L(const double *src, int srcStride2, const double *const *val, int valRoiShift,
+    double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vca_64f_P(const double *const *src, int srcRoiShift, const double *val, int valStride0,
+    double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_cav_32f(const float *src, int srcStride2, const float *val, int valStride0, float *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_cav_32f_L(const float *src, int srcStride2, const float *const *val, int valRoiShift,
+    float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_cav_32f_P(const float *const *src, int srcRoiShift, const float *val, int valStride0,
+    float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_cav_64f(const double *src, int srcStride2, const double *val, int valStride0, double *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_cav_64f_L(const double *src, int srcStride2, const double *const *val, int valRoiShift,
+    double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_cav_64f_P(const double *const *src, int srcRoiShift, const double *val, int valStride0,
+    double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+
 /* ------------------------------------------------------------------------------------------------------- keslInvert
  * dst = the inverse of src; widthHeight is the order n of the matrices.
  *

@@ -1,0 +1,13 @@
+// What the families of this directory do with two values, elements or packs of them.
+#pragma once
+
+namespace kesl {
+
+// clang-format off
+struct Plus      { auto operator()(auto a, auto b) const { return a + b; } };
+struct Minus     { auto operator()(auto a, auto b) const { return a - b; } };
+struct MinusFrom { auto operator()(auto a, auto b) const { return b - a; } };
+struct Times     { auto operator()(auto a, auto b) const { return a * b; } };
+// clang-format on
+
+} // namespace kesl

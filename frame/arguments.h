@@ -72,6 +72,8 @@
 #define KESL_take_out(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
 #define KESL_decl_value(x, T)        KESL_T_##T x
 #define KESL_take_value(x, T)        kesl::c<KESL_T_##T>(x)
+#define KESL_decl_packed(x, T)       KESL_T_##T *x
+#define KESL_take_packed(x, T)       kesl::Packed<KESL_T_##T>(x)
 #define KESL_decl_size(x)            int x
 #define KESL_take_size(x)            kesl::Size(x)
 #define KESL_decl_count(x)           int x
@@ -91,6 +93,12 @@
     extern "C" [[gnu::visibility("default")]]                                                                       \
     KeslStatus kesl##op##_##shape##_##T##layout(LIST(KESL_decl, F, T, __VA_ARGS__))                                   \
     { return kesl::enter<kesl::op##_##shape, KESL_T_##T>(kernel, general, wrapper, LIST(KESL_take, F, T, __VA_ARGS__)); }
+
+// A function that has neither kernels nor threads.
+#define KESL_DIRECT(op, shape, T, F, layout, LIST, ...)                                                             \
+    extern "C" [[gnu::visibility("default")]]                                                                       \
+    KeslStatus kesl##op##_##shape##_##T##layout(LIST(KESL_decl, F, T, __VA_ARGS__))                                   \
+    { return kesl::direct<kesl::op##_##shape, KESL_T_##T>(LIST(KESL_take, F, T, __VA_ARGS__)); }
 
 #define KESL_WRAPPER(op, shape, T, F, layout, kernel, general, LIST, ...)                                           \
     extern "C" KeslStatus ownOMP_kesl##op##_##shape##_##T##layout(LIST(KESL_decl, F, T, __VA_ARGS__))                 \

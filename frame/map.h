@@ -76,6 +76,35 @@ template <int h, int w> [[gnu::always_inline]] inline void mapObject(int height,
             for (int j = 0; j < width; ++j) dst(i, j) = f(src(i, j)...);
 }
 
+// A large object that is transposed: by blocks, in registers. The lanes of V are rows of the source.
+template <class V, class T> int moveTransposed(int j, int first, int last, int width, Rows<T> dst, Rows<const T> src)
+{
+    constexpr int c = perPiece<V>;
+    for (; j + lanes<V> <= width; j += lanes<V>) {
+        int i = first;
+        for (; i + c <= last; i += c) {
+            V x[c];
+            loadPieces([&](int l) { return src.row(j + l) + i; }, x);
+#pragma GCC unroll 4
+            for (int r = 0; r < c; ++r) storePack(dst.row(i + r) + j, x[r]);
+        }
+        for (; i < last; ++i) storePack(dst.row(i) + j, gathered<V>([&](int l) { return src.row(j + l) + i; }));
+    }
+    return j;
+}
+template <int h, int, class T> requires (h == 0)
+inline void mapObject(int height, int width, Move, Rows<T> dst, Transposed<Rows<const T>> src)
+{
+    constexpr int block = 64; // rows of dst, so that their pages stay known
+    for (int i = 0; i < height; i += std::min(block, height - i)) {
+        const int last = i + std::min(block, height - i);
+        int j = moveTransposed<Pack<T>>(0, i, last, width, dst, src.stored);
+        j = moveTransposed<Pack<T, 16>>(j, i, last, width, dst, src.stored);
+        for (; j < width; ++j)
+            for (int r = i; r < last; ++r) dst(r, j) = src(r, j);
+    }
+}
+
 // ---- What is known of an operand.
 template <class O> constexpr bool isTransposed = O::kind == Kind::transposed;
 template <class O> constexpr bool isConstant = O::kind == Kind::constants;
@@ -229,7 +258,7 @@ template <class Dst, class... Src>
     constexpr bool array = Dst::isArray;
     constexpr bool standard = Dst::form == S && ((isConstant<Src> || Src::form == S) && ...);
     constexpr bool contiguous = contiguousRows(Dst::form) && ((isConstant<Src> || contiguousRows(Src::form)) && ...);
-    constexpr bool noneContiguous = !contiguousRows(Dst::form) && ((isConstant<Src> || !contiguousRows(Src::form)) && ...);
+    constexpr bool noneContiguous = !contiguousRows(Dst::form) && ((!isArrayOfObjects<Src> || !contiguousRows(Src::form)) && ...);
     constexpr bool constants = ((isConstant<Src> && Src::isArray) || ...); // of vectors only
     constexpr bool transposedArray = ((isTransposed<Src> && Src::isArray) || ...);
     const std::int64_t each = std::int64_t(height) * width;
@@ -277,6 +306,21 @@ template <class Dst, class... Src>
             }
         for (int k = 0; k < count; ++k)
             mapObject<h, w>(height, width, f, dst.object(k, height, width), src.object(k, height, width)...);
+    });
+}
+
+// dst = src, which may have different layouts. Whether rows are contiguous is found out for each of the two.
+[[gnu::always_inline]] inline void inOwnForm(const auto& o, auto f)
+{
+    constexpr Form F = std::remove_cvref_t<decltype(o)>::form;
+    if constexpr (F == S2 || F == LS2)
+        if (o.rowsAreContiguous()) return f(o.template as<F == S2 ? S : L>());
+    f(o);
+}
+inline void move(auto height, int width, auto count, const auto& dst, const auto& src)
+{
+    inOwnForm(dst, [&](const auto& to) {
+        inOwnForm(src, [&](const auto& from) { map(height, width, count, Move{}, to, from); });
     });
 }
 

@@ -46,6 +46,12 @@ template <class T, Kind K, bool array, Form F> struct Operand {
     Pointer p;
     int shift = 0, stride0 = 0, stride1 = 0, stride2 = sizeof(T);
 
+    // The same operand in form G, which must be true of it.
+    template <Form G> Operand<T, K, array, G> as() const
+    {
+        return {.p = p, .shift = shift, .stride0 = stride0, .stride1 = stride1, .stride2 = stride2};
+    }
+
     // ---- the checks
     static constexpr bool wholeElements(int bytes) { return (bytes & int(sizeof(T) - 1)) == 0; }
     static constexpr bool good(int stride) { return stride >= 1 && wholeElements(stride); }
@@ -144,6 +150,13 @@ struct Count : Argument {
     std::tuple<unsigned> sizes() const { return unsigned(n); }
     Count slice(int, int objects, void*) const { return Count(objects); }
     template <Form> std::tuple<int> list() const { return n; }
+};
+
+// A destination without strides: object behind object, row behind row.
+template <class T> struct Packed : Argument {
+    T* p;
+    explicit Packed(T* pointer) : p(pointer) {}
+    bool pointerOk() const { return p != nullptr; }
 };
 
 // Scratch of the caller; in a team each thread has a share of its own instead.

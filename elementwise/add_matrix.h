@@ -1,14 +1,12 @@
 // keslAdd and keslSub on matrices: dst = src1 op src2, element by element. One addition or subtraction for each element,
 // so every kernel form gives the same bits, and which body serves which size is a matter of speed alone.
 #pragma once
+#include "elementwise/operations.h"
 #include "frame/arguments.h"
 #include "frame/call.h"
 #include "frame/map.h"
 
 namespace kesl {
-
-struct Plus  { static auto of(auto a, auto b) { return a + b; } };
-struct Minus { static auto of(auto a, auto b) { return a - b; } };
 
 // ---- The family.
 template <class Op> struct SumOfMatrices {
@@ -17,7 +15,7 @@ template <class Op> struct SumOfMatrices {
     template <class T, Form F, class Count = One>
     [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, int width, int height, Count count = {})
     {
-        map(height, width, count, [](auto a, auto b) { return Op::of(a, b); }, dst, src1, src2);
+        map(height, width, count, Op{}, dst, src1, src2);
         return keslStatusOk;
     }
 };

@@ -70,6 +70,10 @@
 #define KESL_take_in(kind, x, F, T)  kesl::kind<const KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
 #define KESL_decl_out(kind, x, F, T) KESL_group(KESL_decl, KESL_group_##kind, F, KESL_T_##T, x)
 #define KESL_take_out(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
+#define KESL_decl_value(x, T)        KESL_T_##T x
+#define KESL_take_value(x, T)        kesl::c<KESL_T_##T>(x)
+#define KESL_decl_packed(x, T)       KESL_T_##T *x
+#define KESL_take_packed(x, T)       kesl::Packed<KESL_T_##T>(x)
 #define KESL_decl_results(x, T)      KESL_T_##T *x
 #define KESL_take_results(x, T)      kesl::Results<KESL_T_##T>(x)
 #define KESL_decl_size(x)            int x
@@ -91,6 +95,12 @@
     extern "C" [[gnu::visibility("default")]]                                                                       \
     KeslStatus kesl##op##_##shape##_##T##layout(LIST(KESL_decl, F, T, __VA_ARGS__))                                   \
     { return kesl::enter<kesl::op##_##shape, KESL_T_##T>(kernel, general, wrapper, LIST(KESL_take, F, T, __VA_ARGS__)); }
+
+// A function that has neither kernels nor threads.
+#define KESL_DIRECT(op, shape, T, F, layout, LIST, ...)                                                             \
+    extern "C" [[gnu::visibility("default")]]                                                                       \
+    KeslStatus kesl##op##_##shape##_##T##layout(LIST(KESL_decl, F, T, __VA_ARGS__))                                   \
+    { return kesl::direct<kesl::op##_##shape, KESL_T_##T>(LIST(KESL_take, F, T, __VA_ARGS__)); }
 
 #define KESL_WRAPPER(op, shape, T, F, layout, kernel, general, LIST, ...)                                           \
     extern "C" KeslStatus ownOMP_kesl##op##_##shape##_##T##layout(LIST(KESL_decl, F, T, __VA_ARGS__))                 \
@@ -142,6 +152,21 @@
                 ownOMP_kesl##op##_##shape##_##T##_P, LIST, __VA_ARGS__)
 
 // Arrays without threads.
+#define KESL_SERIAL(op, shape, LIST, ...)                                                                           \
+    KESL_SERIAL_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                  \
+    KESL_SERIAL_T(op, shape, 64f, LIST, __VA_ARGS__)
+#define KESL_SERIAL_T(op, shape, T, LIST, ...)                                                                      \
+    KESL_SERIAL_S(op, shape, T, LIST, __VA_ARGS__)                                                                    \
+    KESL_SERIAL_L(op, shape, T, LIST, __VA_ARGS__)                                                                    \
+    KESL_SERIAL_P(op, shape, T, LIST, __VA_ARGS__)
+#define KESL_SERIAL_S(op, shape, T, LIST, ...)                                                                      \
+    KESL_KERNEL(op, shape, T, S,      , LIST, __VA_ARGS__)                                                            \
+    KESL_KERNEL(op, shape, T, S2, _S2, LIST, __VA_ARGS__)                                                             \
+    KESL_EXPORT(op, shape, T, S2, , ownkesl##op##_##shape##_##T, ownkesl##op##_##shape##_##T##_S2, kesl::serial, LIST, __VA_ARGS__)
+#define KESL_SERIAL_L(op, shape, T, LIST, ...)                                                                      \
+    KESL_KERNEL(op, shape, T, L,   _L,   LIST, __VA_ARGS__)                                                           \
+    KESL_KERNEL(op, shape, T, LS2, _LS2, LIST, __VA_ARGS__)                                                           \
+    KESL_EXPORT(op, shape, T, LS2, _L, ownkesl##op##_##shape##_##T##_L, ownkesl##op##_##shape##_##T##_LS2, kesl::serial, LIST, __VA_ARGS__)
 #define KESL_SERIAL_P(op, shape, T, LIST, ...)                                                                      \
     KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
     KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, kesl::serial, LIST, __VA_ARGS__)

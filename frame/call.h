@@ -41,4 +41,16 @@ template <class Member, class T, class Kernel, class General, class Wrapper, cla
     return serially<F>(kernel, general, args...);
 }
 
+// The body of an exported function without kernels. A member may name its checks by the forms of all its operands.
+template <class Member, class T, class... Args> inline KeslStatus direct(const Args&... args)
+{
+    constexpr Sequence sequence = [] {
+        if constexpr (requires { Member::template sequence<T, Args::form...>; }) return Member::template sequence<T, Args::form...>;
+        else return checksOf<Member, T, Args...>().of(std::max({Args::form...}));
+    }();
+    if (const KeslStatus status = checkAll<Member, sequence>(args...)) return status;
+    Member::run(args...);
+    return keslStatusOk;
+}
+
 } // namespace kesl

@@ -1,5 +1,6 @@
 // Element by element: dst(k, i, j) = f(src1(k, i, j), ...) over all objects and elements. A single source serves every
-// object. f is a template over a value: an element or a pack of them.
+// object, a constant every element. f is a template over a value: an element or a pack of them. A vector is a matrix of one
+// row, and says so by having One as its height.
 //
 // Each element is read before the same element is written, and nothing else is promised of overlap.
 #pragma once
@@ -12,9 +13,6 @@
 namespace kesl {
 
 // ---- Runs: dst[e] = f(src[e], ...) for n consecutive elements.
-
-// A source of a run that has one value.
-template <class T> struct Same { T x; };
 
 template <class V, class T> V valueAt(const T* src, std::int64_t e) { return loadPack<V>(src + e); }
 template <class V, class T> V valueAt(Same<T> src, std::int64_t) { return splat<V>(src.x); }
@@ -55,10 +53,20 @@ template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, aut
     mapBody(e, n, f, dst, src...);
 }
 
-// ---- One object of any size, or square of order n, by any views.
-template <int n> [[gnu::always_inline]] inline void mapObject(int height, int width, auto f, auto dst, auto... src)
+// Data as they are: nothing that could alter the bits of a NaN.
+struct Move {
+    auto operator()(auto x) const { return x; }
+};
+template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, Move, T* dst, const T* src)
 {
-    if constexpr (n > 0) height = width = n;
+    std::memcpy(dst, src, std::size_t(n) * sizeof(T));
+}
+
+// ---- One object, by any views. h and w are its sizes where these are fixed, and 0 where not.
+template <int h, int w> [[gnu::always_inline]] inline void mapObject(int height, int width, auto f, auto dst, auto... src)
+{
+    if constexpr (h > 0) height = h;
+    if constexpr (w > 0) width = w;
     if constexpr (requires { mapRun(width, f, dst.row(0), src.row(0)...); })
 #pragma GCC unroll 6
         for (int i = 0; i < height; ++i) mapRun(width, f, dst.row(i), src.row(i)...);
@@ -68,23 +76,62 @@ template <int n> [[gnu::always_inline]] inline void mapObject(int height, int wi
             for (int j = 0; j < width; ++j) dst(i, j) = f(src(i, j)...);
 }
 
+// A large object that is transposed: by blocks, in registers. The lanes of V are rows of the source.
+template <class V, class T> int moveTransposed(int j, int first, int last, int width, Rows<T> dst, Rows<const T> src)
+{
+    constexpr int c = perPiece<V>;
+    for (; j + lanes<V> <= width; j += lanes<V>) {
+        int i = first;
+        for (; i + c <= last; i += c) {
+            V x[c];
+            loadPieces([&](int l) { return src.row(j + l) + i; }, x);
+#pragma GCC unroll 4
+            for (int r = 0; r < c; ++r) storePack(dst.row(i + r) + j, x[r]);
+        }
+        for (; i < last; ++i) storePack(dst.row(i) + j, gathered<V>([&](int l) { return src.row(j + l) + i; }));
+    }
+    return j;
+}
+template <int h, int, class T> requires (h == 0)
+inline void mapObject(int height, int width, Move, Rows<T> dst, Transposed<Rows<const T>> src)
+{
+    constexpr int block = 64; // rows of dst, so that their pages stay known
+    for (int i = 0; i < height; i += std::min(block, height - i)) {
+        const int last = i + std::min(block, height - i);
+        int j = moveTransposed<Pack<T>>(0, i, last, width, dst, src.stored);
+        j = moveTransposed<Pack<T, 16>>(j, i, last, width, dst, src.stored);
+        for (; j < width; ++j)
+            for (int r = i; r < last; ++r) dst(r, j) = src(r, j);
+    }
+}
+
 // ---- What is known of an operand.
 template <class O> constexpr bool isTransposed = O::kind == Kind::transposed;
+template <class O> constexpr bool isConstant = O::kind == Kind::constants;
+template <class O> constexpr bool isArrayOfObjects = O::isArray && !isConstant<O>;
 
 // An object is a record if there is no gap between its rows, as it is stored.
 template <class O> bool isRecord(const O& o, int height, int width)
 {
-    return o.stride1 == std::int64_t(isTransposed<O> ? height : width) * O::elementSize;
+    if constexpr (isConstant<O> || O::kind == Kind::vector) return true;
+    else return height == 1 || o.stride1 == std::int64_t(isTransposed<O> ? height : width) * O::elementSize;
 }
 // It is one run of elements in the order in which it is read if it is not transposed besides.
 template <class O> bool isOneRun(const O& o, int height, int width)
 {
-    return !isTransposed<O> && (height == 1 || isRecord(o, height, width));
+    return !isTransposed<O> && isRecord(o, height, width);
 }
-// An array is one run if there is no gap between its objects either. (A single operand has no other objects.)
+// An array is one run if there is no gap between its objects either. Single operands and constants suit any array.
 template <class O> bool isPacked(const O& o, int height, int width)
 {
-    return !O::isArray || (isOneRun(o, height, width) && o.stride0 == std::int64_t(height) * width * O::elementSize);
+    if constexpr (!isArrayOfObjects<O>) return true;
+    else return isOneRun(o, height, width) && o.stride0 == std::int64_t(height) * width * O::elementSize;
+}
+// In a structure of arrays, the objects' values of an element lie side by side.
+template <class O> bool isSideBySide(const O& o)
+{
+    if constexpr (!O::isArray) return true;
+    else return !inL(O::form) && o.stride0 == int(sizeof(typename O::Element));
 }
 
 // ---- Arrays without any gap, and single operands beside them.
@@ -99,7 +146,7 @@ template <class O> struct Periodic {
     Periodic(const O& o, int, int, int) : p(o.address(0)) {}
     const auto* from(std::int64_t element) const { return p + element; }
 };
-template <class O> requires (!O::isArray) struct Periodic<O> {
+template <class O> requires (!O::isArray && !isConstant<O>) struct Periodic<O> {
     using T = typename O::Element;
     int each;
     T e[mostRepeated * (16 + 1)];
@@ -113,6 +160,21 @@ template <class O> requires (!O::isArray) struct Periodic<O> {
     }
     const T* from(std::int64_t element) const { return e + element % each; }
 };
+template <class O> requires (!O::isArray && isConstant<O>) struct Periodic<O> {
+    Same<typename O::Element> same;
+    Periodic(const O& o, int, int, int) : same{o.x} {}
+    auto from(std::int64_t) const { return same; }
+};
+template <class O> requires (O::isArray && isConstant<O>) struct Periodic<O> {
+    O o;
+    Periodic(const O& constants, int, int, int) : o(constants) {}
+    template <class V> V each(int k) const
+    {
+        if constexpr (lanes<V> == 1) return *o.address(k);
+        else if (isSideBySide(o)) return loadPack<V>(o.address(k));
+        else return gathered<V>(lanesOf(o, k));
+    }
+};
 
 template <class T> void mapPieces(int each, int count, auto f, T* dst, const auto&... src)
 {
@@ -122,60 +184,143 @@ template <class T> void mapPieces(int each, int count, auto f, T* dst, const aut
     for (; e < n; e += piece) mapBody(0, std::min(piece, n - e), f, dst + e, src.from(e)...);
 }
 
+// Vectors of a fixed length n with a constant for each: as many as a pack has lanes are n packs, over which the constants
+// are spread.
+template <int n, int e, int lanes> struct OwnerOf {
+    static constexpr int of(int l) { return (e * lanes + l) / n; }
+};
+
+// A source of the objects k, k + 1, ... in the lanes of V, as a function that gives pack e of their n.
+template <int n, class V> [[gnu::always_inline]] inline auto packsOf(const auto& src, int k)
+{
+    if constexpr (requires { src.template each<V>(k); })
+        return [x = src.template each<V>(k)](auto e) {
+            if constexpr (lanes<V> == 1) return x;
+            else return shuffled<OwnerOf<n, e, lanes<V>>, lanes<V>>(x, x);
+        };
+    else return [run = src.from(std::int64_t(k) * n)](auto e) { return valueAt<V>(run, e * lanes<V>); };
+}
+template <int n, class T> [[gnu::always_inline]] inline void mapVectors(int count, auto f, T* dst, const auto&... src)
+{
+    eachPack<T>(count, [&]<class V>(Objects<V> k) {
+        T* const to = dst + std::int64_t(k.first) * n;
+        const auto step = [&](auto... packs) {
+            const auto store = [&](auto e) { storePack<V>(to + e * lanes<V>, f(packs(e)...)); };
+            [&]<int... e>(std::integer_sequence<int, e...>) { (store(Fixed<e>{}), ...); }(std::make_integer_sequence<int, n>{});
+        };
+        step(packsOf<n, V>(src, k.first)...);
+        return KeslStatus(keslStatusOk);
+    });
+}
+
 // ---- Roads for the layouts and strides of a call.
+
+// f(h, w) with the sizes of square matrices and the length of vectors where they are 3 to 6.
+[[gnu::always_inline]] inline void withShape(int height, int width, auto f)
+{
+    withOrder(width == height ? width : 0, [&](auto n) { f(n, n); });
+}
+[[gnu::always_inline]] inline void withShape(One, int length, auto f)
+{
+    withOrder(length, [&](auto n) { f(One{}, n); });
+}
 
 // A source along the objects, at one of its elements.
 template <class O> auto alongObjects(const O& o, int i, int j, int height, int width)
 {
-    auto& first = o.object(0, height, width)(i, j);
-    if constexpr (O::isArray) return &first;
-    else return Same<typename O::Element>{first};
+    if constexpr (isConstant<O> && O::isArray) return o.address(0);
+    else if constexpr (O::isArray) return static_cast<const typename O::Element*>(&o.object(0, height, width)(i, j));
+    else return Same<typename O::Element>{o.object(0, height, width)(i, j)};
 }
 
-template <class V, int n> [[gnu::always_inline]] inline void mapBlock(Block<V, n, n>& dst, auto f, const auto&... src)
+// The objects of a pack, read as a block; a constant needs none.
+template <int h, int w, class V, class O> [[gnu::always_inline]] inline auto blockOf(const O& o, Objects<V> k)
 {
-    eachElement<n, n>([&](int i, int j) { dst(i, j) = f(src(i, j)...); });
+    if constexpr (isConstant<O>) return Same<V>{splat<V>(o.x)};
+    else return load<h, w, true>(o, k);
+}
+template <class V, int h, int w> [[gnu::always_inline]] inline void mapBlock(Block<V, h, w>& dst, auto f, const auto&... src)
+{
+    eachElement<h, w>([&](int i, int j) { dst(i, j) = f(src(i, j)...); });
+}
+// Whether the objects of an operand can be read and written in packs without much ado.
+template <class O> bool suitsPacks(const O& o, int height, int width)
+{
+    if constexpr (!O::isArray) return true;
+    else if constexpr (contiguousRows(O::form)) return isRecord(o, height, width);
+    else return isSideBySide(o);
 }
 
 template <class Dst, class... Src>
-[[gnu::always_inline]] inline void map(int height, int width, auto count, auto f, const Dst& dst, const Src&... src)
+[[gnu::always_inline]] inline void map(auto height, int width, auto count, auto f, const Dst& dst, const Src&... src)
 {
     using T = typename Dst::Element;
-    constexpr Form F = Dst::form;
+    constexpr bool array = Dst::isArray;
+    constexpr bool standard = Dst::form == S && ((isConstant<Src> || Src::form == S) && ...);
+    constexpr bool contiguous = contiguousRows(Dst::form) && ((isConstant<Src> || contiguousRows(Src::form)) && ...);
+    constexpr bool noneContiguous = !contiguousRows(Dst::form) && ((!isArrayOfObjects<Src> || !contiguousRows(Src::form)) && ...);
+    constexpr bool constants = ((isConstant<Src> && Src::isArray) || ...); // of vectors only
+    constexpr bool transposedArray = ((isTransposed<Src> && Src::isArray) || ...);
     const std::int64_t each = std::int64_t(height) * width;
 
-    if constexpr (F == S && Dst::isArray)
+    if constexpr (array && standard)
         if (isPacked(dst, height, width) && (isPacked(src, height, width) && ...)) {
-            if constexpr ((Src::isArray && ...)) return mapRun(each * count, f, dst.address(0), src.address(0)...);
+            if constexpr (constants) {
+                bool done = false;
+                withOrder(width, [&](auto n) {
+                    if constexpr (n > 0) {
+                        mapVectors<n>(count, f, dst.address(0), Periodic<Src>(src, 1, n, count)...);
+                        done = true;
+                    }
+                });
+                if (done) return;
+            } else if constexpr (((isArrayOfObjects<Src> || isConstant<Src>) && ...))
+                return mapRun(each * count, f, dst.address(0), Periodic<Src>(src, height, width, count).from(0)...);
             else if (each <= mostRepeated && count >= fewObjects)
                 return mapPieces(int(each), count, f, dst.address(0), Periodic<Src>(src, height, width, count)...);
         }
-    if constexpr ((F == S2 || F == P) && Dst::isArray) // structure of arrays
-        if (dst.stride0 == dst.elementSize && ((!Src::isArray || src.stride0 == src.elementSize) && ...)) {
+    if constexpr (array && noneContiguous) // structure of arrays
+        if (isSideBySide(dst) && (isSideBySide(src) && ...)) {
             for (int i = 0; i < height; ++i)
                 for (int j = 0; j < width; ++j)
                     mapRun(count, f, &dst.object(0, height, width)(i, j), alongObjects(src, i, j, height, width)...);
             return;
         }
-    withOrder(width == height ? width : 0, [&](auto n) {
-        if constexpr (contiguousRows(F)) {
-            if constexpr (n > 0 && ((isTransposed<Src> && Src::isArray) || ...))
-                if (isRecord(dst, n, n) && ((!Src::isArray || isRecord(src, n, n)) && ...)) {
-                    eachPack<T>(count, [&]<class V>(Objects<V> k) { // transposed in registers
-                        Block<V, n, n> x;
-                        mapBlock(x, f, load<n, n, true>(src, k)...);
-                        store<true>(dst, k, x);
-                        return KeslStatus(keslStatusOk);
-                    });
-                    return;
-                }
-            if (isOneRun(dst, height, width) && (isOneRun(src, height, width) && ...)) {
-                for (int k = 0; k < count; ++k) mapRun(n > 0 ? n * n : each, f, dst.address(k), src.address(k)...);
+    withShape(height, width, [&](auto h, auto w) {
+        // Transposed in registers, and from or to a structure of arrays.
+        if constexpr (array && w > 0 && (contiguous ? transposedArray : !noneContiguous))
+            if (suitsPacks(dst, h, w) && (suitsPacks(src, h, w) && ...)) {
+                eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    Block<V, h, w> x;
+                    mapBlock(x, f, blockOf<h, w>(src, k)...);
+                    store<true>(dst, k, x);
+                    return KeslStatus(keslStatusOk);
+                });
                 return;
             }
-        }
+        if constexpr (contiguous && !(isTransposed<Src> || ...))
+            if (isOneRun(dst, height, width) && (isOneRun(src, height, width) && ...)) {
+                for (int k = 0; k < count; ++k)
+                    mapRun(w > 0 ? h * w : each, f, dst.object(k, h, w).row(0), src.object(k, h, w).row(0)...);
+                return;
+            }
         for (int k = 0; k < count; ++k)
-            mapObject<n>(height, width, f, dst.object(k, height, width), src.object(k, height, width)...);
+            mapObject<h, w>(height, width, f, dst.object(k, height, width), src.object(k, height, width)...);
+    });
+}
+
+// dst = src, which may have different layouts. Whether rows are contiguous is found out for each of the two.
+[[gnu::always_inline]] inline void inOwnForm(const auto& o, auto f)
+{
+    constexpr Form F = std::remove_cvref_t<decltype(o)>::form;
+    if constexpr (F == S2 || F == LS2)
+        if (o.rowsAreContiguous()) return f(o.template as<F == S2 ? S : L>());
+    f(o);
+}
+inline void move(auto height, int width, auto count, const auto& dst, const auto& src)
+{
+    inOwnForm(dst, [&](const auto& to) {
+        inOwnForm(src, [&](const auto& from) { map(height, width, count, Move{}, to, from); });
     });
 }
 

@@ -46,6 +46,12 @@ template <class T, Kind K, bool array, Form F> struct Operand {
     Pointer p;
     int shift = 0, stride0 = 0, stride1 = 0, stride2 = sizeof(T);
 
+    // The same operand in form G, which must be true of it.
+    template <Form G> Operand<T, K, array, G> as() const
+    {
+        return {.p = p, .shift = shift, .stride0 = stride0, .stride1 = stride1, .stride2 = stride2};
+    }
+
     // ---- the checks
     static constexpr bool wholeElements(int bytes) { return (bytes & int(sizeof(T) - 1)) == 0; }
     static constexpr bool good(int stride) { return stride >= 1 && wholeElements(stride); }
@@ -80,7 +86,8 @@ template <class T, Kind K, bool array, Form F> struct Operand {
     // ---- object k as a view of height by width elements, the sizes being those of the matrix as it is read
     auto object(int k, int height, int width) const
     {
-        if constexpr (kind == Kind::transposed) return Transposed{stored(k, height)};
+        if constexpr (kind == Kind::constants) return Same<Element>{*address(k)};
+        else if constexpr (kind == Kind::transposed) return Transposed{stored(k, height)};
         else return stored(k, width);
     }
     // The same without the transposition. `pitch` is the row length of a P list.
@@ -112,6 +119,17 @@ template <class T, Form F> using v  = Operand<T, Kind::vector, false, F>;
 template <class T, Form F> using va = Operand<T, Kind::vector, true, F>;
 template <class T, Form F> using ca = Operand<T, Kind::constants, true, F>;
 
+// A constant by value, the same for every element of every object.
+template <class T> struct c : Argument {
+    static constexpr Kind kind = Kind::constants;
+    using Element = T;
+    T x;
+    explicit c(T value) : x(value) {}
+    c slice(int, int, void*) const { return *this; }
+    template <Form> std::tuple<T> list() const { return x; }
+    Same<T> object(int, int, int) const { return {x}; }
+};
+
 // ---- The other arguments.
 
 struct Size : Argument {
@@ -132,6 +150,13 @@ struct Count : Argument {
     std::tuple<unsigned> sizes() const { return unsigned(n); }
     Count slice(int, int objects, void*) const { return Count(objects); }
     template <Form> std::tuple<int> list() const { return n; }
+};
+
+// A destination without strides: object behind object, row behind row.
+template <class T> struct Packed : Argument {
+    T* p;
+    explicit Packed(T* pointer) : p(pointer) {}
+    bool pointerOk() const { return p != nullptr; }
 };
 
 // Scratch of the caller; in a team each thread has a share of its own instead.

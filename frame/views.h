@@ -44,4 +44,11 @@ template <class View> struct Transposed {
 };
 template <class View> Transposed(View) -> Transposed<View>;
 
+// The same value at each element.
+template <class T> struct Same {
+    T x;
+    Same row(int) const { return *this; }
+    T operator()(int, int) const { return x; }
+};
+
 } // namespace kesl

@@ -482,6 +482,647 @@ KeslStatus keslSub_tata_64f_P(const double *const *src1, int src1RoiShift, int s
     int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int width, int height,
     int count);
 
+/* ------------------------------------------------------------------------------------ keslAdd on vectors and constants
+ * dst = src1 + src2 or src + val, element by element: one addition for each element, rounded to the element type.
+ *
+ * Shapes     vv, vc (single);  vav, vava (a single vector is added to each object; two arrays object by object);
+ *            vac (one constant for all objects);  vaca (a constant for each object);
+ *            vca (one vector and count constants make count vectors: dst(k) = src + val(k)).
+ *            Addition commutes: a sum in another order is one of these.
+ * Sizes      len: the length of every vector.
+ * val        By value it is the last argument. An array of constants has a base pointer and valStride0 in the standard layout
+ *            and in P, and a list of pointers with valRoiShift in L.
+ * Overlap    None.
+ * Status     vav: N S B C (L: N S B R C, P: N S B C R), the count behind the strides; all others in the usual order.
+ *            Not tested: the roiShifts of keslAdd_vca_64f_P; srcStride0 of keslAdd_vaca_32f_P.
+ *            Overflow and NaN are not reported. keslStatusOk once the arguments are good.
+ */
+KeslStatus keslAdd_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int dstStride2, int len);
+KeslStatus keslAdd_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    float *const *dst, int dstRoiShift, int len);
+KeslStatus keslAdd_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2, double *dst,
+    int dstStride2, int len);
+KeslStatus keslAdd_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2, int src2RoiShift,
+    double *const *dst, int dstRoiShift, int len);
+KeslStatus keslAdd_vc_32f(const float *src, int srcStride2, float *dst, int dstStride2, int len, float val);
+KeslStatus keslAdd_vc_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int len,
+    float val);
+KeslStatus keslAdd_vc_64f(const double *src, int srcStride2, double *dst, int dstStride2, int len, double val);
+KeslStatus keslAdd_vc_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int len,
+    double val);
+KeslStatus keslAdd_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2, int src2Stride2,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride0,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *const *src2,
+    int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2, int src2Stride0,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *const *src2,
+    int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, const double *const *src2,
+    int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vac_32f(const float *src, int srcStride0, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count, float val);
+KeslStatus keslAdd_vac_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslAdd_vac_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslAdd_vac_64f(const double *src, int srcStride0, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count, double val);
+KeslStatus keslAdd_vac_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslAdd_vac_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, double val);
+KeslStatus keslAdd_vaca_32f(const float *src, int srcStride0, int srcStride2, const float *val, int valStride0,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vaca_32f_L(const float *const *src, int srcRoiShift, int srcStride2, const float *const *val,
+    int valRoiShift, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vaca_32f_P(const float *const *src, int srcRoiShift, int srcStride0, const float *val,
+    int valStride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vaca_64f(const double *src, int srcStride0, int srcStride2, const double *val, int valStride0,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vaca_64f_L(const double *const *src, int srcRoiShift, int srcStride2, const double *const *val,
+    int valRoiShift, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vaca_64f_P(const double *const *src, int srcRoiShift, int srcStride0, const double *val,
+    int valStride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vca_32f(const float *src, int srcStride2, const float *val, int valStride0, float *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vca_32f_L(const float *src, int srcStride2, const float *const *val, int valRoiShift,
+    float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vca_32f_P(const float *const *src, int srcRoiShift, const float *val, int valStride0,
+    float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslAdd_vca_64f(const double *src, int srcStride2, const double *val, int valStride0, double *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslAdd_vca_64f_L(const double *src, int srcStride2, const double *const *val, int valRoiShift,
+    double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslAdd_vca_64f_P(const double *const *src, int srcRoiShift, const double *val, int valStride0,
+    double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+
+/* ------------------------------------------------------------------------------------ keslSub on vectors and constants
+ * dst = the first operand minus the second, element by element: one subtraction for each element, rounded to the element type.
+ *
+ * Shapes     vv, vc, cv (single);  vav (a single vector is subtracted from each object);  vva (each object from a single
+ *            vector);  vava (two arrays);  vac, cva (one constant for all objects, subtracted or subtracted from);
+ *            vaca, cava (a constant for each object);  vca, cav (one vector and count constants make count vectors:
+ *            src - val(k), val(k) - src).
+ * Arguments  cv, cva, cava and cav take those of vc, vac, vaca and vca: first the vector, then the constant. The letters tell
+ *            only which is subtracted from which: c in front, and the vector is subtracted from the constant.
+ * Sizes      len: the length of every vector.
+ * val        By value it is the last argument. An array of constants has a base pointer and valStride0 in the standard layout
+ *            and in P, and a list of pointers with valRoiShift in L.
+ * Overlap    None.
+ * Status     vav: N S B C (L: N S B R C, P: N S B C R), the count behind the strides; all others in the usual order.
+ *            Not tested: the roiShifts of keslSub_cav_32f_P.
+ *            Overflow and NaN are not reported. keslStatusOk once the arguments are good.
+ * Threads    Whether cva is threaded depends on count alone, not on len; keslSub_vva_64f_P never is.
+ */
+KeslStatus keslSub_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int dstStride2, int len);
+KeslStatus keslSub_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    float *const *dst, int dstRoiShift, int len);
+KeslStatus keslSub_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2, double *dst,
+    int dstStride2, int len);
+KeslStatus keslSub_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2, int src2RoiShift,
+    double *const *dst, int dstRoiShift, int len);
+KeslStatus keslSub_vc_32f(const float *src, int srcStride2, float *dst, int dstStride2, int len, float val);
+KeslStatus keslSub_vc_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int len,
+    float val);
+KeslStatus keslSub_vc_64f(const double *src, int srcStride2, double *dst, int dstStride2, int len, double val);
+KeslStatus keslSub_vc_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int len,
+    double val);
+KeslStatus keslSub_cv_32f(const float *src, int srcStride2, float *dst, int dstStride2, int len, float val);
+KeslStatus keslSub_cv_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int len,
+    float val);
+KeslStatus keslSub_cv_64f(const double *src, int srcStride2, double *dst, int dstStride2, int len, double val);
+KeslStatus keslSub_cv_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int len,
+    double val);
+KeslStatus keslSub_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2, int src2Stride2,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vva_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride0, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vva_32f_L(const float *src1, int src1Stride2, const float *const *src2, int src2RoiShift,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vva_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vva_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride0, int src2Stride2,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vva_64f_L(const double *src1, int src1Stride2, const double *const *src2, int src2RoiShift,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vva_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2, int src2RoiShift,
+    int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride0,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *const *src2,
+    int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2, int src2Stride0,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *const *src2,
+    int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, const double *const *src2,
+    int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vac_32f(const float *src, int srcStride0, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count, float val);
+KeslStatus keslSub_vac_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslSub_vac_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslSub_vac_64f(const double *src, int srcStride0, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count, double val);
+KeslStatus keslSub_vac_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslSub_vac_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, double val);
+KeslStatus keslSub_cva_32f(const float *src, int srcStride0, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count, float val);
+KeslStatus keslSub_cva_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslSub_cva_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslSub_cva_64f(const double *src, int srcStride0, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count, double val);
+KeslStatus keslSub_cva_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslSub_cva_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, double val);
+KeslStatus keslSub_vaca_32f(const float *src, int srcStride0, int srcStride2, const float *val, int valStride0,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vaca_32f_L(const float *const *src, int srcRoiShift, int srcStride2, const float *const *val,
+    int valRoiShift, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vaca_32f_P(const float *const *src, int srcRoiShift, int srcStride0, const float *val,
+    int valStride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vaca_64f(const double *src, int srcStride0, int srcStride2, const double *val, int valStride0,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vaca_64f_L(const double *const *src, int srcRoiShift, int srcStride2, const double *const *val,
+    int valRoiShift, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vaca_64f_P(const double *const *src, int srcRoiShift, int srcStride0, const double *val,
+    int valStride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_cava_32f(const float *src, int srcStride0, int srcStride2, const float *val, int valStride0,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_cava_32f_L(const float *const *src, int srcRoiShift, int srcStride2, const float *const *val,
+    int valRoiShift, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_cava_32f_P(const float *const *src, int srcRoiShift, int srcStride0, const float *val,
+    int valStride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_cava_64f(const double *src, int srcStride0, int srcStride2, const double *val, int valStride0,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_cava_64f_L(const double *const *src, int srcRoiShift, int srcStride2, const double *const *val,
+    int valRoiShift, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_cava_64f_P(const double *const *src, int srcRoiShift, int srcStride0, const double *val,
+    int valStride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vca_32f(const float *src, int srcStride2, const float *val, int valStride0, float *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vca_32f_L(const float *src, int srcStride2, const float *const *val, int valRoiShift,
+    float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vca_32f_P(const float *const *src, int srcRoiShift, const float *val, int valStride0,
+    float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_vca_64f(const double *src, int srcStride2, const double *val, int valStride0, double *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_vca_64f_L(const double *src, int srcStride2, const double *const *val, int valRoiShift,
+    double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_vca_64f_P(const double *const *src, int srcRoiShift, const double *val, int valStride0,
+    double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_cav_32f(const float *src, int srcStride2, const float *val, int valStride0, float *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_cav_32f_L(const float *src, int srcStride2, const float *const *val, int valRoiShift,
+    float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_cav_32f_P(const float *const *src, int srcRoiShift, const float *val, int valStride0,
+    float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslSub_cav_64f(const double *src, int srcStride2, const double *val, int valStride0, double *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslSub_cav_64f_L(const double *src, int srcStride2, const double *const *val, int valRoiShift,
+    double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslSub_cav_64f_P(const double *const *src, int srcRoiShift, const double *val, int valStride0,
+    double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+
+/* ------------------------------------------------------------------------------------------------ keslMul by constants
+ * dst = src * val, element by element: one product for each element, rounded to the element type.
+ *
+ * Shapes     mc, tc, vc (single);  mac, tac, vac (one constant for all objects);  vaca (a constant for each object);
+ *            vca (one vector and count constants make count vectors: dst(k) = src * val(k)).
+ * Sizes      width, height: those of the result; an operand t is stored with width rows of height elements. len: the length
+ *            of every vector.
+ * val        By value it is the last argument. An array of constants has a base pointer and valStride0 in the standard layout
+ *            and in P, and a list of pointers with valRoiShift in L. Any value is good, 0 too (which makes NaN of infinity).
+ * Overlap    dst may be the same storage as src, with the same strides, in mc, mac, vc and vac.
+ * Status     In the usual order. Overflow and NaN are not reported. keslStatusOk once the arguments are good.
+ */
+KeslStatus keslMul_mc_32f(const float *src, int srcStride1, int srcStride2, float *dst, int dstStride1,
+    int dstStride2, int width, int height, float val);
+KeslStatus keslMul_mc_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int width,
+    int height, float val);
+KeslStatus keslMul_mc_64f(const double *src, int srcStride1, int srcStride2, double *dst, int dstStride1,
+    int dstStride2, int width, int height, double val);
+KeslStatus keslMul_mc_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int width,
+    int height, double val);
+KeslStatus keslMul_tc_32f(const float *src, int srcStride1, int srcStride2, float *dst, int dstStride1,
+    int dstStride2, int width, int height, float val);
+KeslStatus keslMul_tc_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int width,
+    int height, float val);
+KeslStatus keslMul_tc_64f(const double *src, int srcStride1, int srcStride2, double *dst, int dstStride1,
+    int dstStride2, int width, int height, double val);
+KeslStatus keslMul_tc_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int width,
+    int height, double val);
+KeslStatus keslMul_mac_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int width, int height, int count, float val);
+KeslStatus keslMul_mac_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count, float val);
+KeslStatus keslMul_mac_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int width, int height, int count, float val);
+KeslStatus keslMul_mac_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int width, int height, int count, double val);
+KeslStatus keslMul_mac_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count,
+    double val);
+KeslStatus keslMul_mac_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int width, int height, int count, double val);
+KeslStatus keslMul_tac_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int width, int height, int count, float val);
+KeslStatus keslMul_tac_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count, float val);
+KeslStatus keslMul_tac_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int width, int height, int count, float val);
+KeslStatus keslMul_tac_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int width, int height, int count, double val);
+KeslStatus keslMul_tac_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count,
+    double val);
+KeslStatus keslMul_tac_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int width, int height, int count, double val);
+KeslStatus keslMul_vc_32f(const float *src, int srcStride2, float *dst, int dstStride2, int len, float val);
+KeslStatus keslMul_vc_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift, int len,
+    float val);
+KeslStatus keslMul_vc_64f(const double *src, int srcStride2, double *dst, int dstStride2, int len, double val);
+KeslStatus keslMul_vc_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift, int len,
+    double val);
+KeslStatus keslMul_vac_32f(const float *src, int srcStride0, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count, float val);
+KeslStatus keslMul_vac_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslMul_vac_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslMul_vac_64f(const double *src, int srcStride0, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count, double val);
+KeslStatus keslMul_vac_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslMul_vac_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count, double val);
+KeslStatus keslMul_vaca_32f(const float *src, int srcStride0, int srcStride2, const float *val, int valStride0,
+    float *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslMul_vaca_32f_L(const float *const *src, int srcRoiShift, int srcStride2, const float *const *val,
+    int valRoiShift, float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslMul_vaca_32f_P(const float *const *src, int srcRoiShift, int srcStride0, const float *val,
+    int valStride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslMul_vaca_64f(const double *src, int srcStride0, int srcStride2, const double *val, int valStride0,
+    double *dst, int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslMul_vaca_64f_L(const double *const *src, int srcRoiShift, int srcStride2, const double *const *val,
+    int valRoiShift, double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslMul_vaca_64f_P(const double *const *src, int srcRoiShift, int srcStride0, const double *val,
+    int valStride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslMul_vca_32f(const float *src, int srcStride2, const float *val, int valStride0, float *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslMul_vca_32f_L(const float *src, int srcStride2, const float *const *val, int valRoiShift,
+    float *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslMul_vca_32f_P(const float *const *src, int srcRoiShift, const float *val, int valStride0,
+    float *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslMul_vca_64f(const double *src, int srcStride2, const double *val, int valStride0, double *dst,
+    int dstStride0, int dstStride2, int len, int count);
+KeslStatus keslMul_vca_64f_L(const double *src, int srcStride2, const double *const *val, int valRoiShift,
+    double *const *dst, int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslMul_vca_64f_P(const double *const *src, int srcRoiShift, const double *val, int valStride0,
+    double *const *dst, int dstRoiShift, int dstStride0, int len, int count);
+
+/* ----------------------------------------------------------------------------------------------------------- keslSaxpy
+ * dst = src1 * val + src2, element by element: the product is rounded to the element type, then the sum.
+ *
+ * Shapes     vv (single);  vav (src2 is a single vector);  vva (src1 is);  vava (two arrays, object by object).
+ * Sizes      len: the length of every vector.
+ * val        By value, the last argument. Any value is good, 0 too (which makes NaN of infinity).
+ * Overlap    vv: dst may be the same storage as src2, with the same stride.
+ * Status     In the usual order. Overflow and NaN are not reported. keslStatusOk once the arguments are good.
+ */
+KeslStatus keslSaxpy_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int dstStride2, int len, float val);
+KeslStatus keslSaxpy_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    float *const *dst, int dstRoiShift, int len, float val);
+KeslStatus keslSaxpy_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2, double *dst,
+    int dstStride2, int len, double val);
+KeslStatus keslSaxpy_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift, int len, double val);
+KeslStatus keslSaxpy_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count, float val);
+KeslStatus keslSaxpy_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslSaxpy_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslSaxpy_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count, double val);
+KeslStatus keslSaxpy_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslSaxpy_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, double *const *dst, int dstRoiShift, int dstStride0, int len,
+    int count, double val);
+KeslStatus keslSaxpy_vva_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride0, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count, float val);
+KeslStatus keslSaxpy_vva_32f_L(const float *src1, int src1Stride2, const float *const *src2, int src2RoiShift,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count, float val);
+KeslStatus keslSaxpy_vva_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count, float val);
+KeslStatus keslSaxpy_vva_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride0,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count, double val);
+KeslStatus keslSaxpy_vva_64f_L(const double *src1, int src1Stride2, const double *const *src2, int src2RoiShift,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count, double val);
+KeslStatus keslSaxpy_vva_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int len, int count,
+    double val);
+KeslStatus keslSaxpy_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride0,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int len, int count, float val);
+KeslStatus keslSaxpy_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *const *src2,
+    int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count,
+    float val);
+KeslStatus keslSaxpy_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count,
+    float val);
+KeslStatus keslSaxpy_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count, double val);
+KeslStatus keslSaxpy_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2,
+    int len, int count, double val);
+KeslStatus keslSaxpy_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int len, int count, double val);
+
+/* ----------------------------------------------------------------------------------------------------------- keslLComb
+ * dst = src1 * val1 + src2 * val2, element by element: each product is rounded to the element type, then the sum.
+ *
+ * Shapes     vv (single);  vav (src2 is a single vector);  vava (two arrays, object by object).
+ * Sizes      len: the length of every vector.
+ * val1, val2 By value, the last arguments. Any value is good, 0 too (which makes NaN of infinity).
+ * Overlap    None.
+ * Status     In the usual order. Overflow and NaN are not reported. keslStatusOk once the arguments are good.
+ */
+KeslStatus keslLComb_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
+    int dstStride2, int len, float val1, float val2);
+KeslStatus keslLComb_vv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2, int src2RoiShift,
+    float *const *dst, int dstRoiShift, int len, float val1, float val2);
+KeslStatus keslLComb_vv_64f(const double *src1, int src1Stride2, const double *src2, int src2Stride2, double *dst,
+    int dstStride2, int len, double val1, double val2);
+KeslStatus keslLComb_vv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift, int len, double val1, double val2);
+KeslStatus keslLComb_vav_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride2,
+    float *dst, int dstStride0, int dstStride2, int len, int count, float val1, float val2);
+KeslStatus keslLComb_vav_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *src2,
+    int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count, float val1, float val2);
+KeslStatus keslLComb_vav_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift, int dstStride0, int len, int count, float val1, float val2);
+KeslStatus keslLComb_vav_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count, double val1, double val2);
+KeslStatus keslLComb_vav_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2, const double *src2,
+    int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2, int len, int count, double val1,
+    double val2);
+KeslStatus keslLComb_vav_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, double *const *dst, int dstRoiShift, int dstStride0, int len,
+    int count, double val1, double val2);
+KeslStatus keslLComb_vava_32f(const float *src1, int src1Stride0, int src1Stride2, const float *src2, int src2Stride0,
+    int src2Stride2, float *dst, int dstStride0, int dstStride2, int len, int count, float val1, float val2);
+KeslStatus keslLComb_vava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride2, const float *const *src2,
+    int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2, int len, int count,
+    float val1, float val2);
+KeslStatus keslLComb_vava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int len, int count,
+    float val1, float val2);
+KeslStatus keslLComb_vava_64f(const double *src1, int src1Stride0, int src1Stride2, const double *src2,
+    int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2, int len, int count, double val1,
+    double val2);
+KeslStatus keslLComb_vava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride2,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2,
+    int len, int count, double val1, double val2);
+KeslStatus keslLComb_vava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int len, int count, double val1, double val2);
+
+/* ------------------------------------------------------------------------------------------------------------ keslCopy
+ * dst = src, from one layout to another. No arithmetic is done: every bit pattern arrives as it is, a signalling NaN too.
+ *
+ * Layouts    The two letters at the end are those of the source and of the destination, S for the standard layout.
+ * Shapes     ma, va: arrays of matrices and of vectors.
+ * Sizes      width, height; len.
+ * Overlap    None.
+ * Status     N S C, then B (stride1 and stride2), R (each operand in L or P) and last b: stride0 (each operand not in L), which
+ *            is tested only where count is above 1; with one object it may hold anything. The order is B R b, but R B b in
+ *            keslCopy_va_32f_SP and keslCopy_va_32f_LP. Then keslStatusOk.
+ * Threads    Never threaded.
+ */
+KeslStatus keslCopy_ma_32f_SS(const float *src, int srcStride0, int srcStride1, int srcStride2, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_32f_SL(const float *src, int srcStride0, int srcStride1, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_32f_SP(const float *src, int srcStride0, int srcStride1, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride0, int width, int height, int count);
+KeslStatus keslCopy_ma_32f_LS(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_32f_LL(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_32f_LP(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *const *dst, int dstRoiShift, int dstStride0, int width, int height, int count);
+KeslStatus keslCopy_ma_32f_PS(const float *const *src, int srcRoiShift, int srcStride0, float *dst, int dstStride0,
+    int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_32f_PL(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_32f_PP(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_SS(const double *src, int srcStride0, int srcStride1, int srcStride2, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_SL(const double *src, int srcStride0, int srcStride1, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_SP(const double *src, int srcStride0, int srcStride1, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride0, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_LS(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_LL(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_LP(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *const *dst, int dstRoiShift, int dstStride0, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_PS(const double *const *src, int srcRoiShift, int srcStride0, double *dst, int dstStride0,
+    int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_PL(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslCopy_ma_64f_PP(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int width, int height, int count);
+KeslStatus keslCopy_va_32f_SS(const float *src, int srcStride0, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count);
+KeslStatus keslCopy_va_32f_SL(const float *src, int srcStride0, int srcStride2, float *const *dst, int dstRoiShift,
+    int dstStride2, int len, int count);
+KeslStatus keslCopy_va_32f_SP(const float *src, int srcStride0, int srcStride2, float *const *dst, int dstRoiShift,
+    int dstStride0, int len, int count);
+KeslStatus keslCopy_va_32f_LS(const float *const *src, int srcRoiShift, int srcStride2, float *dst, int dstStride0,
+    int dstStride2, int len, int count);
+KeslStatus keslCopy_va_32f_LL(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslCopy_va_32f_LP(const float *const *src, int srcRoiShift, int srcStride2, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslCopy_va_32f_PS(const float *const *src, int srcRoiShift, int srcStride0, float *dst, int dstStride0,
+    int dstStride2, int len, int count);
+KeslStatus keslCopy_va_32f_PL(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslCopy_va_32f_PP(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslCopy_va_64f_SS(const double *src, int srcStride0, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count);
+KeslStatus keslCopy_va_64f_SL(const double *src, int srcStride0, int srcStride2, double *const *dst, int dstRoiShift,
+    int dstStride2, int len, int count);
+KeslStatus keslCopy_va_64f_SP(const double *src, int srcStride0, int srcStride2, double *const *dst, int dstRoiShift,
+    int dstStride0, int len, int count);
+KeslStatus keslCopy_va_64f_LS(const double *const *src, int srcRoiShift, int srcStride2, double *dst, int dstStride0,
+    int dstStride2, int len, int count);
+KeslStatus keslCopy_va_64f_LL(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslCopy_va_64f_LP(const double *const *src, int srcRoiShift, int srcStride2, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count);
+KeslStatus keslCopy_va_64f_PS(const double *const *src, int srcRoiShift, int srcStride0, double *dst, int dstStride0,
+    int dstStride2, int len, int count);
+KeslStatus keslCopy_va_64f_PL(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride2, int len, int count);
+KeslStatus keslCopy_va_64f_PP(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int len, int count);
+
+/* --------------------------------------------------------------------------------------------------------- keslExtract
+ * dst = src, packed: object behind object, row behind row, without any gap. No arithmetic is done: every bit pattern arrives
+ * as it is, a signalling NaN too.
+ *
+ * Shapes     m, t, v (single);  ma, ta, va (arrays). t and ta are read transposed, so that dst is their transpose.
+ * Sizes      width, height: those of the result; an operand t is stored with width rows of height elements. len: the length
+ *            of every vector. dst holds width*height or len elements for each object.
+ * Overlap    None.
+ * Status     m, t: N S B (P: S N R, sizes before pointers);  v: N S B (P: N S R in float, S N R in double);
+ *            ma, ta, va: N S C B (L, P: N S C R B). Then keslStatusOk.
+ * Threads    Never threaded.
+ */
+KeslStatus keslExtract_m_32f(const float *src, int srcStride1, int srcStride2, float *dst, int width, int height);
+KeslStatus keslExtract_m_32f_P(const float *const *src, int srcRoiShift, float *dst, int width, int height);
+KeslStatus keslExtract_m_64f(const double *src, int srcStride1, int srcStride2, double *dst, int width, int height);
+KeslStatus keslExtract_m_64f_P(const double *const *src, int srcRoiShift, double *dst, int width, int height);
+KeslStatus keslExtract_t_32f(const float *src, int srcStride1, int srcStride2, float *dst, int width, int height);
+KeslStatus keslExtract_t_32f_P(const float *const *src, int srcRoiShift, float *dst, int width, int height);
+KeslStatus keslExtract_t_64f(const double *src, int srcStride1, int srcStride2, double *dst, int width, int height);
+KeslStatus keslExtract_t_64f_P(const double *const *src, int srcRoiShift, double *dst, int width, int height);
+KeslStatus keslExtract_v_32f(const float *src, int srcStride2, float *dst, int len);
+KeslStatus keslExtract_v_32f_P(const float *const *src, int srcRoiShift, float *dst, int len);
+KeslStatus keslExtract_v_64f(const double *src, int srcStride2, double *dst, int len);
+KeslStatus keslExtract_v_64f_P(const double *const *src, int srcRoiShift, double *dst, int len);
+KeslStatus keslExtract_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *dst, int width,
+    int height, int count);
+KeslStatus keslExtract_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, float *dst,
+    int width, int height, int count);
+KeslStatus keslExtract_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *dst, int width,
+    int height, int count);
+KeslStatus keslExtract_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, double *dst,
+    int width, int height, int count);
+KeslStatus keslExtract_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *dst, int width, int height, int count);
+KeslStatus keslExtract_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *dst, int width,
+    int height, int count);
+KeslStatus keslExtract_ta_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *dst, int width,
+    int height, int count);
+KeslStatus keslExtract_ta_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, float *dst,
+    int width, int height, int count);
+KeslStatus keslExtract_ta_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *dst, int width,
+    int height, int count);
+KeslStatus keslExtract_ta_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, double *dst,
+    int width, int height, int count);
+KeslStatus keslExtract_ta_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *dst, int width, int height, int count);
+KeslStatus keslExtract_ta_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *dst, int width,
+    int height, int count);
+KeslStatus keslExtract_va_32f(const float *src, int srcStride0, int srcStride2, float *dst, int len, int count);
+KeslStatus keslExtract_va_32f_L(const float *const *src, int srcRoiShift, int srcStride2, float *dst, int len,
+    int count);
+KeslStatus keslExtract_va_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *dst, int len,
+    int count);
+KeslStatus keslExtract_va_64f(const double *src, int srcStride0, int srcStride2, double *dst, int len, int count);
+KeslStatus keslExtract_va_64f_L(const double *const *src, int srcRoiShift, int srcStride2, double *dst, int len,
+    int count);
+KeslStatus keslExtract_va_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *dst, int len,
+    int count);
+
+/* ---------------------------------------------------------------------------------------------------- keslLoadIdentity
+ * Each matrix of dst = the unit matrix: 1 where the row is the column, +0 elsewhere. Where height is above width the rows below
+ * are zero, where width is above height the columns to the right.
+ *
+ * Shapes     ma: an array of matrices, which is the destination.
+ * Sizes      width, height.
+ * Status     N S C B b, where b tests stride0 and only if count is above 1 (L: N S C B R; P: N S R C b in float, N S C R b in
+ *            double). Then keslStatusOk.
+ * Threads    Never threaded.
+ */
+KeslStatus keslLoadIdentity_ma_32f(float *dst, int dstStride0, int dstStride1, int dstStride2, int width, int height,
+    int count);
+KeslStatus keslLoadIdentity_ma_32f_L(float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width,
+    int height, int count);
+KeslStatus keslLoadIdentity_ma_32f_P(float *const *dst, int dstRoiShift, int dstStride0, int width, int height,
+    int count);
+KeslStatus keslLoadIdentity_ma_64f(double *dst, int dstStride0, int dstStride1, int dstStride2, int width, int height,
+    int count);
+KeslStatus keslLoadIdentity_ma_64f_L(double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width,
+    int height, int count);
+KeslStatus keslLoadIdentity_ma_64f_P(double *const *dst, int dstRoiShift, int dstStride0, int width, int height,
+    int count);
+
+/* ------------------------------------------------------------------------------------------------------- keslTranspose
+ * dst(j, i) = src(i, j). No arithmetic is done: every bit pattern arrives as it is, a signalling NaN too.
+ *
+ * Shapes     m (single);  ma (an array).
+ * Sizes      width, height: those of the source, behind which they stand. dst has width rows of height elements; in P its
+ *            list has rows of height entries, and that of src rows of width entries.
+ * Overlap    None: a matrix is not transposed in place.
+ * Status     In the usual order, then keslStatusOk.
+ * Threads    Never threaded.
+ */
+KeslStatus keslTranspose_m_32f(const float *src, int srcStride1, int srcStride2, int width, int height, float *dst,
+    int dstStride1, int dstStride2);
+KeslStatus keslTranspose_m_32f_P(const float *const *src, int srcRoiShift, int width, int height, float *const *dst,
+    int dstRoiShift);
+KeslStatus keslTranspose_m_64f(const double *src, int srcStride1, int srcStride2, int width, int height, double *dst,
+    int dstStride1, int dstStride2);
+KeslStatus keslTranspose_m_64f_P(const double *const *src, int srcRoiShift, int width, int height, double *const *dst,
+    int dstRoiShift);
+KeslStatus keslTranspose_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, int width,
+    int height, float *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslTranspose_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, int width,
+    int height, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslTranspose_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, int width, int height,
+    float *const *dst, int dstRoiShift, int dstStride0, int count);
+KeslStatus keslTranspose_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, int width,
+    int height, double *dst, int dstStride0, int dstStride1, int dstStride2, int count);
+KeslStatus keslTranspose_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    int width, int height, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int count);
+KeslStatus keslTranspose_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int width, int height,
+    double *const *dst, int dstRoiShift, int dstStride0, int count);
+
 /* ----------------------------------------------------------------------------------------------- keslMul of matrices
  * dst = src1 * src2:  dst(i, j) = src1(i, 0)*src2(0, j) + src1(i, 1)*src2(1, j) + ...
  *

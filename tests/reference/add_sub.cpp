@@ -4,12 +4,12 @@
 namespace
 {
 struct ElementWise {
-    // Each element is read before it is written; that cannot hold for a source that is read transposed, or more than
-    // once.
+    // Of matrices each element is read before it is written; that cannot hold for a source that is read transposed, or
+    // more than once. Of vectors nothing is promised.
     static bool inPlace(const Function& f, const Dims&, int source)
     {
         const Operand& o = f.operands[size_t(source)];
-        return o.letter != 't' && o.letter != 'c' && o.array == f.array;
+        return o.letter == 'm' && o.array == f.array;
     }
 };
 

@@ -1,0 +1,4 @@
+// keslAdd on an array of vectors and a constant.
+#include "elementwise/add_vector.h"
+
+KESL_ADD_VAC(KESL_ARRAY)

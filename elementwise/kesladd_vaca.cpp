@@ -1,0 +1,4 @@
+// keslAdd on an array of vectors and one of constants.
+#include "elementwise/add_vector.h"
+
+KESL_ADD_VACA(KESL_ARRAY)

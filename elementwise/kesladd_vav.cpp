@@ -1,0 +1,4 @@
+// keslAdd on an array of vectors and one vector.
+#include "elementwise/add_vector.h"
+
+KESL_ADD_VAV(KESL_ARRAY)

@@ -1,0 +1,9 @@
+// keslExtract on single objects.
+#include "movement/copy.h"
+
+KESL_EXTRACT(m, 32f, KESL_EXTRACTED_M, m)
+KESL_EXTRACT(m, 64f, KESL_EXTRACTED_M, m)
+KESL_EXTRACT(t, 32f, KESL_EXTRACTED_M, t)
+KESL_EXTRACT(t, 64f, KESL_EXTRACTED_M, t)
+KESL_EXTRACT(v, 32f, KESL_EXTRACTED_V, v)
+KESL_EXTRACT(v, 64f, KESL_EXTRACTED_V, v)

@@ -3,8 +3,7 @@
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 struct Square {
     static constexpr double tolerance = 0;
@@ -17,10 +16,8 @@ struct Copy : Square {
     static constexpr auto functions = std::make_tuple(keslCopy_ma_32f_SS, keslCopy_ma_64f_SS, keslCopy_ma_32f_LL,
                                                       keslCopy_ma_64f_LL, keslCopy_ma_32f_PP, keslCopy_ma_64f_PP);
     static constexpr std::tuple peers{
-        Peer{"plain",
-             [](auto, Range range, auto a, auto d) {
-                 elements(range, d, [&](int k, int i, int j) { d(k, i, j) = a(k, i, j); });
-             }},
+        Peer{"plain", [](auto, Range range, auto a,
+                         auto d) { elements(range, d, [&](int k, int i, int j) { d(k, i, j) = a(k, i, j); }); }},
         Peer{"memcpy", // the longest runs that there are
              [](auto, Range range, auto a, auto d) {
                  const auto copied = [](auto* to, const auto* from, int n) {
@@ -40,6 +37,7 @@ struct Copy : Square {
     };
 };
 
+// clang-format off
 struct Transposing : Square {
     static constexpr std::tuple peers{
         Peer{"plain",
@@ -52,6 +50,7 @@ struct Transposing : Square {
                           }},
     };
 };
+// clang-format on
 
 // The sizes of a transposition stand behind its source.
 template <class F> constexpr auto sizesBetween(F f)
@@ -75,10 +74,9 @@ constexpr auto sizesBetweenAlone(auto f)
 }
 struct Transpose : Transposing {
     static constexpr const char* name = "Transpose_ma";
-    static constexpr auto functions =
-        std::make_tuple(sizesBetween(keslTranspose_ma_32f), sizesBetween(keslTranspose_ma_64f),
-                        sizesBetween(keslTranspose_ma_32f_L), sizesBetween(keslTranspose_ma_64f_L),
-                        sizesBetween(keslTranspose_ma_32f_P), sizesBetween(keslTranspose_ma_64f_P));
+    static constexpr auto functions = std::make_tuple(
+        sizesBetween(keslTranspose_ma_32f), sizesBetween(keslTranspose_ma_64f), sizesBetween(keslTranspose_ma_32f_L),
+        sizesBetween(keslTranspose_ma_64f_L), sizesBetween(keslTranspose_ma_32f_P), sizesBetween(keslTranspose_ma_64f_P));
     static constexpr auto alone =
         std::make_tuple(sizesBetweenAlone(keslTranspose_m_32f), sizesBetweenAlone(keslTranspose_m_64f));
 };
@@ -95,6 +93,7 @@ struct Extract : Transposing {
     static constexpr auto functions = std::make_tuple(intoPacked(keslExtract_ta_32f), intoPacked(keslExtract_ta_64f));
 };
 
+// clang-format off
 struct LoadIdentity {
     static constexpr const char* name = "LoadIdentity_ma";
     static constexpr auto functions = KESL_FUNCTIONS(keslLoadIdentity_ma);
@@ -111,9 +110,10 @@ struct LoadIdentity {
                  }},
     };
 };
+// clang-format on
 
-[[maybe_unused]] const bool registered =
-    rows<Copy, Plan::full, 3, 4, 5, 6>() && rows<Transpose, Plan::full, 3, 4, 5, 6>() &&
-    rows<Extract, Plan::cache, 3, 4, 5, 6>() && rows<LoadIdentity, Plan::cache, 3, 4, 5, 6>();
+[[maybe_unused]] const bool registered = rows<Copy, Plan::full, 3, 4, 5, 6>() && rows<Transpose, Plan::full, 3, 4, 5, 6>() &&
+                                         rows<Extract, Plan::cache, 3, 4, 5, 6>() &&
+                                         rows<LoadIdentity, Plan::cache, 3, 4, 5, 6>();
 
 } // namespace

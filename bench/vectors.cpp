@@ -3,26 +3,25 @@
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 // ---- The library's functions: a constant by value stands behind all other arguments, ...
 #define WITH(function, ...) [](auto... a) { return function(a..., __VA_ARGS__); }
-#define WITH_VALUE(name)                                                                                               \
-    std::make_tuple(WITH(name##_32f, 0.75f), WITH(name##_64f, 0.75), WITH(name##_32f_L, 0.75f),                        \
-                    WITH(name##_64f_L, 0.75), WITH(name##_32f_P, 0.75f), WITH(name##_64f_P, 0.75))
-#define WITH_VALUES(name)                                                                                              \
-    std::make_tuple(WITH(name##_32f, 0.75f, 0.75f), WITH(name##_64f, 0.75, 0.75), WITH(name##_32f_L, 0.75f, 0.75f),    \
+#define WITH_VALUE(name)                                                                                                    \
+    std::make_tuple(WITH(name##_32f, 0.75f), WITH(name##_64f, 0.75), WITH(name##_32f_L, 0.75f), WITH(name##_64f_L, 0.75),   \
+                    WITH(name##_32f_P, 0.75f), WITH(name##_64f_P, 0.75))
+#define WITH_VALUES(name)                                                                                                   \
+    std::make_tuple(WITH(name##_32f, 0.75f, 0.75f), WITH(name##_64f, 0.75, 0.75), WITH(name##_32f_L, 0.75f, 0.75f),         \
                     WITH(name##_64f_L, 0.75, 0.75), WITH(name##_32f_P, 0.75f, 0.75f), WITH(name##_64f_P, 0.75, 0.75))
 // ... and an array of constants is here one of vectors of one element, with an argument too many: their stride2, or in P
 // a list of one pointer and its shift instead of that pointer.
 constexpr auto fewer(auto function)
 {
     return [=](auto src, int srcX, int srcY, auto val, int valX, int valY, auto... rest) {
-        if constexpr (std::is_invocable_v<decltype(function), decltype(src), int, int, decltype(*val), int, decltype(rest)...>)
+        if constexpr (std::is_invocable_v<decltype(function), decltype(src), int, int, decltype(*val), int,
+                                          decltype(rest)...>)
             return function(src, srcX, srcY, val[0] + valX / int(sizeof **val), valY, rest...);
-        else
-            return function(src, srcX, srcY, val, valX, rest...);
+        else return function(src, srcX, srcY, val, valX, rest...);
     };
 }
 constexpr auto fewerOfOne(auto function) // the vector is a single one
@@ -30,14 +29,14 @@ constexpr auto fewerOfOne(auto function) // the vector is a single one
     return [=](auto src, int srcX, auto val, int valX, int valY, auto... rest) {
         if constexpr (std::is_invocable_v<decltype(function), decltype(src), int, decltype(*val), int, decltype(rest)...>)
             return function(src, srcX, val[0] + valX / int(sizeof **val), valY, rest...);
-        else
-            return function(src, srcX, val, valX, rest...);
+        else return function(src, srcX, val, valX, rest...);
     };
 }
-#define WITH_CONSTANTS(fewer, name)                                                                                    \
-    std::make_tuple(fewer(name##_32f), fewer(name##_64f), fewer(name##_32f_L), fewer(name##_64f_L),                    \
-                    fewer(name##_32f_P), fewer(name##_64f_P))
+#define WITH_CONSTANTS(fewer, name)                                                                                         \
+    std::make_tuple(fewer(name##_32f), fewer(name##_64f), fewer(name##_32f_L), fewer(name##_64f_L), fewer(name##_32f_P),    \
+                    fewer(name##_64f_P))
 
+// clang-format off
 // ---- The alternatives to f(x, y, c): elements of two operands, or Eigen's arrays of them, and a constant. An operand of
 // one element is a constant of its object; one with `single` is the same for all.
 enum class With { array, single };
@@ -98,15 +97,27 @@ struct Scaled      { auto operator()(auto x, auto, auto c)   const { return x * 
 struct WithProduct { auto operator()(auto x, auto y, auto c) const { return x * c + y; } };
 struct Combination { auto operator()(auto x, auto y, auto c) const { return x * c + y * c; } };
 
+// clang-format on
+
 struct Common {
     static constexpr double tolerance = 4;
     template <int N> static constexpr std::tuple sizes{N};
 };
-struct Pairs : Common { template <int N> using Operands = std::tuple<va<N>, va<N>, out<va<N>>>; };
-struct WithOne : Common { template <int N> using Operands = std::tuple<va<N>, v<N>, out<va<N>>>; };
-struct Single : Common { template <int N> using Operands = std::tuple<va<N>, out<va<N>>>; };
-struct WithEach : Common { template <int N> using Operands = std::tuple<va<N>, va<1>, out<va<N>>>; };
-struct Expanded : Common { template <int N> using Operands = std::tuple<v<N>, va<1>, out<va<N>>>; };
+struct Pairs : Common {
+    template <int N> using Operands = std::tuple<va<N>, va<N>, out<va<N>>>;
+};
+struct WithOne : Common {
+    template <int N> using Operands = std::tuple<va<N>, v<N>, out<va<N>>>;
+};
+struct Single : Common {
+    template <int N> using Operands = std::tuple<va<N>, out<va<N>>>;
+};
+struct WithEach : Common {
+    template <int N> using Operands = std::tuple<va<N>, va<1>, out<va<N>>>;
+};
+struct Expanded : Common {
+    template <int N> using Operands = std::tuple<v<N>, va<1>, out<va<N>>>;
+};
 
 struct AddVava : Pairs, Alternatives<Sum> {
     static constexpr const char* name = "Add_vava";

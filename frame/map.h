@@ -57,9 +57,10 @@ template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, aut
 struct Move {
     auto operator()(auto x) const { return x; }
 };
-template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, Move, T* dst, const T* src)
+template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, Move f, T* dst, const T* src)
 {
-    std::memcpy(dst, src, std::size_t(n) * sizeof(T));
+    if (n < 4 * longRun<T>) mapBody(0, n, f, dst, src);
+    else std::memcpy(dst, src, std::size_t(n) * sizeof(T));
 }
 
 // ---- One object, by any views. h and w are its sizes where these are fixed, and 0 where not.
@@ -76,16 +77,58 @@ template <int h, int w> [[gnu::always_inline]] inline void mapObject(int height,
             for (int j = 0; j < width; ++j) dst(i, j) = f(src(i, j)...);
 }
 
+// ---- A record of order n that is read transposed. Where two packs hold it, its elements are exchanged in registers, but for
+// doubles: their packs would mostly cross cache lines.
+template <int n, class T> constexpr int packOfRecord() // the lanes of the pack, or 0
+{
+    int most = widest / int(sizeof(T));
+    while (most > n * n) most /= 2;
+    return sizeof(T) == 4 && 2 * most >= n * n ? most : 0;
+}
+// Lane l is element first + l of the transposed record, of a pack of its first and one of its last elements.
+template <int n, int lanes, int first> struct TransposedAt {
+    static constexpr int of(int l)
+    {
+        const int e = (first + l) % n * n + (first + l) / n;
+        return e < lanes ? e : lanes + e - (n * n - lanes);
+    }
+};
+template <int n, int first, class V, class T> [[gnu::always_inline]] inline V transposedAt(const T* src)
+{
+    return shuffled<TransposedAt<n, lanes<V>, first>, lanes<V>>(loadPack<V>(src), loadPack<V>(src + n * n - lanes<V>));
+}
+template <int n, int, class V, class T> [[gnu::always_inline]] inline V transposedAt(Same<T> src) { return splat<V>(src.x); }
+
+template <int n, class T> Record<T, n> recordAt(T* p) { return {p}; }
+template <int n, class T> Same<T> recordAt(Same<T> constant) { return constant; }
+
+template <int n, class T> [[gnu::always_inline]] inline void mapTransposed(auto f, T* dst, auto... src)
+{
+    if constexpr (constexpr int lanes = packOfRecord<n, T>(); lanes > 0) {
+        using V = Pack<T, lanes * sizeof(T)>;
+        constexpr int second = n * n - lanes;
+        const V x = f(transposedAt<n, 0, V>(src)...), y = f(transposedAt<n, second, V>(src)...);
+        storePack(dst, x);
+        if constexpr (second > 0) storePack(dst + second, y);
+    } else {
+        T x[n * n]; // all is read before anything is written: so the compiler may move several at once
+#pragma GCC unroll 36
+        for (int e = 0; e < n * n; ++e) x[e] = f(recordAt<n>(src)(e % n, e / n)...);
+#pragma GCC unroll 36
+        for (int e = 0; e < n * n; ++e) dst[e] = x[e];
+    }
+}
+
 // A large object that is transposed: by blocks, in registers. The lanes of V are rows of the source.
 template <class V, class T> int moveTransposed(int j, int first, int last, int width, Rows<T> dst, Rows<const T> src)
 {
-    constexpr int c = perPiece<V>;
-    for (; j + lanes<V> <= width; j += lanes<V>) {
+    constexpr int c = lanes<V>;
+    for (; j + c <= width; j += c) {
         int i = first;
         for (; i + c <= last; i += c) {
             V x[c];
-            loadPieces([&](int l) { return src.row(j + l) + i; }, x);
-#pragma GCC unroll 4
+            loadPieces<sizeof(V)>([&](int l) { return src.row(j + l) + i; }, x);
+#pragma GCC unroll 16
             for (int r = 0; r < c; ++r) storePack(dst.row(i + r) + j, x[r]);
         }
         for (; i < last; ++i) storePack(dst.row(i) + j, gathered<V>([&](int l) { return src.row(j + l) + i; }));
@@ -108,6 +151,7 @@ inline void mapObject(int height, int width, Move, Rows<T> dst, Transposed<Rows<
 // ---- What is known of an operand.
 template <class O> constexpr bool isTransposed = O::kind == Kind::transposed;
 template <class O> constexpr bool isConstant = O::kind == Kind::constants;
+template <class O> constexpr bool isByValue = isConstant<O> && !O::isArray;
 template <class O> constexpr bool isArrayOfObjects = O::isArray && !isConstant<O>;
 
 // An object is a record if there is no gap between its rows, as it is stored.
@@ -160,7 +204,7 @@ template <class O> requires (!O::isArray && !isConstant<O>) struct Periodic<O> {
     }
     const T* from(std::int64_t element) const { return e + element % each; }
 };
-template <class O> requires (!O::isArray && isConstant<O>) struct Periodic<O> {
+template <class O> requires isByValue<O> struct Periodic<O> {
     Same<typename O::Element> same;
     Periodic(const O& o, int, int, int) : same{o.x} {}
     auto from(std::int64_t) const { return same; }
@@ -204,9 +248,9 @@ template <int n, class T> [[gnu::always_inline]] inline void mapVectors(int coun
 {
     eachPack<T>(count, [&]<class V>(Objects<V> k) {
         T* const to = dst + std::int64_t(k.first) * n;
-        const auto step = [&](auto... packs) {
-            const auto store = [&](auto e) { storePack<V>(to + e * lanes<V>, f(packs(e)...)); };
-            [&]<int... e>(std::integer_sequence<int, e...>) { (store(Fixed<e>{}), ...); }(std::make_integer_sequence<int, n>{});
+        const auto step = [&](auto... packs) KESL_INLINE {
+            const auto store = [&](auto e) KESL_INLINE { storePack<V>(to + e * lanes<V>, f(packs(e)...)); };
+            [&]<int... e>(std::integer_sequence<int, e...>) KESL_INLINE { (store(Fixed<e>{}), ...); }(std::make_integer_sequence<int, n>{});
         };
         step(packsOf<n, V>(src, k.first)...);
         return KeslStatus(keslStatusOk);
@@ -243,6 +287,10 @@ template <class V, int h, int w> [[gnu::always_inline]] inline void mapBlock(Blo
 {
     eachElement<h, w>([&](int i, int j) { dst(i, j) = f(src(i, j)...); });
 }
+// The record of a transposed object as it is stored.
+template <class T> auto storedRow(Transposed<Rows<T>> object) { return object.stored.row(0); }
+template <class T> auto storedRow(Same<T> constant) { return constant; }
+
 // Whether the objects of an operand can be read and written in packs without much ado.
 template <class O> bool suitsPacks(const O& o, int height, int width)
 {
@@ -261,6 +309,7 @@ template <class Dst, class... Src>
     constexpr bool noneContiguous = !contiguousRows(Dst::form) && ((!isArrayOfObjects<Src> || !contiguousRows(Src::form)) && ...);
     constexpr bool constants = ((isConstant<Src> && Src::isArray) || ...); // of vectors only
     constexpr bool transposedArray = ((isTransposed<Src> && Src::isArray) || ...);
+    constexpr bool transposedOnly = contiguous && ((isTransposed<Src> || isByValue<Src>) && ...) && (isTransposed<Src> || ...);
     const std::int64_t each = std::int64_t(height) * width;
 
     if constexpr (array && standard)
@@ -287,8 +336,14 @@ template <class Dst, class... Src>
             return;
         }
     withShape(height, width, [&](auto h, auto w) {
-        // Transposed in registers, and from or to a structure of arrays.
-        if constexpr (array && w > 0 && (contiguous ? transposedArray : !noneContiguous))
+        if constexpr (transposedOnly && w > 0)
+            if (isRecord(dst, h, w) && (isRecord(src, h, w) && ...)) {
+                for (int k = 0; k < count; ++k)
+                    mapTransposed<w>(f, dst.object(k, h, w).row(0), storedRow(src.object(k, h, w))...);
+                return;
+            }
+        // Transposed in registers, several objects at once; and from or to a structure of arrays.
+        if constexpr (array && w > 0 && (contiguous ? transposedArray && !transposedOnly : !noneContiguous))
             if (suitsPacks(dst, h, w) && (suitsPacks(src, h, w) && ...)) {
                 eachPack<T>(count, [&]<class V>(Objects<V> k) {
                     Block<V, h, w> x;

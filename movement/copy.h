@@ -80,6 +80,25 @@ struct Extract_ta : ExtractMatrix, ShiftFirst {};
 struct Extract_va : ExtractVector, ShiftFirst {};
 
 // ---- LoadIdentity: unit matrices, of any shape. In P the roiShifts come before the count in float.
+
+// Of order n without gaps: as many as a pack has lanes are n * n packs.
+template <class V, int n, int e> constexpr V unitPack()
+{
+    return []<int... l>(std::integer_sequence<int, l...>) {
+        return V{ElementOf<V>((e * lanes<V> + l) % (n * n) % (n + 1) == 0)...};
+    }(std::make_integer_sequence<int, lanes<V>>{});
+}
+template <int n, class T> void loadUnits(T* dst, int count)
+{
+    eachPack<T>(count, [&]<class V>(Objects<V> k) {
+        T* const to = dst + std::int64_t(k.first) * (n * n);
+        [&]<int... e>(std::integer_sequence<int, e...>) KESL_INLINE {
+            (storePack<V>(to + e * lanes<V>, unitPack<V, n, e>()), ...);
+        }(std::make_integer_sequence<int, n * n>{});
+        return KeslStatus(keslStatusOk);
+    });
+}
+
 struct LoadIdentity_ma {
     template <class T> static constexpr Checks checks = { "NSCBb", "NSCBR", sizeof(T) == 4 ? "NSRCb" : "NSCRb" };
     // clang-format on
@@ -87,8 +106,15 @@ struct LoadIdentity_ma {
     static void run(auto dst, Size width, Size height, Count count)
     {
         using T = typename decltype(dst)::Element;
-        const int each = std::int64_t(width) * height <= mostRepeated ? width * height : 0;
-        if (each > 0 && count > 1) { // small ones are copies of the first
+        if constexpr (dst.form == S2)
+            if (dst.rowsAreContiguous() && width == height && isPacked(dst, height, width)) {
+                bool done = false;
+                withOrder(width, [&](auto n) {
+                    if constexpr (n > 0) loadUnits<n>(dst.p, count), done = true;
+                });
+                if (done) return;
+            }
+        if (std::int64_t(width) * height <= mostRepeated && count > 1) { // small ones are copies of the first
             T unit[mostRepeated] = {};
             for (int i = 0; i < std::min<int>(width, height); ++i) unit[i * width + i] = 1;
             const m<const T, S> src{.p = unit, .stride1 = width * int(sizeof(T))};

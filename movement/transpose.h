@@ -22,8 +22,8 @@ struct Transpose_ma : Transpose {};
 } // namespace kesl
 
 // ---- Their functions, by module: the kinds of src and dst.
-#define KESL_TRANSPOSED(as, F, T, a, d)   as##_in(a, src, F, T), as##_size(width), as##_size(height), as##_out(d, dst, F, T)
+#define KESL_TRANSPOSED(as, F, T, a, d) as##_in(a, src, F, T), as##_size(width), as##_size(height), as##_out(d, dst, F, T)
 #define KESL_TRANSPOSED_A(as, F, T, a, d) KESL_TRANSPOSED(as, F, T, a, d), as##_count(count)
 
-#define KESL_TRANSPOSE_M(X)  X(Transpose, m, KESL_TRANSPOSED, t, m)
+#define KESL_TRANSPOSE_M(X) X(Transpose, m, KESL_TRANSPOSED, t, m)
 #define KESL_TRANSPOSE_MA(X) X(Transpose, ma, KESL_TRANSPOSED_A, ta, ma)

@@ -1,8 +1,7 @@
 // Data as they are, in another place. The kit compares bits, those of NaNs too.
 #include "../reference.h"
 
-namespace
-{
+namespace {
 struct Copy { // and Extract: a transposed source is read as its transpose
     template <class T> Outcome operator()(const Object<T>& o) const
     {

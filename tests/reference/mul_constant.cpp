@@ -1,8 +1,7 @@
 // A matrix or vector times a constant. A vector is a matrix of one row, a constant has its value everywhere.
 #include "../reference.h"
 
-namespace
-{
+namespace {
 struct Scaled {
     // Each element is read once and written once in the same place, unless it is read transposed or for every object.
     static bool inPlace(const Function& f, const Dims&, int source)

@@ -1,8 +1,7 @@
 // Linear combinations of two vectors. Each product is rounded before it is added.
 #include "../reference.h"
 
-namespace
-{
+namespace {
 struct Saxpy {
     static bool inPlace(const Function& f, const Dims&, int source) { return f.shape == "vv" && source == 1; }
     template <class T> Outcome operator()(const Object<T>& o) const

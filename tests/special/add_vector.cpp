@@ -1,8 +1,7 @@
 // Sums and differences of vectors and constants, by hand.
 #include "../special.h"
 
-namespace
-{
+namespace {
 using Floats = std::vector<float>;
 using Doubles = std::vector<double>;
 

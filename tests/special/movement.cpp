@@ -4,8 +4,7 @@
 #include <cstring>
 #include <numeric>
 
-namespace
-{
+namespace {
 using Floats = std::vector<float>;
 using Doubles = std::vector<double>;
 
@@ -54,11 +53,9 @@ const Special vectors("Extract", "vectors by pointers", [](const Level& level) {
 const Special identity("LoadIdentity", "not square", [](const Level& level) {
     Floats tall(6, 9);
     Doubles wide(6, 9);
-    EXPECT_EQ(
-        get<decltype(keslLoadIdentity_ma_32f)>(level, "keslLoadIdentity_ma_32f")(tall.data(), 0, 8, 4, 2, 3, 1), 0);
+    EXPECT_EQ(get<decltype(keslLoadIdentity_ma_32f)>(level, "keslLoadIdentity_ma_32f")(tall.data(), 0, 8, 4, 2, 3, 1), 0);
     EXPECT_EQ(tall, (Floats{1, 0, 0, 1, 0, 0}));
-    EXPECT_EQ(
-        get<decltype(keslLoadIdentity_ma_64f)>(level, "keslLoadIdentity_ma_64f")(wide.data(), 0, 24, 8, 3, 2, 1), 0);
+    EXPECT_EQ(get<decltype(keslLoadIdentity_ma_64f)>(level, "keslLoadIdentity_ma_64f")(wide.data(), 0, 24, 8, 3, 2, 1), 0);
     EXPECT_EQ(wide, (Doubles{1, 0, 0, 0, 1, 0}));
 });
 

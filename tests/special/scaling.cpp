@@ -3,8 +3,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 using Floats = std::vector<float>;
 
 const Special tc("Mul", "transposed is stored the other way round", [](const Level& level) {

@@ -5,8 +5,7 @@
 #include "products/rows.h"
 #include "products/tiles.h"
 
-namespace kesl
-{
+namespace kesl {
 
 // ---- Orders 3 to 6, by packs of objects.
 
@@ -30,6 +29,66 @@ template <int n, class V> [[gnu::always_inline]] inline Block<V, 1, n> plus(Bloc
     return x;
 }
 
+// Order 4, four objects at a time, for packs of two rows or of four: the products of their elements are brought into the
+// order of the terms, and the sums then from rows into objects.
+template <class V> struct ByGroups { // of four lanes
+    template <int a, int b, bool pairs> struct Of {
+        // lanes a and b of a group, each from both sources; or, for pairs, these and the next
+        static constexpr int of(int l)
+        {
+            const int group = l / 4 * 4, other = lanes<V>;
+            return pairs ? group + a + l % 2 + (l % 4 / 2) * other : group + (l % 4 / 2 ? b : a) + l % 2 * other;
+        }
+    };
+    [[gnu::always_inline]] static void transpose(V* x)
+    {
+        constexpr int n = lanes<V>;
+        const V a = shuffled<Of<0, 1, false>, n>(x[0], x[1]), b = shuffled<Of<2, 3, false>, n>(x[0], x[1]);
+        const V c = shuffled<Of<0, 1, false>, n>(x[2], x[3]), d = shuffled<Of<2, 3, false>, n>(x[2], x[3]);
+        x[0] = shuffled<Of<0, 0, true>, n>(a, c), x[1] = shuffled<Of<2, 2, true>, n>(a, c);
+        x[2] = shuffled<Of<0, 0, true>, n>(b, d), x[3] = shuffled<Of<2, 2, true>, n>(b, d);
+    }
+    static V repeated([[maybe_unused]] const ElementOf<V>* p)
+    {
+#if defined(__AVX512F__)
+        if constexpr (sizeof(*p) == 4) return V(_mm512_broadcast_f32x4(_mm_loadu_ps(p)));
+        else return V(_mm512_broadcast_f64x4(_mm256_loadu_pd(p)));
+#else
+        return V{};
+#endif
+    }
+};
+// Element (row, object) in lane row * 4 + object, to lane object * 4 + row, from `first` on.
+template <int first> struct RowsToObjects {
+    static constexpr int of(int l) { return (l + first) % 4 * 4 + (l + first) / 4; }
+};
+template <bool fromZero, class T> [[gnu::always_inline]] inline int fourObjects(auto a, auto x, auto dst, int count)
+{
+    using V = Pack<T>;
+    constexpr int parts = 16 / lanes<V>; // of an object
+    int k = 0;
+    for (; k + 4 <= count; k += 4) {
+        V sum[parts];
+#pragma GCC unroll 2
+        for (int p = 0; p < parts; ++p) {
+            V term[4];
+#pragma GCC unroll 4
+            for (int o = 0; o < 4; ++o)
+                term[o] = loadPack<V>(a.address(k + o) + p * lanes<V>) * ByGroups<V>::repeated(x.address(k + o));
+            ByGroups<V>::transpose(term);
+            sum[p] = begun<fromZero>(term[0]) + term[1];
+            sum[p] = (sum[p] + term[2]) + term[3];
+        }
+        T* const to = dst.address(k);
+        if constexpr (parts == 1) storePack<V>(to, shuffled<RowsToObjects<0>, 16>(sum[0], sum[0]));
+        else {
+            storePack<V>(to, shuffled<RowsToObjects<0>, 8>(sum[0], sum[1]));
+            storePack<V>(to + 8, shuffled<RowsToObjects<8>, 8>(sum[0], sum[1]));
+        }
+    }
+    return k;
+}
+
 // The matrix as the right factor of vectors that are rows.
 template <class A> struct Flipped {
     const A& a;
@@ -44,8 +103,8 @@ template <class O> bool isRowAfterRow(const O& o, int n) { return o.stride0 == n
 struct MatrixTimesVector {
     static constexpr Threshold threshold = setB;
 
-    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
-    kernel(auto a, int width, int height, auto x, int, auto dst, Count count = {})
+    template <class T, Form F, class Count = One>
+    [[gnu::always_inline]] static KeslStatus kernel(auto a, int width, int height, auto x, int, auto dst, Count count = {})
     {
         using A = decltype(a);
         using X = decltype(x);
@@ -58,8 +117,7 @@ struct MatrixTimesVector {
 
         if constexpr (contiguousRows(F))
             done = withOrder(order, [&](auto n) {
-                if constexpr (n == 0)
-                    return false;
+                if constexpr (n == 0) return false;
                 else {
                     if constexpr (F == S && !A::isArray && X::isArray)
                         if (isRowAfterRow(x, n) && isRowAfterRow(dst, n)) {
@@ -67,10 +125,16 @@ struct MatrixTimesVector {
                             tallProduct<fromZero, 0, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count);
                             return true;
                         }
-                    eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    int begin = 0;
+                    if constexpr (n == 4 && F == S && A::isArray && X::isArray && !isTransposed<A> && widest == 64)
+                        if (isRecord(a, n, n) && isRowAfterRow(dst, n)) begin = fourObjects<fromZero, T>(a, x, dst, count);
+                    const auto rest = [&]<class V>(Objects<V> k) {
+                        k.first += begin;
                         store(dst, k, timesVector<fromZero, 0>(load<n, n>(a, k), load<1, n>(x, k)));
                         return KeslStatus(keslStatusOk);
-                    });
+                    };
+                    if constexpr (D::isArray) eachPack<T>(count - begin, rest);
+                    else eachPack<T>(count, rest);
                     return true;
                 }
             });
@@ -119,31 +183,24 @@ template <bool t> struct Mul_singleAndVectors : MatrixTimesVector, VectorFits<t>
 template <bool t> struct Mul_arrayAndVectors : MatrixTimesVector, VectorFits<t> {
     static unsigned measure(unsigned w, unsigned h, unsigned, unsigned count) { return (w * (h + 1) + h) * count; }
 };
-struct Mul_mv : Mul_oneVector<false> {
-};
-struct Mul_tv : Mul_oneVector<true> {
-};
-struct Mul_mav : Mul_arrayAndVector<false> {
-};
-struct Mul_tav : Mul_arrayAndVector<true> {
-};
-struct Mul_mva : Mul_singleAndVectors<false> {
-};
-struct Mul_tva : Mul_singleAndVectors<true> {
-};
-struct Mul_mava : Mul_arrayAndVectors<false> {
-};
-struct Mul_tava : Mul_arrayAndVectors<true> {
-};
+struct Mul_mv : Mul_oneVector<false> {};
+struct Mul_tv : Mul_oneVector<true> {};
+struct Mul_mav : Mul_arrayAndVector<false> {};
+struct Mul_tav : Mul_arrayAndVector<true> {};
+struct Mul_mva : Mul_singleAndVectors<false> {};
+struct Mul_tva : Mul_singleAndVectors<true> {};
+struct Mul_mava : Mul_arrayAndVectors<false> {};
+struct Mul_tava : Mul_arrayAndVectors<true> {};
 
 // y, an array without gaps or a single vector, added to a pack of rows at element e, or to one row.
 template <int n, class Y> struct PlusRows {
     using T = typename Y::Element;
-    T repeated[widest / sizeof(T)];
+    static constexpr int most = std::max(widest / int(sizeof(T)), n); // elements that are read at once
+    T repeated[most];
     const T* p;
     explicit PlusRows(const Y& y) : repeated(), p(y.p)
     {
-        for (int l = 0; l < int(widest / sizeof(T)) && !Y::isArray; ++l) repeated[l] = p[l % n];
+        for (int l = 0; l < most && !Y::isArray; ++l) repeated[l] = p[l % n];
     }
     const T* at(std::int64_t e) const { return Y::isArray ? p + e : repeated; }
     template <class V> V operator()(V sum, std::int64_t e) const { return sum + loadPack<V>(at(e)); }
@@ -184,21 +241,18 @@ struct MatrixTimesVectorPlusVector {
                 if constexpr (F == S && X::isArray)
                     if (isRowAfterRow(x, n) && isRowAfterRow(dst, n) && (!Y::isArray || isRowAfterRow(y, n))) {
                         const auto single = load<n, n>(a, Objects<T>{0});
-                        tallProduct<false, ahead, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count,
-                                                     plusRows<n>(y));
+                        tallProduct<false, ahead, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count, plusRows<n>(y));
                         return KeslStatus(keslStatusOk);
                     }
                 return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    store(dst, k,
-                          plus(timesVector<false, ahead>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
+                    store(dst, k, plus(timesVector<false, ahead>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
                     return KeslStatus(keslStatusOk);
                 });
             }
         });
     }
 };
-struct Gaxpy_mv : MatrixTimesVectorPlusVector {
-};
+struct Gaxpy_mv : MatrixTimesVectorPlusVector {};
 struct Gaxpy_mva : MatrixTimesVectorPlusVector {
     static unsigned measure(unsigned, unsigned, unsigned len2, unsigned len3, unsigned count)
     {
@@ -215,12 +269,12 @@ struct Gaxpy_mvav : MatrixTimesVectorPlusVector {
 } // namespace kesl
 
 // ---- Their functions, by module: the kinds of the operands.
-#define KESL_TIMES(as, F, T, a, b, d)                                                                                  \
-    as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), as##_in(b, src2, F, T), as##_size(src2Len),   \
+#define KESL_TIMES(as, F, T, a, b, d)                                                                                       \
+    as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), as##_in(b, src2, F, T), as##_size(src2Len),        \
         as##_out(d, dst, F, T)
 #define KESL_TIMES_ALL(as, F, T, a, b, d) KESL_TIMES(as, F, T, a, b, d), as##_count(count)
-#define KESL_GAXPY(as, F, T, a, b, c, d)                                                                               \
-    as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), as##_in(b, src2, F, T), as##_size(src2Len),   \
+#define KESL_GAXPY(as, F, T, a, b, c, d)                                                                                    \
+    as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), as##_in(b, src2, F, T), as##_size(src2Len),        \
         as##_in(c, src3, F, T), as##_size(src3Len), as##_out(d, dst, F, T)
 #define KESL_GAXPY_ALL(as, F, T, a, b, c, d) KESL_GAXPY(as, F, T, a, b, c, d), as##_count(count)
 

@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace
-{
+namespace {
 const Special transposed("Mul", "a transposed matrix has the sizes of its storage", [](const Level& level) {
     // 2 wide and 3 high, read as 2 by 3; times 3 by 2
     const double a[3][2] = {{1, 4}, {2, 5}, {3, 6}}, b[3][2] = {{1, 0}, {0, 1}, {1, 1}};
@@ -37,15 +36,16 @@ const Special zeros("Mul", "the sign of a sum of products that are all -0", [](c
     for (int n = 1; n <= 6; ++n) {
         const int row = 4 * n, object = row * n;
         fill();
-        get<decltype(keslMul_mama_32f)>(level, "keslMul_mama_32f")(a, object, row, 4, n, n, b, object, row, 4, n, n, x, object,
-                                                                   row, 4, 1);
+        get<decltype(keslMul_mama_32f)>(level, "keslMul_mama_32f")(a, object, row, 4, n, n, b, object, row, 4, n, n, x,
+                                                                   object, row, 4, 1);
         EXPECT_EQ(std::signbit(x[n * n - 1]), n >= 3) << n;
         fill();
-        get<decltype(keslMul_mama_32f_L)>(level, "keslMul_mama_32f_L")(&la, 0, row, 4, n, n, &lb, 0, row, 4, n, n, &lx, 0, row,
-                                                                       4, 1);
+        get<decltype(keslMul_mama_32f_L)>(level, "keslMul_mama_32f_L")(&la, 0, row, 4, n, n, &lb, 0, row, 4, n, n, &lx, 0,
+                                                                       row, 4, 1);
         EXPECT_FALSE(std::signbit(x[n * n - 1])) << n;
         fill();
-        get<decltype(keslMul_mam_32f_L)>(level, "keslMul_mam_32f_L")(&la, 0, row, 4, n, n, b, row, 4, n, n, &lx, 0, row, 4, 1);
+        get<decltype(keslMul_mam_32f_L)>(level, "keslMul_mam_32f_L")(&la, 0, row, 4, n, n, b, row, 4, n, n, &lx, 0, row, 4,
+                                                                     1);
         EXPECT_EQ(std::signbit(x[n * n - 1]), n >= 3) << n;
     }
 });
@@ -54,7 +54,8 @@ const Special orders("Gaxpy", "the last column comes first in order 4", [](const
     // 2^24 + 1 is not a float: the sum depends on where the large terms stand.
     const float a[4][4] = {{1, 1, -0x1p24f, 0x1p24f}}, ones[] = {1, 1, 1, 1}, zero[4] = {};
     float y[4], product[4];
-    EXPECT_EQ(get<decltype(keslGaxpy_mv_32f)>(level, "keslGaxpy_mv_32f")(a[0], 16, 4, 4, 4, ones, 4, 4, zero, 4, 4, y, 4), 0);
+    EXPECT_EQ(get<decltype(keslGaxpy_mv_32f)>(level, "keslGaxpy_mv_32f")(a[0], 16, 4, 4, 4, ones, 4, 4, zero, 4, 4, y, 4),
+              0);
     EXPECT_EQ(get<decltype(keslMul_mv_32f)>(level, "keslMul_mv_32f")(a[0], 16, 4, 4, 4, ones, 4, 4, product, 4), 0);
     EXPECT_EQ(y[0], 0);       // ((2^24 + 1) + 1) - 2^24
     EXPECT_EQ(product[0], 2); // ((1 + 1) - 2^24) + 2^24
@@ -86,7 +87,7 @@ const Special alignment("DotProduct", "the same bits at every alignment", [](con
     for (int shift = 0; shift < 16; ++shift) {
         for (int j = 0; j < 61; ++j) a[j] = 1 / float(j + 3), b[j + shift] = std::sqrt(float(j + 1));
         EXPECT_EQ(dot(a, 4, b + shift, 4, shift ? &result : &expected, 61), 0);
-        if (shift) EXPECT_EQ(result, expected) << shift;
+        if (shift) { EXPECT_EQ(result, expected) << shift; }
     }
 });
 } // namespace

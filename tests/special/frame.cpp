@@ -81,12 +81,12 @@ const Special entries("Lists", "may hold null", [](const Level& level) {
 
 // The shift of a slice is a 32-bit sum: behind 2 GB it wraps, and the objects of that slice lie 4 GB lower.
 const Special wraps("Threads", "shift of a slice wraps", [](const Level& level) {
-    const auto add = get<decltype(keslAdd_mama_32f_P)>(level, "keslAdd_mama_32f_P");
+    const auto add = get<decltype(keslAdd_mam_32f_P)>(level, "keslAdd_mam_32f_P");
     const size_t gigabyte = size_t(1) << 30;
     char* memory = static_cast<char*>(
         mmap(nullptr, 6 * gigabyte, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
     ASSERT_NE(memory, MAP_FAILED);
-    constexpr int count = 4000, stride0 = 4;
+    constexpr int count = 5000, stride0 = 4;
     const int shift = INT_MAX - 3 - stride0 * count / 2 + stride0; // the second half begins beyond INT_MAX
     float* const a = reinterpret_cast<float*>(memory + 5 * gigabyte);
     float* const low = reinterpret_cast<float*>(memory + 1 * gigabyte); // 4 GB below
@@ -95,10 +95,11 @@ const Special wraps("Threads", "shift of a slice wraps", [](const Level& level) 
     std::vector<float> result(count);
     float* destination = result.data();
     setThreads({2});
-    EXPECT_EQ(add(&source, shift, stride0, &source, shift, stride0, &destination, 0, stride0, 1, 1, count),
-              keslStatusOk);
+    const float one = 1;
+    const float* single = &one;
+    EXPECT_EQ(add(&source, shift, stride0, &single, 0, &destination, 0, stride0, 1, 1, count), keslStatusOk);
     EXPECT_EQ(watch.asked, 2);
-    for (int k = 0; k < count; ++k) ASSERT_EQ(result[size_t(k)], k < count / 2 ? 2.f * float(k) : -2.f * float(k)) << k;
+    for (int k = 0; k < count; ++k) ASSERT_EQ(result[size_t(k)], 1 + float(k < count / 2 ? k : -k)) << k;
     munmap(memory, 6 * gigabyte);
 });
 

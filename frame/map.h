@@ -99,8 +99,15 @@ template <int n, int first, class V, class T> [[gnu::always_inline]] inline V tr
 }
 template <int n, int, class V, class T> [[gnu::always_inline]] inline V transposedAt(Same<T> src) { return splat<V>(src.x); }
 
-template <int n, class T> Record<T, n> recordAt(T* p) { return {p}; }
-template <int n, class T> Same<T> recordAt(Same<T> constant) { return constant; }
+// Element `which` of the pairs at e and a row below.
+template <int which> struct OfPairs {
+    static constexpr int of(int l) { return which + 2 * l; }
+};
+template <int which, int n, class V, class T> [[gnu::always_inline]] inline V pairAt(const T* src, int e)
+{
+    return shuffled<OfPairs<which>, 2>(loadPack<V>(src + e), loadPack<V>(src + e + n));
+}
+template <int which, int n, class V, class T> [[gnu::always_inline]] inline V pairAt(Same<T> src, int) { return splat<V>(src.x); }
 
 template <int n, class T> [[gnu::always_inline]] inline void mapTransposed(auto f, T* dst, auto... src)
 {
@@ -110,12 +117,37 @@ template <int n, class T> [[gnu::always_inline]] inline void mapTransposed(auto 
         const V x = f(transposedAt<n, 0, V>(src)...), y = f(transposedAt<n, second, V>(src)...);
         storePack(dst, x);
         if constexpr (second > 0) storePack(dst + second, y);
-    } else {
-        T x[n * n]; // all is read before anything is written: so the compiler may move several at once
-#pragma GCC unroll 36
-        for (int e = 0; e < n * n; ++e) x[e] = f(recordAt<n>(src)(e % n, e / n)...);
-#pragma GCC unroll 36
+    } else if constexpr (n < 5) { // all is read before anything is written, so that the compiler may choose the order
+        T x[n * n];
+#pragma GCC unroll 16
+        for (int e = 0; e < n * n; ++e) x[e] = f(valueAt<T>(src, e % n * n + e / n)...);
+#pragma GCC unroll 16
         for (int e = 0; e < n * n; ++e) dst[e] = x[e];
+    } else { // likewise, two by two
+        using Pair = Pack<T, 2 * sizeof(T)>;
+        constexpr int even = n / 2 * 2;
+        Pair x[n][n / 2];
+        T last[2][n];
+#pragma GCC unroll 6
+        for (int i = 0; i < even; i += 2)
+#pragma GCC unroll 3
+            for (int j = 0; j < n / 2; ++j) {
+                x[i][j] = f(pairAt<0, n, Pair>(src, 2 * j * n + i)...);
+                x[i + 1][j] = f(pairAt<1, n, Pair>(src, 2 * j * n + i)...);
+            }
+        if constexpr (n > even)
+#pragma GCC unroll 6
+            for (int i = 0; i < n; ++i) {
+                last[0][i] = f(valueAt<T>(src, i * n + even)...);
+                last[1][i] = f(valueAt<T>(src, even * n + i)...);
+            }
+#pragma GCC unroll 6
+        for (int i = 0; i < even; ++i)
+#pragma GCC unroll 3
+            for (int j = 0; j < n / 2; ++j) storePack(dst + i * n + 2 * j, x[i][j]);
+        if constexpr (n > even)
+#pragma GCC unroll 6
+            for (int i = 0; i < n; ++i) dst[even * n + i] = last[0][i], dst[i * n + even] = last[1][i];
     }
 }
 
@@ -339,7 +371,7 @@ template <class Dst, class... Src>
         if constexpr (transposedOnly && w > 0)
             if (isRecord(dst, h, w) && (isRecord(src, h, w) && ...)) {
                 for (int k = 0; k < count; ++k)
-                    mapTransposed<w>(f, dst.object(k, h, w).row(0), storedRow(src.object(k, h, w))...);
+                    mapTransposed<w>(f, dst.object(k, w, w).row(0), storedRow(src.object(k, w, w))...);
                 return;
             }
         // Transposed in registers, several objects at once; and from or to a structure of arrays.

@@ -33,7 +33,8 @@ inline constexpr const char* sizeNames[] = {"one", "cache", "many", "stream"};
 // ---- Operands. The letters are those of the function names; out<> marks what is written.
 
 template <bool Array, bool Vector, int R, int C> struct Shape {
-    static constexpr bool array = Array, vector = Vector, buffer = false, output = false, dense = false, sized = false;
+    static constexpr bool array = Array, vector = Vector, buffer = false, output = false, dense = false;
+    static constexpr int sizes = 0; // behind the operand
     static constexpr int rows = R, cols = C;
 };
 template <int R, int C> struct m : Shape<false, false, R, C> {
@@ -50,9 +51,12 @@ template <int C> struct scratch : Shape<false, true, 1, C> {
 template <class Op> struct out : Op {
     static constexpr bool output = true;
 };
-// An operand with sizes of its own behind it: width and height, or len.
+// An operand with sizes of its own behind it: width and height, or len; and with its order.
 template <class Op> struct withSizes : Op {
-    static constexpr bool sized = true;
+    static constexpr int sizes = Op::vector ? 1 : 2;
+};
+template <class Op> struct withOrder : Op {
+    static constexpr int sizes = 1;
 };
 // One value for each object, at consecutive elements in every layout.
 struct result : va<1> {
@@ -183,9 +187,9 @@ template <class T, class Op, Layout RowLayout> struct Operand {
     // The operand's run of arguments in a call that begins at object k; alone: in a function on one object.
     template <bool alone> auto arguments(int k) const
     {
-        if constexpr (Op::sized && Op::vector)
+        if constexpr (Op::sizes == 1)
             return std::tuple_cat(located<alone>(k), std::tuple{C});
-        else if constexpr (Op::sized)
+        else if constexpr (Op::sizes == 2)
             return std::tuple_cat(located<alone>(k), std::tuple{C, R});
         else
             return located<alone>(k);

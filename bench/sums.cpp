@@ -93,8 +93,8 @@ struct Trace {
     static constexpr const char* name = "Trace_ma";
     static constexpr auto functions = KESL_FUNCTIONS(keslTrace_ma);
     static constexpr auto alone = KESL_ALONE(keslTrace_m);
-    template <int N> using Operands = std::tuple<ma<N, N>, result>;
-    template <int N> static constexpr std::tuple sizes{N};
+    template <int N> using Operands = std::tuple<withOrder<ma<N, N>>, result>;
+    template <int N> static constexpr std::tuple sizes{};
     static constexpr double tolerance = 100;
     static constexpr std::tuple peers{
         Peer{"plain",

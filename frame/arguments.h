@@ -70,6 +70,8 @@
 #define KESL_take_in(kind, x, F, T)  kesl::kind<const KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
 #define KESL_decl_out(kind, x, F, T) KESL_group(KESL_decl, KESL_group_##kind, F, KESL_T_##T, x)
 #define KESL_take_out(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
+#define KESL_decl_table(T, x, each)  T *x
+#define KESL_take_table(T, x, each)  kesl::Table<T>(x, each)
 #define KESL_decl_size(x)            int x
 #define KESL_take_size(x)            kesl::Size(x)
 #define KESL_decl_count(x)           int x

@@ -76,6 +76,8 @@
 #define KESL_take_packed(x, T)       kesl::Packed<KESL_T_##T>(x)
 #define KESL_decl_results(x, T)      KESL_T_##T *x
 #define KESL_take_results(x, T)      kesl::Results<KESL_T_##T>(x)
+#define KESL_decl_table(T, x, each)  T *x
+#define KESL_take_table(T, x, each)  kesl::Table<T>(x, each)
 #define KESL_decl_size(x)            int x
 #define KESL_take_size(x)            kesl::Size(x)
 #define KESL_decl_count(x)           int x

@@ -73,6 +73,23 @@ template <class V> requires (lanes<V> > 1) V sqrt(V x)
 #endif
 }
 
+// Half of the lanes of a pack of floats, the lower or the upper, as doubles; and both back, rounded.
+template <int half, class V> Pack<double, sizeof(V)> widened(V x)
+{
+    constexpr int n = lanes<V> / 2;
+    return [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
+        return __builtin_convertvector(__builtin_shufflevector(x, x, (half * n + i)...), Pack<double, sizeof(V)>);
+    }(std::make_integer_sequence<int, n>{});
+}
+template <class V> V narrowed(Pack<double, sizeof(V)> lower, Pack<double, sizeof(V)> upper)
+{
+    using Half = typename PackOf<float, int(sizeof(V)) / 2>::type;
+    const Half a = __builtin_convertvector(lower, Half), b = __builtin_convertvector(upper, Half);
+    return [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
+        return V(__builtin_shufflevector(a, b, i...));
+    }(std::make_integer_sequence<int, lanes<V>>{});
+}
+
 // Whether a mask holds in any lane.
 inline bool any(bool mask) { return mask; }
 template <class M> requires (lanes<M> > 1) bool any(M mask)

@@ -159,6 +159,18 @@ template <class T> struct Packed : Argument {
     bool pointerOk() const { return p != nullptr; }
 };
 
+// A table without strides in any layout, `each` elements for an object: back to back, or one for all with each = 0.
+template <class T> struct Table : Argument {
+    static constexpr bool isSource = std::is_const_v<T>;
+    T* p;
+    int each;
+    Table(T* pointer, int elements) : p(pointer), each(elements) {}
+    T* object(int k) const { return p + std::int64_t(k) * each; }
+    bool pointerOk() const { return p != nullptr; }
+    Table slice(int start, int, void*) const { return {object(start), each}; }
+    template <Form> std::tuple<T*> list() const { return p; }
+};
+
 // Scratch of the caller; in a team each thread has a share of its own instead.
 template <class T> struct Buffer : Argument {
     T* p;

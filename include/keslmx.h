@@ -1785,6 +1785,197 @@ KeslStatus keslTrace_ma_64f(const double *src, int srcStride0, int srcStride1, i
 KeslStatus keslTrace_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
     int widthHeight, double *dst, int count);
 KeslStatus keslTrace_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int widthHeight, double *dst,
+/* ------------------------------------------------------------------------------------------------------ keslLUDecomp
+ * Factors of src with partial pivoting: P src = L U, L lower triangular with a diagonal of ones, U upper triangular;
+ * widthHeight is the order n of the matrices.
+ *
+ * dst        Both factors in one matrix, whose rows stay where they are in src: element (p[i], j) is L(i,j) for j < i and U(i,j)
+ *            for j >= i. The ones are not stored.
+ * dstIndex   p: n row numbers from 0 for each matrix, in every layout a table without strides, those of an array back to back.
+ *            A permutation of 0 .. n-1 after success.
+ * Method     Gaussian elimination (Golub and Van Loan, Matrix Computations, 3.4). The pivot is the greatest magnitude of its
+ *            column, of equal ones the first in the order of p so far; a NaN is chosen only where it stands first, and then
+ *            passes. Multipliers are products with the reciprocal of the pivot.
+ * Singular   Orders 3 to 6: a pivot below twice the smallest normal number (2^-125, 2^-1021). Other orders: a pivot not above
+ *            2^-23 (2^-52 in double precision), absolutely, so that these reject much that orders 3 to 6 accept.
+ * Overlap    dst may be the same storage as src, with the same strides.
+ * Status     N C S B R as usual (dstIndex is one of the pointers), then keslStatusSingular: the first singular object ends the
+ *            call. Those before it are complete and those behind it untouched, in threads within the slice of each thread. Of
+ *            the object itself, at orders 3 to 6 the rows whose pivots were good are written, and p holds the last exchange,
+ *            too; at other orders dst is as far reduced as it came, and p without the exchange of the failing step.
+ */
+KeslStatus keslLUDecomp_m_32f(const float *src, int srcStride1, int srcStride2, int *dstIndex, float *dst,
+    int dstStride1, int dstStride2, int widthHeight);
+KeslStatus keslLUDecomp_m_32f_P(const float *const *src, int srcRoiShift, int *dstIndex, float *const *dst,
+    int dstRoiShift, int widthHeight);
+KeslStatus keslLUDecomp_m_64f(const double *src, int srcStride1, int srcStride2, int *dstIndex, double *dst,
+    int dstStride1, int dstStride2, int widthHeight);
+KeslStatus keslLUDecomp_m_64f_P(const double *const *src, int srcRoiShift, int *dstIndex, double *const *dst,
+    int dstRoiShift, int widthHeight);
+KeslStatus keslLUDecomp_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, int *dstIndex,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int widthHeight, int count);
+KeslStatus keslLUDecomp_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    int *dstIndex, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int widthHeight, int count);
+KeslStatus keslLUDecomp_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, int *dstIndex,
+    float *const *dst, int dstRoiShift, int dstStride0, int widthHeight, int count);
+KeslStatus keslLUDecomp_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, int *dstIndex,
+    double *dst, int dstStride0, int dstStride1, int dstStride2, int widthHeight, int count);
+KeslStatus keslLUDecomp_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    int *dstIndex, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int widthHeight, int count);
+KeslStatus keslLUDecomp_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int *dstIndex,
+    double *const *dst, int dstRoiShift, int dstStride0, int widthHeight, int count);
+
+/* --------------------------------------------------------------------------------------------------- keslLUBackSubst
+ * Solves A x = b, with A as keslLUDecomp leaves it in src1 and srcIndex; widthHeight is the order n.
+ *
+ * Shapes     mv (one matrix, one vector), mva (one matrix and its table for all vectors), mava (for each vector its own).
+ * src1       The factors, their rows where keslLUDecomp left them.
+ * srcIndex   The table p: n row numbers from 0 for each matrix, in every layout without strides, those of mava back to back.
+ *            The numbers are used as they are, without a test of their range.
+ * src2, dst  The right-hand side b, in the order of the rows of A, and the solution x.
+ * Method     Forward and back substitution (Golub and Van Loan, Matrix Computations, 3.1). Orders 3 to 6 multiply by the
+ *            reciprocals of the diagonal of U and subtract the terms of a row one by one; the other orders sum them first and
+ *            divide, so that their last bits may differ.
+ * Zeros      on the diagonal of U give infinities or NaN in dst and are not reported.
+ * Overlap    dst may be the same storage as src2, with the same strides, at orders 3 to 6; never at the others.
+ * Status     N C S B R as usual (srcIndex is one of the pointers). keslStatusOk once the arguments are good.
+ */
+KeslStatus keslLUBackSubst_mava_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2,
+    const int *srcIndex, const float *src2, int src2Stride0, int src2Stride2, float *dst, int dstStride0,
+    int dstStride2, int widthHeight, int count);
+KeslStatus keslLUBackSubst_mava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    const int *srcIndex, const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst,
+    int dstRoiShift, int dstStride2, int widthHeight, int count);
+KeslStatus keslLUBackSubst_mava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const int *srcIndex, const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int widthHeight, int count);
+KeslStatus keslLUBackSubst_mava_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2,
+    const int *srcIndex, const double *src2, int src2Stride0, int src2Stride2, double *dst, int dstStride0,
+    int dstStride2, int widthHeight, int count);
+KeslStatus keslLUBackSubst_mava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    const int *srcIndex, const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int widthHeight, int count);
+KeslStatus keslLUBackSubst_mava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const int *srcIndex, const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int widthHeight, int count);
+KeslStatus keslLUBackSubst_mv_32f(const float *src1, int src1Stride1, int src1Stride2, const int *srcIndex,
+    const float *src2, int src2Stride2, float *dst, int dstStride2, int widthHeight);
+KeslStatus keslLUBackSubst_mv_32f_P(const float *const *src1, int src1RoiShift, const int *srcIndex,
+    const float *const *src2, int src2RoiShift, float *const *dst, int dstRoiShift, int widthHeight);
+KeslStatus keslLUBackSubst_mv_64f(const double *src1, int src1Stride1, int src1Stride2, const int *srcIndex,
+    const double *src2, int src2Stride2, double *dst, int dstStride2, int widthHeight);
+KeslStatus keslLUBackSubst_mv_64f_P(const double *const *src1, int src1RoiShift, const int *srcIndex,
+    const double *const *src2, int src2RoiShift, double *const *dst, int dstRoiShift, int widthHeight);
+KeslStatus keslLUBackSubst_mva_32f(const float *src1, int src1Stride1, int src1Stride2, const int *srcIndex,
+    const float *src2, int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2, int widthHeight,
+    int count);
+KeslStatus keslLUBackSubst_mva_32f_L(const float *src1, int src1Stride1, int src1Stride2, const int *srcIndex,
+    const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2,
+    int widthHeight, int count);
+KeslStatus keslLUBackSubst_mva_32f_P(const float *const *src1, int src1RoiShift, const int *srcIndex,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0,
+    int widthHeight, int count);
+KeslStatus keslLUBackSubst_mva_64f(const double *src1, int src1Stride1, int src1Stride2, const int *srcIndex,
+    const double *src2, int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2,
+    int widthHeight, int count);
+KeslStatus keslLUBackSubst_mva_64f_L(const double *src1, int src1Stride1, int src1Stride2, const int *srcIndex,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2,
+    int widthHeight, int count);
+KeslStatus keslLUBackSubst_mva_64f_P(const double *const *src1, int src1RoiShift, const int *srcIndex,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int widthHeight, int count);
+
+/* ------------------------------------------------------------------------------------------------ keslCholeskyDecomp
+ * The Cholesky factor of src: src = L L', L lower triangular; widthHeight is the order n of the matrices.
+ *
+ * src        Symmetric and positive definite. Only the lower triangle with the diagonal counts; symmetry is not examined.
+ * dst        Only the lower triangle with the diagonal is written: L(i,j) below the diagonal, and on the diagonal the
+ *            reciprocals 1 / L(i,i), as keslCholeskyBackSubst wants them.
+ * Method     By rows, from the top, left to right (Golub and Van Loan, Matrix Computations, 4.2): L(i,j) is a product with the
+ *            reciprocal of L(j,j), and 1 / L(i,i) the reciprocal of a root. In single precision this root and its reciprocal are
+ *            formed in double precision and rounded once; but in the P layout, at orders 1, 2 and 7 upward, the root is
+ *            rounded before the reciprocal is formed, so that the last bits may differ there from those of other layouts.
+ * Rejected   is a number d under the root that is not above 0; a NaN passes. Two forms have another bound: at order 3 in the
+ *            P layout, single and double precision, 2^-23; and in double-precision arrays of the standard layout some stride2
+ *            of which is not the element size, at orders 1, 2 and 6 upward, 2^-52.
+ * Overlap    dst may be the same storage as src, with the same strides.
+ * Status     N C S B R as usual, then keslStatusNotPositiveDefinite: the first object without a factor ends the call. Those
+ *            before it are complete and those behind it untouched, in threads within the slice of each thread. Of the object
+ *            itself the rows above the rejected diagonal element and its own row to the left of it are written.
+ */
+KeslStatus keslCholeskyDecomp_m_32f(const float *src, int srcStride1, int srcStride2, float *dst, int dstStride1,
+    int dstStride2, int widthHeight);
+KeslStatus keslCholeskyDecomp_m_32f_P(const float *const *src, int srcRoiShift, float *const *dst, int dstRoiShift,
+    int widthHeight);
+KeslStatus keslCholeskyDecomp_m_64f(const double *src, int srcStride1, int srcStride2, double *dst, int dstStride1,
+    int dstStride2, int widthHeight);
+KeslStatus keslCholeskyDecomp_m_64f_P(const double *const *src, int srcRoiShift, double *const *dst, int dstRoiShift,
+    int widthHeight);
+KeslStatus keslCholeskyDecomp_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *dst,
+    int dstStride0, int dstStride1, int dstStride2, int widthHeight, int count);
+KeslStatus keslCholeskyDecomp_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int widthHeight, int count);
+KeslStatus keslCholeskyDecomp_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *const *dst,
+    int dstRoiShift, int dstStride0, int widthHeight, int count);
+KeslStatus keslCholeskyDecomp_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, double *dst,
+    int dstStride0, int dstStride1, int dstStride2, int widthHeight, int count);
+KeslStatus keslCholeskyDecomp_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int widthHeight, int count);
+KeslStatus keslCholeskyDecomp_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *const *dst,
+    int dstRoiShift, int dstStride0, int widthHeight, int count);
+
+/* --------------------------------------------------------------------------------------------- keslCholeskyBackSubst
+ * Solves A x = b, with the factor of A as keslCholeskyDecomp leaves it in src1; widthHeight is the order n.
+ *
+ * Shapes     mv (one matrix, one vector), mva (one matrix for all vectors), mava (for each vector its own).
+ * src1       The lower triangle with the reciprocals of its diagonal; what is above is not used.
+ * src2, dst  The right-hand side b and the solution x.
+ * Method     Forward and back substitution (Golub and Van Loan, Matrix Computations, 3.1 and 4.2) without a division: a zero
+ *            on the diagonal multiplies like any other number.
+ * Overlap    None.
+ * Status     mva in L: N B R S C, sizes and count last; all others in the usual order. keslStatusOk once the arguments are good.
+ */
+KeslStatus keslCholeskyBackSubst_mava_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2,
+    const float *src2, int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2, int widthHeight,
+    int count);
+KeslStatus keslCholeskyBackSubst_mava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1,
+    int src1Stride2, const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift,
+    int dstStride2, int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0,
+    int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mava_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2,
+    const double *src2, int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2,
+    int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1,
+    int src1Stride2, const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst,
+    int dstRoiShift, int dstStride2, int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mv_32f(const float *src1, int src1Stride1, int src1Stride2, const float *src2,
+    int src2Stride2, float *dst, int dstStride2, int widthHeight);
+KeslStatus keslCholeskyBackSubst_mv_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2,
+    int src2RoiShift, float *const *dst, int dstRoiShift, int widthHeight);
+KeslStatus keslCholeskyBackSubst_mv_64f(const double *src1, int src1Stride1, int src1Stride2, const double *src2,
+    int src2Stride2, double *dst, int dstStride2, int widthHeight);
+KeslStatus keslCholeskyBackSubst_mv_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, double *const *dst, int dstRoiShift, int widthHeight);
+KeslStatus keslCholeskyBackSubst_mva_32f(const float *src1, int src1Stride1, int src1Stride2, const float *src2,
+    int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2, int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mva_32f_L(const float *src1, int src1Stride1, int src1Stride2,
+    const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2,
+    int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mva_32f_P(const float *const *src1, int src1RoiShift, const float *const *src2,
+    int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0, int widthHeight,
+    int count);
+KeslStatus keslCholeskyBackSubst_mva_64f(const double *src1, int src1Stride1, int src1Stride2, const double *src2,
+    int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2, int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mva_64f_L(const double *src1, int src1Stride1, int src1Stride2,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2,
+    int widthHeight, int count);
+KeslStatus keslCholeskyBackSubst_mva_64f_P(const double *const *src1, int src1RoiShift, const double *const *src2,
+    int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int widthHeight,
     int count);
 
 /* ------------------------------------------------------------------------------------------------------- keslInvert

@@ -1,0 +1,5 @@
+// The threaded forms of keslCholeskyBackSubst on an array of matrices and one of vectors.
+#include "frame/team.h"
+#include "solvers/cholesky_back_subst.h"
+
+KESL_CHOLESKYBACKSUBST_MAVA(KESL_THREADED)

@@ -1,0 +1,4 @@
+// keslCholeskyBackSubst on one matrix and an array of vectors.
+#include "solvers/cholesky_back_subst.h"
+
+KESL_CHOLESKYBACKSUBST_MVA(KESL_ARRAY)

@@ -1,0 +1,4 @@
+// keslCholeskyDecomp on one matrix.
+#include "solvers/cholesky_decomp.h"
+
+KESL_CHOLESKYDECOMP_M(KESL_SINGLE)

@@ -1,0 +1,5 @@
+// The threaded forms of keslLUBackSubst on an array of matrices and one of vectors.
+#include "frame/team.h"
+#include "solvers/lu_back_subst.h"
+
+KESL_LUBACKSUBST_MAVA(KESL_THREADED)

@@ -1,0 +1,159 @@
+// keslLUBackSubst: solves A x = b from what keslLUDecomp leaves of A.
+#pragma once
+#include "frame/arguments.h"
+#include "frame/call.h"
+#include "frame/objects.h"
+#include "solvers/indices.h"
+
+// clang-format off
+#define KESL_LU_SOLVE(as, F, T, matrix, vector, each)                                                               \
+    as##_in(matrix, src1, F, T), as##_table(const int, srcIndex, each), as##_in(vector, src2, F, T), as##_out(vector, dst, F, T), \
+    as##_size(widthHeight)
+#define KESL_LU_SOLVES(as, F, T, matrix, vector, each) KESL_LU_SOLVE(as, F, T, matrix, vector, each), as##_count(count)
+// clang-format on
+
+namespace kesl {
+
+// ---- Orders 3 to 6. Here the elements a(i, j) of the factors and b, which becomes x, are in the order of elimination; each
+// may have one value or a pack of them. r has the reciprocals of the diagonal of U.
+template <int n, class V> [[gnu::always_inline]] inline void luSolve(const auto& a, const auto* r, V* x)
+{
+#pragma GCC unroll 8
+    for (int i = 1; i < n; ++i) {
+#pragma GCC unroll 8
+        for (int j = 1; j < i; ++j) x[i] = x[i] - a(i, j) * x[j];
+        x[i] = x[i] - a(i, 0) * x[0]; // the first comes last
+    }
+#pragma GCC unroll 8
+    for (int i = n - 1; i >= 0; --i) {
+#pragma GCC unroll 8
+        for (int j = n - 1; j > i; --j) x[i] = x[i] - a(i, j) * x[j];
+        x[i] = x[i] * r[i];
+    }
+}
+template <int n, class V> [[gnu::always_inline]] inline void reciprocals(const auto& a, V* r)
+{
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) r[i] = 1 / a(i, i);
+}
+
+// Of a matrix and a table for each lane.
+template <int n, class V> [[gnu::always_inline]] inline void luSolvePack(const Block<V, n, n>& stored, const MaskOf<V>* p, Block<V, 1, n>& b)
+{
+    const auto ordered = [&](int i, auto element) KESL_INLINE {
+        V x = element(0);
+#pragma GCC unroll 8
+        for (int row = 1; row < n; ++row) x = p[i] == row ? element(row) : x;
+        return x;
+    };
+    Block<V, n, n> a;
+    V x[n], r[n];
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) {
+        x[i] = ordered(i, [&](int row) KESL_INLINE { return b(0, row); });
+#pragma GCC unroll 8
+        for (int j = 0; j < n; ++j) a(i, j) = ordered(i, [&](int row) KESL_INLINE { return stored(row, j); });
+    }
+    reciprocals<n>(a, r);
+    luSolve<n>(a, r, x);
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) b(0, i) = x[i];
+}
+// Orders 5 and 6 are long: one copy serves all kernels.
+template <int n, class V> [[gnu::noinline]] void luSolveLong(const Block<V, n, n>& stored, const MaskOf<V>* p, Block<V, 1, n>& b)
+{
+    luSolvePack<n>(stored, p, b);
+}
+// Of one matrix and vector.
+template <class T, int n> [[gnu::noinline]] void luSolveOne(auto stored, const int* p, auto b, auto dst)
+{
+    Block<T, n, n> a;
+    T x[n], r[n];
+    eachElement<n, n>([&](int i, int j) KESL_INLINE { a(i, j) = stored(p[i], j); });
+    for (int i = 0; i < n; ++i) x[i] = b(0, p[i]);
+    reciprocals<n>(a, r);
+    luSolve<n>(a, r, x);
+    for (int i = 0; i < n; ++i) dst(0, i) = x[i];
+}
+
+// ---- Other orders, in dst itself: sums of their own and true divisions, so that the last bits differ from those above.
+template <class T> [[gnu::noinline]] void luSolveCommon(auto a, const int* p, auto b, auto x, int n)
+{
+    x(0, 0) = b(0, p[0]);
+    for (int i = 1; i < n; ++i) {
+        T s = 0;
+        for (int j = 0; j < i; ++j) s = s + a(p[i], j) * x(0, j);
+        x(0, i) = b(0, p[i]) - s;
+    }
+    x(0, n - 1) = x(0, n - 1) / a(p[n - 1], n - 1);
+    for (int i = n - 2; i >= 0; --i) {
+        T s = 0;
+        for (int j = i + 1; j < n; ++j) s = s + a(p[i], j) * x(0, j);
+        x(0, i) = (x(0, i) - s) / a(p[i], i);
+    }
+}
+
+// ---- The family.
+struct LUBackSubst {
+    static constexpr Threshold threshold = Threshold::everywhere(1701);
+
+    template <class T, Form F, class Count = One>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, Table<const int> index, auto src2, auto dst, Size order, Count count = {})
+    {
+        return withOrder(order, [&](auto n) {
+            if constexpr (n == 0)
+                return eachObject(count, [&](int k) {
+                    luSolveCommon<T>(src1.object(k, order, order), index.object(k), src2.object(k, 1, order), dst.object(k, 1, order), order);
+                    return KeslStatus(keslStatusOk);
+                });
+            else if constexpr (src1.isArray || !src2.isArray)
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    if constexpr (lanes<V> == 1)
+                        luSolveOne<T, n>(src1.object(k.first, n, n), index.object(k.first), src2.object(k.first, 1, n), dst.object(k.first, 1, n));
+                    else {
+                        const auto a = load<n, n>(src1, k);
+                        auto b = load<1, n, true>(src2, k);
+                        MaskOf<V> p[n];
+                        loadIndices<n>(index.object(k.first), p);
+                        if constexpr (n < 5) luSolvePack<n>(a, p, b);
+                        else luSolveLong<n>(a, p, b);
+                        store<true>(dst, k, b);
+                    }
+                    return KeslStatus(keslStatusOk);
+                });
+            else { // one matrix for all vectors
+                const auto stored = src1.object(0, n, n);
+                int p[n];
+                Block<T, n, n> a;
+                T r[n];
+                for (int i = 0; i < n; ++i) p[i] = index.object(0)[i];
+                eachElement<n, n>([&](int i, int j) { a(i, j) = stored(p[i], j); });
+                reciprocals<n>(a, r);
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    const auto b = load<1, n, true>(src2, k);
+                    Block<V, 1, n> x;
+                    for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
+                    luSolve<n>(a, r, x.e[0]);
+                    store<true>(dst, k, x);
+                    return KeslStatus(keslStatusOk);
+                });
+            }
+        });
+    }
+};
+
+// ---- The members.
+struct LUBackSubst_mv : LUBackSubst {};
+struct LUBackSubst_mva : LUBackSubst {
+    static unsigned measure(unsigned n, unsigned count) { return (n + 2 * count) * n; }
+};
+struct LUBackSubst_mava : LUBackSubst {
+    static unsigned measure(unsigned n, unsigned count) { return (n + 2) * n * count; }
+};
+
+} // namespace kesl
+
+// ---- Their functions, by module: the kinds of the matrix and the vectors, and the table's entries for each object.
+#define KESL_LUBACKSUBST_MV(X)   X(LUBackSubst, mv, KESL_LU_SOLVE, m, v, 0)
+#define KESL_LUBACKSUBST_MVA(X)  X(LUBackSubst, mva, KESL_LU_SOLVES, m, va, 0)
+#define KESL_LUBACKSUBST_MAVA(X) X(LUBackSubst, mava, KESL_LU_SOLVES, ma, va, widthHeight)

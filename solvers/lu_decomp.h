@@ -1,0 +1,187 @@
+// keslLUDecomp: LU decomposition with partial pivoting (Golub and Van Loan, Matrix Computations, 3.4), of one matrix or of
+// each matrix of an array. Rows stay where they are: a table p names the row that stands i-th.
+#pragma once
+#include "frame/arguments.h"
+#include "frame/call.h"
+#include "frame/constants.h"
+#include "frame/objects.h"
+#include "solvers/indices.h"
+
+// clang-format off
+#define KESL_LU(as, F, T, k)  as##_in(k, src, F, T), as##_table(int, dstIndex, widthHeight), as##_out(k, dst, F, T), as##_size(widthHeight)
+#define KESL_LUS(as, F, T, k) KESL_LU(as, F, T, k), as##_count(count)
+
+// The common code of orders 1, 2 and 7 upward has functions of its own.
+#define KESL_LU_COMMON(X)                                                                                           \
+    X(LUDecomp, m, 32f, S, _S, KESL_LU, m)  X(LUDecomp, m, 32f, S2, _S2, KESL_LU, m)  X(LUDecomp, m, 32f, P, _P, KESL_LU, m) \
+    X(LUDecomp, m, 64f, S, _S, KESL_LU, m)  X(LUDecomp, m, 64f, S2, _S2, KESL_LU, m)  X(LUDecomp, m, 64f, P, _P, KESL_LU, m)
+namespace kesl { template <class T, Form F> constexpr int* LUDecomp_com = nullptr; }
+KESL_LU_COMMON(KESL_COMMON)
+// clang-format on
+
+namespace kesl {
+
+// Where |column(i)| is greatest, for i = k .. n - 1; of equal ones the first. `best` is its magnitude. A NaN is never
+// greater, and nothing is greater than it.
+template <class T> int pivot(int k, int n, T& best, auto column)
+{
+    int q = k;
+    best = abs(column(k));
+    for (int i = k + 1; i < n; ++i)
+        if (const T x = abs(column(i)); x > best) best = x, q = i;
+    return q;
+}
+
+// ---- Orders 3 to 6: the matrix is held in local storage, and its rows are written as they become final.
+
+// A pivot below this is singular. The comparison must hold to reject: a NaN passes.
+template <class T> constexpr T pivotBelow = Precision<T>::safeMin;
+
+template <class T, int n> [[gnu::noinline]] KeslStatus luFixed(auto src, int* p, auto dst)
+{
+    T a[n][n];
+    eachElement<n, n>([&](int i, int j) { a[i][j] = src(i, j); });
+    for (int i = 0; i < n; ++i) p[i] = i;
+    for (int k = 0; k < n; ++k) {
+        T best;
+        std::swap(p[k], p[pivot(k, n, best, [&](int i) { return a[p[i]][k]; })]);
+        if (best < pivotBelow<T>) return keslStatusSingular;
+        const T* const rk = a[p[k]];
+        for (int j = 0; j < n; ++j) dst(p[k], j) = rk[j];
+        const T r = 1 / rk[k];
+        for (int i = k + 1; i < n; ++i) {
+            T* const ri = a[p[i]];
+            ri[k] = ri[k] * r;
+            for (int j = k + 1; j < n; ++j) ri[j] = ri[j] - ri[k] * rk[j];
+        }
+    }
+    return keslStatusOk;
+}
+
+// The same on packs: rows are exchanged by selection, lane by lane, and back at the end. Neither is needed for what lies
+// left of the pivot's column, since only the exchange back would undo the exchange.
+template <class V, int n> struct LUPack {
+    using Index = MaskOf<V>;
+    Block<V, n, n> a;
+    Index p[n];
+
+    template <class X> [[gnu::always_inline]] static void exchange(Index where, X& x, X& y)
+    {
+        const X t = x;
+        x = where ? y : x;
+        y = where ? t : y;
+    }
+    [[gnu::always_inline]] void exchangeRows(int k, Index q)
+    {
+#pragma GCC unroll 8
+        for (int i = k + 1; i < n; ++i)
+#pragma GCC unroll 8
+            for (int j = k; j < n; ++j) exchange(q == i, a(k, j), a(i, j));
+    }
+    // False where a lane is singular; then nothing here means anything.
+    template <class T> [[gnu::always_inline]] bool run()
+    {
+        Index q[n], bad{};
+#pragma GCC unroll 8
+        for (int i = 0; i < n; ++i) p[i] = Index{} + i;
+#pragma GCC unroll 8
+        for (int k = 0; k < n; ++k) {
+            V best = abs(a(k, k));
+            q[k] = Index{} + k;
+#pragma GCC unroll 8
+            for (int i = k + 1; i < n; ++i) {
+                const V x = abs(a(i, k));
+                q[k] = x > best ? Index{} + i : q[k];
+                best = x > best ? x : best;
+            }
+            exchangeRows(k, q[k]);
+#pragma GCC unroll 8
+            for (int i = k + 1; i < n; ++i) exchange(q[k] == i, p[k], p[i]);
+            bad |= best < pivotBelow<T>;
+            if (k == n - 1) break;
+            const V r = T(1) / a(k, k);
+#pragma GCC unroll 8
+            for (int i = k + 1; i < n; ++i) {
+                a(i, k) = a(i, k) * r;
+#pragma GCC unroll 8
+                for (int j = k + 1; j < n; ++j) a(i, j) = a(i, j) - a(i, k) * a(k, j);
+            }
+        }
+        if (any(bad)) return false;
+#pragma GCC unroll 8
+        for (int k = n - 2; k >= 0; --k) exchangeRows(k, q[k]);
+        return true;
+    }
+};
+// Orders 5 and 6 are long: one copy serves all kernels.
+template <class T, class V, int n> [[gnu::noinline]] bool luLong(LUPack<V, n>& lu) { return lu.template run<T>(); }
+
+// ---- Other orders, in dst itself.
+template <class T> KeslStatus luCommon(auto src, int* p, auto a, int n)
+{
+    constexpr T eps = Precision<T>::eps; // an absolute bound of the pivots, and a pivot of eps is singular
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) a(i, j) = src(i, j);
+    for (int i = 0; i < n; ++i) p[i] = i;
+    for (int k = 0; k < n - 1; ++k) {
+        T best;
+        const int q = pivot(k, n, best, [&](int i) { return a(p[i], k); });
+        if (eps >= best) return keslStatusSingular;
+        std::swap(p[k], p[q]);
+        const T r = 1 / a(p[k], k);
+        for (int i = k + 1; i < n; ++i) {
+            const T f = a(p[i], k) = a(p[i], k) * r;
+#pragma GCC ivdep
+            for (int j = k + 1; j < n; ++j) a(p[i], j) = a(p[i], j) - f * a(p[k], j);
+        }
+    }
+    return eps >= abs(a(p[n - 1], n - 1)) ? keslStatusSingular : keslStatusOk;
+}
+
+// ---- The family.
+struct LUDecomp {
+    static constexpr Threshold threshold = setW;
+    static constexpr bool canFail = true;
+
+    template <class T, Form F, class Count = One>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<int> index, auto dst, Size order, Count count = {})
+    {
+        return withOrder(order, [&](auto n) {
+            if constexpr (n > 0)
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) -> KeslStatus {
+                    if constexpr (lanes<V> == 1)
+                        return luFixed<T, n>(src.object(k.first, n, n), index.object(k.first), dst.object(k.first, n, n));
+                    else {
+                        LUPack<V, n> lu;
+                        lu.a = load<n, n>(src, k);
+                        if (!(n < 5 ? lu.template run<T>() : luLong<T>(lu))) return keslStatusSingular;
+                        store(dst, k, lu.a);
+                        storeIndices<n>(index.object(k.first), lu.p);
+                        return keslStatusOk;
+                    }
+                });
+            else
+                return eachObject(count, [&](int k) {
+                    constexpr Form G = F == P ? P : contiguousRows(F) ? S : S2;
+                    if constexpr (F == P && src.isArray) return common<T>(src, index, dst, order, k);
+                    else return call<G>(LUDecomp_com<T, G>, src.single(k), Table(index.object(k), 0), dst.single(k), order);
+                });
+        });
+    }
+    template <class T> static KeslStatus common(auto src, Table<int> index, auto dst, Size order, int k = 0)
+    {
+        return luCommon<T>(src.object(k, order, order), index.object(k), dst.object(k, order, order), order);
+    }
+};
+
+// ---- The members.
+struct LUDecomp_m : LUDecomp {};
+struct LUDecomp_ma : LUDecomp {
+    static unsigned measure(unsigned n, unsigned count) { return n * n * count; }
+};
+
+} // namespace kesl
+
+// ---- Their functions, by module.
+#define KESL_LUDECOMP_M(X)  X(LUDecomp, m, KESL_LU, m)
+#define KESL_LUDECOMP_MA(X) X(LUDecomp, ma, KESL_LUS, ma)

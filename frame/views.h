@@ -22,12 +22,6 @@ template <class T> struct Rows {
     T& operator()(int i, int j) const { return row(i)[j]; }
 };
 
-// Rows of n elements without gaps between them.
-template <class T, int n> struct Record {
-    T* p;
-    T& operator()(int i, int j) const { return p[i * n + j]; }
-};
-
 // Any distance between elements.
 template <class T> struct Grid {
     T* p;

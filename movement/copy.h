@@ -23,7 +23,7 @@ constexpr CopyChecks copyChecks[] = {
     { P,   P,    "NSCRb",   "NSCRb",   "NSCRb"   },
 };
 // clang-format on
-consteval const CopyChecks& copyChecksOf(Form from, Form to)
+constexpr const CopyChecks& copyChecksOf(Form from, Form to)
 {
     const CopyChecks* row = copyChecks;
     while (row->from != from || row->to != to) ++row;

@@ -1785,6 +1785,8 @@ KeslStatus keslTrace_ma_64f(const double *src, int srcStride0, int srcStride1, i
 KeslStatus keslTrace_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
     int widthHeight, double *dst, int count);
 KeslStatus keslTrace_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int widthHeight, double *dst,
+    int count);
+
 /* ------------------------------------------------------------------------------------------------------ keslLUDecomp
  * Factors of src with partial pivoting: P src = L U, L lower triangular with a diagonal of ones, U upper triangular;
  * widthHeight is the order n of the matrices.

@@ -1980,6 +1980,41 @@ KeslStatus keslCholeskyBackSubst_mva_64f_P(const double *const *src1, int src1Ro
     int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int widthHeight,
     int count);
 
+/* ----------------------------------------------------------------------------------------------------------- keslDet
+ * dst = the determinant of src; widthHeight is the order n of the matrices.
+ *
+ * Method     Orders 3 to 6 by Laplace's expansion along the last row in closed form, each minor of the upper rows once, without
+ *            any test. The other orders by Gaussian elimination with partial pivoting (Golub and Van Loan, Matrix
+ *            Computations, 3.4).
+ * dst        One element for each matrix, in every layout a plain pointer without strides and shifts.
+ * buffer     n*n + n elements of scratch, without strides in any layout; needed at every order, used at orders 1, 2 and 7 upward.
+ * Singular   is no failure: the determinant is 0. At orders 1, 2 and 7 upward a pivot is zero if it is below 2 n^3 times the
+ *            smallest normal number (2^-126, 2^-1022), and the last one also if it equals that or is a NaN. The integer 2 n^3
+ *            is taken in 32 bits. In arrays the zero may have either sign, and a NaN stands for it where the pivots before it
+ *            overflow or the last element is infinite; a single matrix has a plain 0.
+ * Overlap    None.
+ * Status     N C S B R as usual (buffer is one of the pointers). keslStatusOk once the arguments are good; overflow and NaN
+ *            are not reported.
+ */
+KeslStatus keslDet_m_32f(const float *src, int srcStride1, int srcStride2, int widthHeight, float *buffer,
+    float *dst);
+KeslStatus keslDet_m_32f_P(const float *const *src, int srcRoiShift, int widthHeight, float *buffer, float *dst);
+KeslStatus keslDet_m_64f(const double *src, int srcStride1, int srcStride2, int widthHeight, double *buffer,
+    double *dst);
+KeslStatus keslDet_m_64f_P(const double *const *src, int srcRoiShift, int widthHeight, double *buffer, double *dst);
+KeslStatus keslDet_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, int widthHeight,
+    float *buffer, float *dst, int count);
+KeslStatus keslDet_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2, int widthHeight,
+    float *buffer, float *dst, int count);
+KeslStatus keslDet_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, int widthHeight, float *buffer,
+    float *dst, int count);
+KeslStatus keslDet_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, int widthHeight,
+    double *buffer, double *dst, int count);
+KeslStatus keslDet_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    int widthHeight, double *buffer, double *dst, int count);
+KeslStatus keslDet_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, int widthHeight,
+    double *buffer, double *dst, int count);
+
 /* ------------------------------------------------------------------------------------------------------- keslInvert
  * dst = the inverse of src; widthHeight is the order n of the matrices.
  *

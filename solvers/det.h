@@ -1,0 +1,131 @@
+// keslDet: the determinant of one matrix, or of each matrix of an array.
+#pragma once
+#include "frame/arguments.h"
+#include "frame/call.h"
+#include "frame/objects.h"
+#include "solvers/adjugate.h"
+
+// clang-format off
+#define KESL_DET(as, F, T, k)                                                                                       \
+    as##_in(k, src, F, T), as##_size(widthHeight), as##_buffer(buffer, T), as##_table(KESL_T_##T, dst, 1)
+#define KESL_DETS(as, F, T, k) KESL_DET(as, F, T, k), as##_count(count)
+// clang-format on
+
+namespace kesl {
+
+// ---- Orders 3 to 6, by Laplace's expansion along the last row: the minors of the upper rows from those of fewer, each once.
+// There is no test.
+
+// A set of columns is a bit mask; m[columns] belongs to as many of the upper rows as the set has columns.
+template <int n, class V> struct UpperMinors {
+    V m[1 << n];
+
+    // Along the row below, from the last column to the first, with alternating signs.
+    template <int columns> [[gnu::always_inline]] V expanded(const Block<V, n, n>& a) const
+    {
+        constexpr auto column = descending<columns>;
+        constexpr int row = int(column.size()) - 1;
+        const auto term = [&](auto i) KESL_INLINE { return m[columns & ~(1 << column[i])] * a(row, column[i]); };
+        V sum = term(Fixed<0>{});
+        [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
+            ((sum = i % 2 ? sum + term(Fixed<i + 1>{}) : sum - term(Fixed<i + 1>{})), ...);
+        }(std::make_integer_sequence<int, row>{});
+        return sum;
+    }
+    // The minors of `size` rows.
+    template <int size> [[gnu::always_inline]] void join(const Block<V, n, n>& a)
+    {
+        [&]<int... columns>(std::integer_sequence<int, columns...>) KESL_INLINE {
+            ([&]() KESL_INLINE {
+                if constexpr (std::popcount(unsigned(columns)) != size) return;
+                else if constexpr (size == 1) m[columns] = a(0, std::countr_zero(unsigned(columns)));
+                else m[columns] = expanded<columns>(a);
+            }(), ...);
+        }(std::make_integer_sequence<int, (1 << n)>{});
+    }
+};
+template <int n, class V> [[gnu::always_inline]] inline V detClosed(const Block<V, n, n>& a)
+{
+    UpperMinors<n, V> minors;
+    [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
+        (minors.template join<i + 1>(a), ...);
+    }(std::make_integer_sequence<int, n>{});
+    return minors.m[(1 << n) - 1];
+}
+// Orders 5 and 6 are long: one copy serves all kernels.
+template <int n, class V> [[gnu::noinline]] V detLong(const Block<V, n, n>& a) { return detClosed<n>(a); }
+
+// ---- Other orders, by Gaussian elimination with partial pivoting through a table of rows. The buffer holds the matrix and,
+// behind it, the table. A singular matrix is no failure: alone it has the determinant 0; in an array the product so far and
+// the last element are multiplied with a sign of 0, which gives a zero of either sign, or NaN where they are not finite.
+template <class T, bool array> [[gnu::noinline]] T detCommon(auto src, T* buffer, int n)
+{
+    const T threshold = singularBelow<T>(n);
+    int* const p = reinterpret_cast<int*>(buffer + std::int64_t(n) * n);
+    const auto row = [&](int i) { return buffer + std::int64_t(p[i]) * n; };
+
+    for (int i = 0; i < n; ++i) p[i] = i;
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) row(i)[j] = src(i, j);
+    T result = 1;
+    int sign = 1;
+    for (int k = 0; k < n - 1; ++k) {
+        T best = abs(row(k)[k]);
+        int q = k;
+        for (int i = k + 1; i < n; ++i)
+            if (const T x = abs(row(i)[k]); x > best) best = x, q = i;
+        if (q != k) std::swap(p[q], p[k]), sign = -sign;
+        if (threshold > best) { // a NaN passes
+            if constexpr (!array) return 0;
+            sign = 0;
+            break;
+        }
+        const T* const rk = row(k);
+        const T pivot = rk[k];
+        for (int i = k + 1; i < n; ++i) {
+            T* const ri = row(i);
+            const T f = ri[k] / pivot;
+#pragma GCC ivdep
+            for (int j = k + 1; j < n; ++j) ri[j] = ri[j] - rk[j] * f;
+        }
+        result = pivot * result;
+    }
+    const T last = row(n - 1)[n - 1];
+    return abs(last) > threshold ? result * (last * T(sign)) : 0; // a NaN is 0
+}
+
+// ---- The family.
+struct Det {
+    static constexpr Threshold threshold = setW;
+
+    template <class T, Form F, class Count = One>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Size order, Buffer<T> buffer, Table<T> dst, Count count = {})
+    {
+        return withOrder(order, [&](auto n) {
+            if constexpr (n > 0)
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    const auto a = load<n, n>(src, k);
+                    storePack<V>(dst.object(k.first), n < 5 ? detClosed<n>(a) : detLong<n>(a));
+                    return KeslStatus(keslStatusOk);
+                });
+            else
+                return eachObject(count, [&](int k) {
+                    *dst.object(k) = detCommon<T, src.isArray>(src.object(k, order, order), buffer.p, order);
+                    return KeslStatus(keslStatusOk);
+                });
+        });
+    }
+};
+
+// ---- The members.
+struct Det_m : Det {};
+struct Det_ma : Det {
+    static unsigned measure(unsigned n, unsigned count) { return n * count; }
+    static unsigned scratch(unsigned n, unsigned) { return n * n + n; } // elements for a thread
+};
+
+} // namespace kesl
+
+// ---- Their functions, by module.
+#define KESL_DET_M(X)  X(Det, m, KESL_DET, m)
+#define KESL_DET_MA(X) X(Det, ma, KESL_DETS, ma)

@@ -5,6 +5,7 @@
 #pragma once
 #include "frame/lanes.h"
 #include "frame/operand.h"
+#include "frame/runs.h"
 
 namespace kesl {
 
@@ -240,6 +241,32 @@ template <bool record, int height, int width, class V, class T, Kind kind, Form 
     }
 }
 
+// ---- Vectors one behind another, without a gap.
+
+// An operand that is known to be such a run.
+template <class O> struct Run : O {};
+template <class O> constexpr bool isRun = false;
+template <class O> constexpr bool isRun<Run<O>> = true;
+
+// f(o...), with all arrays as runs if that is what they are; single operands stay. It is found out once for a call.
+template <class O> constexpr bool mayBeRun = !O::isArray || (O::kind == Kind::vector && O::form == S);
+template <class O> bool isRunOf(const O& o, int n)
+{
+    if constexpr (O::isArray) return o.stride0 == n * O::elementSize;
+    else return true;
+}
+template <class O> constexpr auto asRun(const O& o)
+{
+    if constexpr (O::isArray) return Run<O>{o};
+    else return o;
+}
+template <int n> [[gnu::always_inline]] inline auto withRuns(auto f, const auto&... o)
+{
+    if constexpr ((mayBeRun<std::decay_t<decltype(o)>> && ...))
+        if ((isRunOf(o, n) && ...)) return f(asRun(o)...);
+    return f(o...);
+}
+
 // ---- What a body uses: all elements of its object or objects, as they are read, and back. `record` is the caller's word
 // that the objects have no gaps between their rows; otherwise that is found out here.
 template <int height, int width, bool record = false, class V, class O>
@@ -253,6 +280,11 @@ template <int height, int width, bool record = false, class V, class O>
         Block<V, width, height> stored;
         loadStored<record>(src, k.first, stored);
         eachElement<height, width>([&](int i, int j) { x(i, j) = stored(j, i); });
+    } else if constexpr (isRun<O>) {
+        V run[width];
+#pragma GCC unroll 8
+        for (int i = 0; i < width; ++i) run[i] = loadPack<V>(src.address(k.first) + i * lanes<V>);
+        runToObjects<width>(run, x.e[0]);
     } else loadStored<record>(src, k.first, x);
     return x;
 }
@@ -262,6 +294,11 @@ template <bool record = false, int height, int width, class V, class O>
     if constexpr (lanes<V> == 1) {
         const auto object = dst.object(k.first, height, width);
         eachElement<height, width>([&](int i, int j) { object(i, j) = x(i, j); });
+    } else if constexpr (isRun<O>) {
+        V run[width];
+        objectsToRun<width>(x.e[0], run);
+#pragma GCC unroll 8
+        for (int i = 0; i < width; ++i) storePack(dst.address(k.first) + i * lanes<V>, run[i]);
     } else storeStored<record>(dst, k.first, x);
 }
 

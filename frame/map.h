@@ -238,6 +238,7 @@ template <class O> struct Periodic {
     const typename O::Element* p;
     Periodic(const O& o, int, int, int) : p(o.address(0)) {}
     const auto* from(std::int64_t element) const { return p + element; }
+    const auto* object(int k, int n) const { return p + std::int64_t(k) * n; }
 };
 template <class O> requires (!O::isArray && !isConstant<O>) struct Periodic<O> {
     using T = typename O::Element;
@@ -252,6 +253,7 @@ template <class O> requires (!O::isArray && !isConstant<O>) struct Periodic<O> {
         for (int done = each; done < all; done *= 2) std::memcpy(e + done, e, std::size_t(std::min(done, all - done)) * sizeof *e);
     }
     const T* from(std::int64_t element) const { return e + element % each; }
+    const T* object(int, int) const { return e; }
 };
 template <class O> requires isByValue<O> struct Periodic<O> {
     Same<typename O::Element> same;
@@ -291,7 +293,7 @@ template <int n, class V> [[gnu::always_inline]] inline auto packsOf(const auto&
             if constexpr (lanes<V> == 1) return x;
             else return shuffled<OwnerOf<n, e, lanes<V>>, lanes<V>>(x, x);
         };
-    else return [run = src.from(std::int64_t(k) * n)](auto e) { return valueAt<V>(run, e * lanes<V>); };
+    else return [run = src.object(k, n)](auto e) { return valueAt<V>(run, e * lanes<V>); };
 }
 template <int n, class T> [[gnu::always_inline]] inline void mapVectors(int count, auto f, T* dst, const auto&... src)
 {
@@ -367,7 +369,7 @@ template <class Dst, class... Src>
                 bool done = false;
                 withOrder(width, [&](auto n) {
                     if constexpr (n > 0) {
-                        mapVectors<n>(count, f, dst.address(0), Periodic<Src>(src, 1, n, count)...);
+                        mapVectors<n>(count, f, dst.address(0), Periodic<Src>(src, 1, n, lanes<Pack<T>>)...);
                         done = true;
                     }
                 });

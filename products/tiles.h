@@ -108,14 +108,29 @@ template <int R, int n, class T>
 template <bool packs, class T, class A, class B, class Destination>
 [[gnu::noinline]] void product(T start, A a, B b, Destination dst, std::int64_t M, int N, int K)
 {
-    withOrder(packs ? N : 0, [&](auto n) {
-        byFours(M, [&](auto r, std::int64_t i) {
-            if constexpr (packs && n > 0)
-                fewColumns<r, n>(start, a, b, dst, i, K);
-            else
-                columns<r, packs ? widest : int(sizeof(T)), packs>(start, a, b, dst, i, 0, N, K);
-        });
+    byFours(M, [&](auto r, std::int64_t i) {
+        columns<r, packs ? widest : int(sizeof(T)), packs>(start, a, b, dst, i, 0, N, K);
     });
+}
+
+// `count` of them, with n columns: objects first, first + stride0 bytes, ...; 0 for a single operand.
+template <class T> struct Equidistant {
+    Grid<T> first;
+    std::int64_t stride0;
+    Grid<T> operator()(int k) const { return along(first, k * stride0); }
+};
+template <class T> Equidistant<T> equidistant(const auto& o, int k, int width)
+{
+    if constexpr (o.form == S && o.isArray)
+        return {seen(o, k, width), o.stride0};
+    else
+        return {seen(o, k, width), 0};
+}
+template <int n, class T> [[gnu::noinline]] void narrowProducts(T start, Equidistant<const T> a, Equidistant<const T> b,
+                                                                Equidistant<T> dst, int count, std::int64_t M, int K)
+{
+    for (int k = 0; k < count; ++k)
+        byFours(M, [&](auto r, std::int64_t i) KESL_INLINE { fewColumns<r, n>(start, a(k), b(k), dst(k), i, K); });
 }
 
 // One product of order n up to 6 that reads all of b before it stores anything: dst may lie on it.

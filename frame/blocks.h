@@ -184,13 +184,17 @@ template <int n, class V, int bytes = sizeof(V)> [[gnu::always_inline]] inline v
 
 // ---- Packs of objects as they are stored, in rows of `width` elements.
 
-// Asks for the objects of the next pack, where a pack is long. The hardware does well with short ones by itself.
+// Asks for the objects of a later pack, where packs are long: the next one to be written; and to be read, one that comes
+// some 4 KiB later, as much as arrives in the time that memory takes to answer. With short packs, and objects of a cache
+// line, the hardware does well by itself.
 template <int elements, class V, bool write, class T> [[gnu::always_inline]] inline void prefetchNext(Spaced<T> at)
 {
-    if constexpr (elements * sizeof(V) > 1024)
+    constexpr int bytes = elements * int(sizeof(V)), each = elements * int(sizeof(T));
+    constexpr int ahead = (write ? 1 : (4096 + bytes - 1) / bytes) * lanes<V>;
+    if constexpr (bytes >= 1024 && each > 64)
 #pragma GCC unroll 16
-        for (int l = lanes<V>; l < 2 * lanes<V>; ++l)
-            for (int byte = 0; byte < elements * int(sizeof(T)); byte += 64)
+        for (int l = ahead; l < ahead + lanes<V>; ++l)
+            for (int byte = 0; byte < each; byte += 64)
                 __builtin_prefetch(reinterpret_cast<const char*>(at(l)) + byte, write, 3);
 }
 template <int elements, class V, bool write, class T> void prefetchNext(Listed<T>) {} // nobody says that there is a next one

@@ -58,9 +58,11 @@ template <class Op> struct withSizes : Op {
 template <class Op> struct withOrder : Op {
     static constexpr int sizes = 1;
 };
-// One value for each object, at consecutive elements in every layout.
-struct result : va<1> {
+// Some values for each object, at consecutive elements in every layout.
+template <int C> struct results : va<C> {
     static constexpr bool output = true, dense = true;
+};
+struct result : results<1> {
 };
 
 // ---- Views: element (i, j) of object k, as a user's own code would reach it
@@ -400,6 +402,7 @@ template <class Family, class T, int N, Layout L, class... Op> struct Case<Famil
                         for (int j = 0; j < operand.C; ++j)
                             result.push_back(double(operand.at(operand.array ? k : 0, i, j)));
             });
+            if constexpr (requires { Family::comparable(result, N); }) Family::comparable(result, N);
             return result;
         };
         if (size != Size::one)

@@ -2,6 +2,11 @@
 file(GLOB KESLMX_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
     frame/*.cpp elementwise/*.cpp products/*.cpp movement/*.cpp solvers/*.cpp eigen/*.cpp geometry/*.cpp)
 
+# g++ 12.2 fuses sums and differences of products when it vectorises scalar code, in spite of -ffp-contract=off: where
+# rotations are computed it must not. Packs are vectors anyway.
+file(GLOB KESLMX_ROTATIONS CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} eigen/*.cpp)
+set_source_files_properties(${KESLMX_ROTATIONS} PROPERTIES COMPILE_OPTIONS $<$<CXX_COMPILER_ID:GNU>:-fno-tree-vectorize>)
+
 function(keslmx_library target directory)
     add_library(${target} SHARED ${KESLMX_SOURCES})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)

@@ -65,11 +65,27 @@
 #define KESL_decl_stride2(x)         int x##Stride2
 #define KESL_take_stride2(x)                                        .stride2 = x##Stride2
 
+// The same for a matrix of vectors: its pointer has a longer name than its strides.
+#define KESL_declVectors_base(T, x)  T *x##Vectors
+#define KESL_takeVectors_base(T, x)                                 .p = x##Vectors
+#define KESL_declVectors_list(T, x)  T *const *x##Vectors
+#define KESL_takeVectors_list(T, x)                                 .p = x##Vectors
+#define KESL_declVectors_shift       KESL_decl_shift
+#define KESL_takeVectors_shift       KESL_take_shift
+#define KESL_declVectors_stride0     KESL_decl_stride0
+#define KESL_takeVectors_stride0     KESL_take_stride0
+#define KESL_declVectors_stride1     KESL_decl_stride1
+#define KESL_takeVectors_stride1     KESL_take_stride1
+#define KESL_declVectors_stride2     KESL_decl_stride2
+#define KESL_takeVectors_stride2     KESL_take_stride2
+
 // ---- What a LIST is made of: in and out for operands of a kind, and the rest by name.
 #define KESL_decl_in(kind, x, F, T)  KESL_group(KESL_decl, KESL_group_##kind, F, const KESL_T_##T, x)
 #define KESL_take_in(kind, x, F, T)  kesl::kind<const KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
 #define KESL_decl_out(kind, x, F, T) KESL_group(KESL_decl, KESL_group_##kind, F, KESL_T_##T, x)
 #define KESL_take_out(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
+#define KESL_decl_vectors(kind, x, F, T) KESL_group(KESL_declVectors, KESL_group_##kind, F, KESL_T_##T, x)
+#define KESL_take_vectors(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_takeVectors, KESL_group_##kind, F, , x)}
 #define KESL_decl_value(x, T)        KESL_T_##T x
 #define KESL_take_value(x, T)        kesl::c<KESL_T_##T>(x)
 #define KESL_decl_packed(x, T)       KESL_T_##T *x

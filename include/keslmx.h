@@ -2156,6 +2156,105 @@ KeslStatus keslInvert_ma_64f_L(const double *const *src, int srcRoiShift, int sr
 KeslStatus keslInvert_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *buffer,
     double *const *dst, int dstRoiShift, int dstStride0, int widthHeight, int count);
 
+/* ------------------------------------------------------------------------------------------------ keslEigenValuesSym
+ * dst = the eigenvalues of the symmetric matrix src, n for each object, back to back in every layout; widthHeight is the order n.
+ *
+ * src        All n*n elements are read, and symmetry is not tested: give both triangles. (Order 2 does not use element (1,0);
+ *            what the method makes of a matrix that is not symmetric from order 3 on has no meaning.) In P both triangles may
+ *            be the same storage: six numbers of a symmetric tensor, named by nine pointers.
+ * buffer     n*n elements of scratch, without strides in any layout; needed at every order, used at orders 7 upward.
+ * Order      Descending, signs included, from order 3 on. Order 2: the value of greater magnitude first, so with a trace
+ *            below -eps the more negative one; with a trace of at most eps in magnitude root/2, -root/2.
+ * Method     Order 1: the element. Order 2: the roots of the quadratic, the second as determinant over the first. From order 3
+ *            on: Householder's reduction to tridiagonal form (Martin, Reinsch and Wilkinson, Numer. Math. 11, 1968), then
+ *            implicit QL iteration with Wilkinson's shift (Martin and Wilkinson, Numer. Math. 12, 1968; Wilkinson and Reinsch,
+ *            Linear Algebra, II/2 to II/4), at most 30 sweeps for a value; bottom-up, or top-down if the last diagonal
+ *            element of the tridiagonal form is greater in magnitude than the first. Sums in ascending order.
+ * Tests      are absolute, against eps = 2^-23 (32f), 2^-52 (64f); they do not scale with the matrix. An off-diagonal element
+ *            of the tridiagonal form counts as zero up to 2 eps; in arrays a column is not reduced, and what is below its
+ *            subdiagonal is dropped, if the squares of all that is below its diagonal sum to eps or less. So scale the matrices
+ *            by a power of two, which is exact, until their greatest elements are near 2^12 (32f) or 2^26 (64f): the values
+ *            scale with them. docs/eigenvalues.md tells how, and what happens otherwise.
+ * Accuracy   A sweep ends early where a rotation has a radius of eps or less, and then takes a coupling for zero that is not:
+ *            a few in a thousand float matrices of order 6, fewer of order 3 and of larger elements, get values that are wrong
+ *            by much more than rounding, with keslStatusOk. Their sum is right, and vectors are orthogonal. In 64f this was
+ *            not seen in tests. All others have errors of some eps times the greatest value.
+ * Singular   A matrix is reported as singular, which is unusual for eigenvalues, if P is at most eps in magnitude. Order 1: never.
+ *            Order 2: P is the determinant; only keslEigenValuesSym_ma_32f with contiguous rows takes 2^-52 instead of eps.
+ *            From order 3 on P is the product of the values, formed as they are found; in the bottom-up form some of them
+ *            count more than once, so P is not quite the determinant. Small values, not only zeros, make P small.
+ * NaN        Order 2: NaN values and keslStatusOk. From order 3 on keslStatusNoConvergence, if it reaches an off-diagonal.
+ * Overlap    dst must not overlap src or buffer.
+ * Status     m: N S B (P: N S R);  ma: N S C B (L, P: N S C R B), sizes before count, shifts before strides. buffer is one of
+ *            the pointers. Then, by the first object that fails, keslStatusNoConvergence or keslStatusSingular; it ends the
+ *            call. The objects before it are complete, those behind it untouched. Its own dst: singular at order 2, untouched;
+ *            singular from order 3 on, its values, not sorted; no convergence, of no meaning. In threads this holds for the
+ *            slice of each thread, and the other slices are worked on.
+ */
+KeslStatus keslEigenValuesSym_m_32f(const float *src, int srcStride1, int srcStride2, float *buffer, float *dst,
+    int widthHeight);
+KeslStatus keslEigenValuesSym_m_32f_P(const float *const *src, int srcRoiShift, float *buffer, float *dst,
+    int widthHeight);
+KeslStatus keslEigenValuesSym_m_64f(const double *src, int srcStride1, int srcStride2, double *buffer, double *dst,
+    int widthHeight);
+KeslStatus keslEigenValuesSym_m_64f_P(const double *const *src, int srcRoiShift, double *buffer, double *dst,
+    int widthHeight);
+KeslStatus keslEigenValuesSym_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *buffer,
+    float *dst, int widthHeight, int count);
+KeslStatus keslEigenValuesSym_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *buffer, float *dst, int widthHeight, int count);
+KeslStatus keslEigenValuesSym_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *buffer,
+    float *dst, int widthHeight, int count);
+KeslStatus keslEigenValuesSym_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2,
+    double *buffer, double *dst, int widthHeight, int count);
+KeslStatus keslEigenValuesSym_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *buffer, double *dst, int widthHeight, int count);
+KeslStatus keslEigenValuesSym_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *buffer,
+    double *dst, int widthHeight, int count);
+
+/* ----------------------------------------------------------------------------------------- keslEigenValuesVectorsSym
+ * dstValues = the eigenvalues of the symmetric matrix src, as above, and column c of dstVectors = the eigenvector of value c.
+ * The vectors have length 1 and are orthogonal, being a product of reflections and rotations; their signs are as they come.
+ *
+ * src, buffer, Method, Tests, NaN   as in keslEigenValuesSym, with these differences. In arrays of 32f each result is formed
+ *            in double precision and rounded when it is stored (order 2 is single precision throughout). The reduction passes
+ *            over a column also in the functions on one matrix if the root of its sum of squares and its head differ by
+ *            eps or less; in keslEigenValuesVectorsSym_ma_32f_L with contiguous rows the tests of the reduction take 2^-52.
+ * Order      of the values as in keslEigenValuesSym; the columns follow. Order 1: the vector is 1.
+ * Singular   As in keslEigenValuesSym, at order 2 with eps everywhere; but in arrays, from order 3 on, P is the product of the
+ *            values, each once, in double precision.
+ * Overlap    none between src, buffer, dstVectors and dstValues.
+ * Status     As in keslEigenValuesSym. What a failing object holds: singular at order 2, nothing is written; from order 3 on
+ *            values and vectors are all there, sorted in the functions on one matrix (but for keslEigenValuesVectorsSym_m_32f
+ *            with gaps between elements), and not sorted, though each with its own, in arrays; no convergence, unfinished
+ *            values and vectors.
+ */
+KeslStatus keslEigenValuesVectorsSym_m_32f(const float *src, int srcStride1, int srcStride2, float *buffer,
+    float *dstVectors, int dstStride1, int dstStride2, float *dstValues, int widthHeight);
+KeslStatus keslEigenValuesVectorsSym_m_32f_P(const float *const *src, int srcRoiShift, float *buffer,
+    float *const *dstVectors, int dstRoiShift, float *dstValues, int widthHeight);
+KeslStatus keslEigenValuesVectorsSym_m_64f(const double *src, int srcStride1, int srcStride2, double *buffer,
+    double *dstVectors, int dstStride1, int dstStride2, double *dstValues, int widthHeight);
+KeslStatus keslEigenValuesVectorsSym_m_64f_P(const double *const *src, int srcRoiShift, double *buffer,
+    double *const *dstVectors, int dstRoiShift, double *dstValues, int widthHeight);
+KeslStatus keslEigenValuesVectorsSym_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2,
+    float *buffer, float *dstVectors, int dstStride0, int dstStride1, int dstStride2, float *dstValues,
+    int widthHeight, int count);
+KeslStatus keslEigenValuesVectorsSym_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1,
+    int srcStride2, float *buffer, float *const *dstVectors, int dstRoiShift, int dstStride1, int dstStride2,
+    float *dstValues, int widthHeight, int count);
+KeslStatus keslEigenValuesVectorsSym_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *buffer,
+    float *const *dstVectors, int dstRoiShift, int dstStride0, float *dstValues, int widthHeight, int count);
+KeslStatus keslEigenValuesVectorsSym_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2,
+    double *buffer, double *dstVectors, int dstStride0, int dstStride1, int dstStride2, double *dstValues,
+    int widthHeight, int count);
+KeslStatus keslEigenValuesVectorsSym_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1,
+    int srcStride2, double *buffer, double *const *dstVectors, int dstRoiShift, int dstStride1, int dstStride2,
+    double *dstValues, int widthHeight, int count);
+KeslStatus keslEigenValuesVectorsSym_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0,
+    double *buffer, double *const *dstVectors, int dstRoiShift, int dstStride0, double *dstValues, int widthHeight,
+    int count);
+
 /* ------------------------------------------------------------------------------------------- keslAffineTransform3DH
  * Points (x, y, z) through a 4 by 4 matrix M = src1 in homogeneous coordinates, and back by the last coordinate.
  *

@@ -1,0 +1,4 @@
+// keslEigenValuesSym on one matrix.
+#include "eigen/symmetric_values.h"
+
+KESL_EIGENVALUESSYM_M(KESL_SINGLE)

@@ -11,6 +11,8 @@
 //         template <class T> void fail(const Object<T>&, Random&) const         sources that make the object fail
 //         static constexpr bool tolerant = true;                                fills o.tolerance, too
 //         static int cost(const Dims&)                                          of an object, where it is dear
+//         static bool zerosAlike(const Dims&)                                   a zero may have either sign
+//         static constexpr bool scratchAtWill = true;                           bodies without scratch are allowed
 //     };
 //     const Register sum("Add", "mm mama", Sum());
 //
@@ -54,7 +56,7 @@ template <class T> struct Object {
     std::vector<View<T>> sources, destinations; // constants are sources; both in the order of Function::operands
     std::vector<View<int>> tables;
     View<double> tolerance; // of destination 0, at first 0: how far a result may be from the reference
-    bool* buffer = nullptr; // to be set where the family uses the scratch of the caller
+    bool* buffer = nullptr; // to be set where the family uses the scratch of the caller, or may do so
 
     const View<T>& source(int i) const { return sources[size_t(i)]; }
     const View<T>& destination(int i = 0) const { return destinations[size_t(i)]; }
@@ -72,6 +74,8 @@ struct Reference {
     std::function<bool(const Function&, const Dims&, int)> inPlace;
     bool tolerant = false; // fills Object::tolerance; results must not depend on layout, strides, count and threads
     int (*cost)(const Dims&) = nullptr; // of one object, in element operations, where that is far from its size
+    bool (*zerosAlike)(const Dims&) = nullptr;
+    bool scratchAtWill = false;
 
     template <class T> const Hooks<T>& of() const
     {
@@ -91,6 +95,8 @@ struct Register {
         if constexpr (requires { Family::inPlace; }) r.inPlace = Family::inPlace;
         if constexpr (requires { Family::tolerant; }) r.tolerant = Family::tolerant;
         if constexpr (requires { Family::cost; }) r.cost = Family::cost;
+        if constexpr (requires { Family::zerosAlike; }) r.zerosAlike = Family::zerosAlike;
+        if constexpr (requires { Family::scratchAtWill; }) r.scratchAtWill = Family::scratchAtWill;
         add(operation, shapes, r);
     }
 

@@ -2,6 +2,10 @@
 file(GLOB KESLMX_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
     frame/*.cpp elementwise/*.cpp products/*.cpp movement/*.cpp solvers/*.cpp eigen/*.cpp geometry/*.cpp)
 
+# When g++ 12 vectorises, it fuses a*b + c*d beside a*d - b*c (a rotation) in spite of -ffp-contract=off. Packs are vectors already.
+file(GLOB KESLMX_ROTATIONS CONFIGURE_DEPENDS eigen/*.cpp)
+set_source_files_properties(${KESLMX_ROTATIONS} PROPERTIES COMPILE_OPTIONS $<$<CXX_COMPILER_ID:GNU>:-fno-tree-vectorize>)
+
 function(keslmx_library target directory)
     add_library(${target} SHARED ${KESLMX_SOURCES})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)

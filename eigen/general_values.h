@@ -13,15 +13,6 @@
 
 namespace kesl {
 
-// The memory holds the input row by row, which is its transpose in columns, and 2 n elements more.
-template <class T, class N> [[gnu::noinline]] KeslStatus generalValuesOf(T* memory, T* re, T* im, N n)
-{
-    T* const behind = memory + std::int64_t(n) * n;
-    Schur<generalValues, T, N> schur{n, {memory, n}, {}, re, im, behind, behind + n};
-    schur.reduce();
-    return schur.iterate() ? keslStatusOk : keslStatusNoConvergence;
-}
-
 // ---- The family.
 struct EigenValues {
     static constexpr Threshold threshold = Threshold::everywhere(10001);
@@ -35,24 +26,33 @@ struct EigenValues {
     template <class T, Form F>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im, Size order, auto count, Buffer<T> buffer)
     {
-        return withOrder(order, [&](auto n) {
-            return eachObject(count, [&](int k) {
-                if constexpr (n > 0) {
-                    T memory[n * n + 2 * n];
-                    copyObject(src, k, memory, n);
-                    return generalValuesOf(memory, re.object(k), im.object(k), n);
-                } else {
-                    copyObject(src, k, buffer.p, int(order));
-                    return generalValuesOf(buffer.p, re.object(k), im.object(k), int(order));
-                }
+        const auto status = [](bool converged) { return converged ? keslStatusOk : keslStatusNoConvergence; };
+        return withRows(src, [&](auto rows) KESL_INLINE {
+            return withOrder(order, [&](auto n) KESL_INLINE {
+                if constexpr (n > 0)
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                        if constexpr (lanes<V> > 1 && !inPacks<V>) return keslStatusNoConvergence; // so they go one by one
+                        else {
+                            Block<V, n, n> h = load<n, n>(rows, k);
+                            V scratch[2 * int(n)];
+                            if constexpr (lanes<V> == 1)
+                                return status(schurForm<generalValues>(h.e[0], h.e[0], scratch, re.object(k.first), im.object(k.first), n));
+                            else {
+                                V packRe[int(n)], packIm[int(n)];
+                                if (!schurForm<generalValues>(h.e[0], h.e[0], scratch, packRe, packIm, n)) return keslStatusNoConvergence;
+                                storeValues<n>(re, k.first, packRe), storeValues<n>(im, k.first, packIm);
+                                return keslStatusOk;
+                            }
+                        }
+                    });
+                else
+                    return eachObject(count, [&](int k) {
+                        const std::int64_t all = std::int64_t(order) * order;
+                        readRows(rows.object(k, order, order), buffer.p, order);
+                        return status(schurForm<generalValues>(buffer.p, buffer.p, buffer + all, re.object(k), im.object(k), int(order)));
+                    });
             });
         });
-    }
-    template <class T> static void copyObject(auto src, int k, T* memory, auto n)
-    {
-        const auto view = src.object(k, n, n);
-        for (int i = 0; i < n; ++i)
-            for (int j = 0; j < n; ++j) memory[std::int64_t(i) * n + j] = view(i, j);
     }
 };
 

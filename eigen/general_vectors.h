@@ -2,7 +2,7 @@
 // general matrix, or of each matrix of an array.
 #pragma once
 #include "eigen/buffer_size.h"
-#include "eigen/substitution.h"
+#include "eigen/general.h"
 #include "frame/arguments.h"
 #include "frame/call.h"
 
@@ -19,65 +19,57 @@
 
 namespace kesl {
 
-// Ends the kernel as a failure does, and is reported as keslStatusOk.
-constexpr KeslStatus quietEnd = 1;
-
-enum class Sides { right, left, both };
-
-// The memory holds the input row by row, which is its transpose in columns; behind it two more matrices and 5 n elements. The
-// second matrix ends as the vectors in columns, for both sides as the left ones, the third then as the right ones.
-template <GeneralRules rules, Sides sides, class T, class N> [[gnu::noinline]] KeslStatus generalVectorsOf(T* memory, T* re, T* im, N n)
-{
-    const std::int64_t all = std::int64_t(n) * n;
-    const Square<T, N> h{memory, n}, z{memory + all, n}, second{memory + 2 * all, n};
-    T* const rest = memory + 3 * all;
-    Schur<rules, T, N> schur{n, h, z, re, im, rest, rest + n};
-    schur.reduce();
-    if (!schur.iterate()) return keslStatusNoConvergence;
-
-    const auto vectors = [&](Square<T, N> of, auto side) {
-        Substitution<T, N> substitution{n, h, of, rest + 2 * n, rest + 3 * n, rest + 4 * n, rest, rest + n};
-        const Substituted done = (substitution.*side)();
-        if (done == Substituted::yes) substitution.normalise(im);
-        return done == Substituted::yes ? keslStatusOk : done == Substituted::failed ? keslStatusFailed : quietEnd;
-    };
-    if constexpr (sides == Sides::both) std::copy(z.p, z.p + all, second.p);
-    if constexpr (sides != Sides::left)
-        if (const KeslStatus status = vectors(sides == Sides::both ? second : z, &Substitution<T, N>::right)) return status;
-    if constexpr (sides != Sides::right) return vectors(z, &Substitution<T, N>::left);
-    return keslStatusOk;
-}
-
 // ---- The families.
 template <Sides sides> struct GeneralVectors {
     static constexpr Threshold threshold = Threshold::everywhere(7001);
     static constexpr bool canFail = true;
 
-    // The matrices `right` and `left` are the same where there is one side.
+    // `right` and `left` are the same where there is one side.
     template <class T, GeneralRules rules>
     [[gnu::always_inline]] static KeslStatus vectors(auto src, auto right, auto left, Table<T> re, Table<T> im, Size order, auto count, Buffer<T> buffer)
     {
-        const auto object = [&](int k, T* memory, auto n) -> KeslStatus {
-            const auto from = src.object(k, n, n);
-            for (int i = 0; i < n; ++i)
-                for (int j = 0; j < n; ++j) memory[std::int64_t(i) * n + j] = from(i, j);
-            if (const KeslStatus failure = generalVectorsOf<rules, sides>(memory, re.object(k), im.object(k), n)) return failure;
-            const auto write = [&](int matrix, auto dst) {
-                const Square<T, decltype(n)> vector{memory + std::int64_t(n) * n * matrix, n};
-                const auto to = dst.object(k, n, n);
-                for (int i = 0; i < n; ++i)
-                    for (int j = 0; j < n; ++j) to(i, j) = vector(i, j);
-            };
-            if constexpr (sides != Sides::left) write(sides == Sides::both ? 2 : 1, right);
-            if constexpr (sides != Sides::right) write(1, left);
-            return keslStatusOk;
-        };
-        const KeslStatus status = withOrder(order, [&](auto fixed) {
-            return eachObject(count, [&](int k) {
-                if constexpr (fixed > 0) {
-                    T memory[vectorsBuffer(fixed)];
-                    return object(k, memory, fixed);
-                } else return order == 1 ? one<T>(k, src, right, left, re, im) : object(k, buffer, int(order));
+        const KeslStatus status = withRows(src, [&](auto rows) KESL_INLINE {
+            return withOrder(order, [&](auto fixed) KESL_INLINE {
+                // From columns behind each other to the destinations of object k.
+                const auto write = [&](int k, const T* z, auto n) {
+                    const auto copy = [&](const T* columns, auto to) {
+                        for (int i = 0; i < n; ++i)
+                            for (int j = 0; j < n; ++j) to(i, j) = columns[std::int64_t(j) * n + i];
+                    };
+                    if constexpr (sides != Sides::left) copy(sides == Sides::both ? z + std::int64_t(n) * n : z, right.object(k, n, n));
+                    if constexpr (sides != Sides::right) copy(z, left.object(k, n, n));
+                    return keslStatusOk;
+                };
+                const auto object = [&](int k, T* memory, auto n) -> KeslStatus {
+                    const std::int64_t all = std::int64_t(n) * n;
+                    readRows(rows.object(k, n, n), memory, n);
+                    if (!schurForm<rules>(memory, memory + all, memory + 3 * all, re.object(k), im.object(k), n)) return keslStatusNoConvergence;
+                    if (const KeslStatus failure = eigenvectors(sides, memory, im.object(k), n)) return failure;
+                    return write(k, memory + all, n);
+                };
+                if constexpr (fixed > 0)
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
+                        constexpr int n = fixed, all = n * n;
+                        if constexpr (lanes<V> == 1) {
+                            T memory[vectorsBuffer(n)];
+                            return object(k.first, memory, fixed);
+                        } else if constexpr (!inPacks<V>) return keslStatusNoConvergence; // so they go one by one
+                        else {
+                            Block<V, n, n> h = load<n, n>(rows, k);
+                            V z[all], scratch[2 * n], packRe[n], packIm[n];
+                            if (!schurForm<rules>(h.e[0], z, scratch, packRe, packIm, fixed)) return keslStatusNoConvergence;
+                            struct { T memory[vectorsBuffer(n)], im[n]; } lane[lanes<V>];
+                            const Spaced<T> first{lane[0].memory, sizeof lane[0]};
+                            storeRun<all>(first, h.e[0]), storeRun<all>(first + all, z), storeRun<n>(Spaced<T>{lane[0].im, sizeof lane[0]}, packIm);
+                            for (auto& l : lane)
+                                if (const KeslStatus failure = eigenvectors(sides, l.memory, l.im, fixed)) return failure;
+                            storeValues<n>(re, k.first, packRe), storeValues<n>(im, k.first, packIm);
+                            for (int l = 0; l < lanes<V>; ++l) write(k.first + l, lane[l].memory + all, fixed);
+                            return keslStatusOk;
+                        }
+                    });
+                else
+                    return eachObject(count, [&](int k) { return order == 1 ? one<T>(k, src, right, left, re, im) : object(k, buffer, int(order)); });
             });
         });
         return status == quietEnd ? keslStatusOk : status;

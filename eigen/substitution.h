@@ -1,12 +1,9 @@
 // Eigenvectors of a quasi-triangular matrix T by substitution (LAPACK's dtrevc and its small solver dlaln2), carried back by
 // Z and normalised. Tests for an exact zero are tests against safeMin here, and complex quotients are plain formulas.
 #pragma once
-#include "eigen/general.h"
+#include "eigen/schur.h"
 
 namespace kesl {
-
-// What the substitution came to. Both failures end the call; the quiet one with keslStatusOk.
-enum class Substituted { yes, failed, quietly };
 
 // ---- The solution y of (C - w) y = scale * b for a diagonal block C of order 1 or 2, scale <= 1 being chosen against overflow.
 template <class T> struct Solution {
@@ -55,12 +52,12 @@ template <class T> Solution<T> solveOneComplex(T cr, T ci, T br, T bi, T smini, 
 // Where the elements of a 2 by 2 matrix (by columns) stand once the pivot is first.
 constexpr int iPivot[4][4] = {{0, 1, 2, 3}, {1, 0, 3, 2}, {2, 3, 0, 1}, {3, 2, 1, 0}};
 
-// The first of four that is greatest.
+// The first of four that is greatest. A NaN never is.
 template <class T> int firstGreatest(auto magnitude, T& greatest)
 {
     int p = 0;
-    greatest = magnitude(0);
-    for (int k = 1; k < 4; ++k)
+    greatest = 0;
+    for (int k = 0; k < 4; ++k)
         if (const T x = magnitude(k); x > greatest) greatest = x, p = k;
     return p;
 }
@@ -180,16 +177,17 @@ template <class T, class N> struct Substitution {
             for (int k = from; k < to; ++k) b[k] = b[k] * f;
     }
     // Solves with the block of `size` rows at j, transposed or not, and the right-hand side in a and b.
-    Substituted solve(int j, int size, bool transposed, bool pair, Solution<T>& y) const
+    // Fails where the block is zero to working precision: quietly with a real eigenvalue.
+    KeslStatus solve(int j, int size, bool transposed, bool pair, Solution<T>& y) const
     {
         if (size == 1) {
             y = pair ? solveOneComplex(t(j, j) - wr, -wi, a[j], b[j], smini, bigNum) : solveOne(t(j, j) - wr, a[j], smini);
-            return Substituted::yes;
+            return keslStatusOk;
         }
         const T lower = t(j + 1, j), upper = t(j, j + 1);
         const T c[4] = {t(j, j) - wr, transposed ? upper : lower, transposed ? lower : upper, t(j + 1, j + 1) - wr};
-        if (!pair) return solveTwo(c, a[j], a[j + 1], smini, y) ? Substituted::yes : Substituted::quietly;
-        return solveTwoComplex(c, -wi, a[j], b[j], a[j + 1], b[j + 1], smini, y) ? Substituted::yes : Substituted::failed;
+        if (!pair) return solveTwo(c, a[j], a[j + 1], smini, y) ? keslStatusOk : quietEnd;
+        return solveTwoComplex(c, -wi, a[j], b[j], a[j + 1], b[j + 1], smini, y) ? keslStatusOk : keslStatusFailed;
     }
     void take(const Solution<T>& y, int j, int size, int from, int to, bool pair) const
     {
@@ -217,7 +215,7 @@ template <class T, class N> struct Substitution {
     }
 
     // T x = lambda x, from the last column to the first.
-    Substituted right()
+    KeslStatus right()
     {
         norms();
         for (int ki = n - 1; ki >= 0; --ki) {
@@ -237,7 +235,7 @@ template <class T, class N> struct Substitution {
             for (int end = head - 1; end >= 0;) { // the last row of a block
                 const int size = blockEndsAt(end) ? 2 : 1, j = end - size + 1;
                 Solution<T> y;
-                if (const Substituted done = solve(j, size, false, pair, y); done != Substituted::yes) return done;
+                if (const KeslStatus failure = solve(j, size, false, pair, y)) return failure;
                 if (y.norm > 1 && (size == 2 ? greater(norm[j], norm[end]) : norm[end]) > bigNum / y.norm) y.divide(y.norm);
                 take(y, j, size, 0, ki + 1, pair);
                 for (int c = j; c <= end; ++c)
@@ -250,11 +248,11 @@ template <class T, class N> struct Substitution {
             carryBack(head, pair, 0, head, head, ki);
             ki = head;
         }
-        return Substituted::yes;
+        return keslStatusOk;
     }
 
     // x T = lambda x, from the first row to the last.
-    Substituted left()
+    KeslStatus left()
     {
         norms();
         for (int ki = 0; ki < n; ++ki) {
@@ -289,7 +287,7 @@ template <class T, class N> struct Substitution {
                         if (pair) b[c] = b[c] - dot(b);
                     }
                 Solution<T> y;
-                if (const Substituted done = solve(j, size, true, pair, y); done != Substituted::yes) return done;
+                if (const KeslStatus failure = solve(j, size, true, pair, y)) return failure;
                 take(y, j, size, ki, n, pair);
                 for (int k = 0; k < size; ++k) {
                     vmax = greater(vmax, abs(y.re[k]));
@@ -300,7 +298,7 @@ template <class T, class N> struct Substitution {
             carryBack(ki, pair, last + 1, n, ki, last);
             ki = last;
         }
-        return Substituted::yes;
+        return keslStatusOk;
     }
 
     // To unit length; of a pair the element of greatest modulus becomes real.
@@ -338,5 +336,23 @@ template <class T, class N> struct Substitution {
         }
     }
 };
+
+template <class T, class N> KeslStatus eigenvectors(Sides sides, T* memory, const T* im, N n)
+{
+    const std::int64_t all = std::int64_t(n) * n;
+    T *const z = memory + all, *const third = z + all, *const rest = third + all;
+    const auto vectors = [&](T* columns, auto side) {
+        Substitution<T, N> substitution{n, {memory, n}, {columns, n}, rest, rest + n, rest + 2 * n, rest + 3 * n, rest + 4 * n};
+        const KeslStatus status = (substitution.*side)();
+        if (status == keslStatusOk) substitution.normalise(im);
+        return status;
+    };
+    if (sides == Sides::right) return vectors(z, &Substitution<T, N>::right);
+    if (sides == Sides::both) {
+        std::copy(z, third, third);
+        if (const KeslStatus failure = vectors(third, &Substitution<T, N>::right)) return failure;
+    }
+    return vectors(z, &Substitution<T, N>::left);
+}
 
 } // namespace kesl

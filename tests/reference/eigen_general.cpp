@@ -80,12 +80,12 @@ template <class T> End solveReal(const T (&c)[4], T smini, T b1, T b2, Pair<T>& 
     if (bound > 1 && 1 > std::fabs(u22) && bound > std::fabs(u22) * big) s = 1 / bound;
     y.r2 = (b2 * s) / u22;
     y.r1 = (b1 * s - u12 * y.r2) * r;
-    if (p == 2 || p == 3) std::swap(y.r1, y.r2);
     y.norm = greater(std::fabs(y.r1), std::fabs(y.r2));
     if (y.norm > 1 && cmax > 1 && y.norm > big / cmax) {
         const T t = cmax / big;
         y.r1 = y.r1 * t, y.r2 = y.r2 * t, y.norm = y.norm * t, s = s * t;
     }
+    if (p == 2 || p == 3) std::swap(y.r1, y.r2);
     y.scale = s;
     return End::solved;
 }

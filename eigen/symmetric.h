@@ -1,6 +1,7 @@
-// Symmetric eigenproblems: Householder's reduction to tridiagonal form, then implicit QL iteration with Wilkinson's shift
-// (Martin and Wilkinson, Numer. Math. 12, 1968; Wilkinson and Reinsch, Linear Algebra, II/2 to II/4). One text for values
-// alone and with vectors, for one object and for packs. All tests against eps are absolute.
+// Symmetric eigenproblems: Householder's reduction to tridiagonal form (Martin, Reinsch and Wilkinson, Numer. Math. 11,
+// 1968), then implicit QL iteration with Wilkinson's shift (Martin and Wilkinson, Numer. Math. 12, 1968; Wilkinson and
+// Reinsch, Linear Algebra, II/2 to II/4). One text for values alone and with vectors, for one object and for packs. All
+// tests against eps are absolute.
 #pragma once
 #include "frame/call.h"
 #include "frame/constants.h"
@@ -47,14 +48,18 @@ template <class V, bool single, int rows, int columns = 1> struct Local {
 template <class V, class View> struct Cells { // elements in memory, in their own type
     View view;
     V operator()(int i, int j = 0) const { return view(i, j); }
-    void set(V x, int i, int j = 0) { auto& e = view(i, j); e = std::remove_reference_t<decltype(e)>(x); }
+    void set(V x, int i, int j = 0)
+    {
+        auto& e = view(i, j);
+        e = std::remove_reference_t<decltype(e)>(x);
+    }
 };
 template <class V, class View> Cells<V, View> cells(View view) { return {view}; }
 
 // f(i) for i = from .. to - 1; written out for packs, which live in registers.
 template <class V> [[gnu::always_inline]] inline void loop(int from, int to, auto f)
 {
-    if constexpr (lanes<V> > 1)
+    if constexpr (lanes<V> != 1)
 #pragma GCC unroll 8
         for (int i = from; i < to; ++i) f(i);
     else
@@ -91,7 +96,8 @@ template <SymRules rules, class V>
 
         loop<V>(k, n, [&](int c) KESL_INLINE {
             const V t = sum<V>(k + 1, n, [&](int i) KESL_INLINE { return a(i, c) * u(i); }) * beta;
-            loop<V>(k + 1, c == k ? k + 2 : int(n), [&](int i) KESL_INLINE { a.set(on ? a(i, c) - u(i) * t : a(i, c), i, c); });
+            loop<V>(k + 1, c == k ? k + 2 : int(n),
+                    [&](int i) KESL_INLINE { a.set(on ? a(i, c) - u(i) * t : a(i, c), i, c); });
         });
         const auto fromRight = [&](auto& y, int r, int end) KESL_INLINE {
             const V t = sum<V>(k + 1, n, [&](int j) KESL_INLINE { return y(r, j) * u(j); }) * beta;
@@ -105,8 +111,8 @@ template <SymRules rules, class V>
 // ---- The iteration, on the diagonal d and the subdiagonal e. It goes bottom-up; where it has to go top-down, `mirrored`,
 // d and e and the columns of z are given in reverse, which makes the two forms one but for the closing at the first l.
 // hit(m, where) is told each negligible subdiagonal found. False if 30 sweeps do not suffice.
-template <SymRules rules, class V>
-[[gnu::always_inline]] inline bool iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> eps, auto hit)
+template <SymRules rules, class V> [[gnu::always_inline]] inline bool
+iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> eps, auto hit)
 {
     using T = ElementOf<V>;
     using Mask = MaskOf<V>;
@@ -210,8 +216,9 @@ template <SymRules rules, class V> [[gnu::always_inline]] inline void sortDescen
             const MaskOf<V> greater = values(j) > best;
             best = greater ? values(j) : best, q = greater ? Index<V>{} + j : q;
         });
-        if constexpr (lanes<V> == 1) { if (q != i) exchange(true, i, q); }
-        else loop<V>(i + 1, n, [&](int k) KESL_INLINE { exchange(q == k, i, k); });
+        if constexpr (lanes<V> == 1) {
+            if (q != i) exchange(true, i, q);
+        } else loop<V>(i + 1, n, [&](int k) KESL_INLINE { exchange(q == k, i, k); });
     });
 }
 
@@ -239,7 +246,8 @@ template <class V, class T> struct BandInPlace {
         e.view = {mirrored ? &a.view(n - 1, n - 2) : &a.view(1, 0), step};
     }
 };
-template <class V, bool single, int n> Band<V, single, n> bandOf(Local<V, single, n, n>& a, Fixed<n> order, MaskOf<V> mirrored)
+template <class V, bool single, int n>
+Band<V, single, n> bandOf(Local<V, single, n, n>& a, Fixed<n> order, MaskOf<V> mirrored)
 {
     return {a, order, mirrored};
 }
@@ -248,9 +256,8 @@ template <class V, class T> BandInPlace<V, T> bandOf(Cells<V, Rows<T>>& a, int n
 // ---- The whole, from order 3 upward: a is used up, the values go to `values`, the vectors to the columns of z. What
 // `values` holds meanwhile is part of the interface, for one object: the reflectors, and values as they are found.
 struct NoVectors {};
-template <SymRules rules, class V>
-[[gnu::always_inline]] inline KeslStatus symmetric(auto& a, auto& values, auto& z, auto n, ElementOf<V> eps, ElementOf<V> reductionEps,
-                                                   bool sortFirst)
+template <SymRules rules, class V> [[gnu::always_inline]] inline KeslStatus
+symmetric(auto& a, auto& values, auto& z, auto n, ElementOf<V> eps, ElementOf<V> reductionEps, bool sortFirst)
 {
     if constexpr (rules.vectors)
         loop<V>(0, n, [&](int i) KESL_INLINE { loop<V>(0, n, [&](int j) KESL_INLINE { z.set(splat<V>(i == j), i, j); }); });

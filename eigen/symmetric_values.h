@@ -20,7 +20,8 @@ template <SymRules rules, class T, int n> [[gnu::noinline]] KeslStatus symValues
     NoVectors none;
     return symmetric<rules, T>(a, values, none, Fixed<n>{}, Precision<T>::eps, Precision<T>::eps, false);
 }
-template <SymRules rules, class V, int n> [[gnu::noinline]] bool symValuesPack(const Block<V, n, n>& src, Local<V, false, n>& values)
+template <SymRules rules, class V, int n>
+[[gnu::noinline]] bool symValuesPack(const Block<V, n, n>& src, Local<V, false, n>& values)
 {
     constexpr auto eps = Precision<ElementOf<V>>::eps;
     Local<V, false, n, n> a;
@@ -42,7 +43,8 @@ struct EigenValuesSym {
     static constexpr bool canFail = true;
 
     // Order 2: a determinant up to this is singular. One member is more patient than its type.
-    template <class T, Form F, bool array> static constexpr T singularUpTo = array && F == S ? T(0x1p-52) : Precision<T>::eps;
+    template <class T, Form F, bool array>
+    static constexpr T singularUpTo = array && F == S ? T(0x1p-52) : Precision<T>::eps;
 
     template <class T, Form F, class Count = One>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, Table<T> dst, Size order, Count count = {})

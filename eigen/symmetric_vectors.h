@@ -82,7 +82,8 @@ template <class V, int n> bool symVectorsParts(Block<V, n, n>& x, Block<V, 1, n>
     if constexpr (parts > 1)
         if (!solve(Fixed<1>{})) return false;
     eachElement<n, n>([&](int r, int c) KESL_INLINE { x(r, c) = fromParts<V>(part[0].z(r, c), part[parts - 1].z(r, c)); });
-    eachElement<1, n>([&](int, int c) KESL_INLINE { values(0, c) = fromParts<V>(part[0].values(c), part[parts - 1].values(c)); });
+    eachElement<1, n>([&](int, int c)
+                          KESL_INLINE { values(0, c) = fromParts<V>(part[0].values(c), part[parts - 1].values(c)); });
     return true;
 }
 
@@ -93,14 +94,13 @@ struct EigenValuesVectorsSym {
 
     // One member tests its reduction as finely as if it were of doubles; and of the members for one matrix one tests for
     // singularity before it sorts, as the arrays do.
-    template <class T, Form F, bool array>
-    static constexpr SymLimits<SymScalar<T, array>> limits = {
+    template <class T, Form F, bool array> static constexpr SymLimits<SymScalar<T, array>> limits = {
         .reductionEps = array && F == L ? SymScalar<T, array>(0x1p-52) : SymScalar<T, array>(Precision<T>::eps),
         .sortFirst = !array && !(sizeof(T) == 4 && F == S2),
     };
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Table<T> dstValues, Size order, Count count = {})
+    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
+    kernel(auto src, Buffer<T> buffer, auto dst, Table<T> dstValues, Size order, Count count = {})
     {
         constexpr bool array = src.isArray;
         using Scalar = SymScalar<T, array>;

@@ -2157,7 +2157,8 @@ KeslStatus keslInvert_ma_64f_P(const double *const *src, int srcRoiShift, int sr
     double *const *dst, int dstRoiShift, int dstStride0, int widthHeight, int count);
 
 /* ------------------------------------------------------------------------------------------------ keslEigenValuesSym
- * dst = the eigenvalues of the symmetric matrix src, n for each object, back to back in every layout; widthHeight is the order n.
+ * dst = the eigenvalues of the symmetric matrix src, n for each object, back to back in every layout. widthHeight is the order
+ * n of the matrices.
  *
  * src        All n*n elements are read, and symmetry is not tested: give both triangles. (Order 2 does not use element (1,0);
  *            what the method makes of a matrix that is not symmetric from order 3 on has no meaning.) In P both triangles may
@@ -2179,8 +2180,8 @@ KeslStatus keslInvert_ma_64f_P(const double *const *src, int srcRoiShift, int sr
  *            a few in a thousand float matrices of order 6, fewer of order 3 and of larger elements, get values that are wrong
  *            by much more than rounding, with keslStatusOk. Their sum is right, and vectors are orthogonal. In 64f this was
  *            not seen in tests. All others have errors of some eps times the greatest value.
- * Singular   A matrix is reported as singular, which is unusual for eigenvalues, if P is at most eps in magnitude. Order 1: never.
- *            Order 2: P is the determinant; only keslEigenValuesSym_ma_32f with contiguous rows takes 2^-52 instead of eps.
+ * Singular   A matrix is reported as singular, which is unusual for eigenvalues, if P is at most eps in magnitude. Not at
+ *            order 1. Order 2: P is the determinant; only keslEigenValuesSym_ma_32f with contiguous rows takes 2^-52 instead of eps.
  *            From order 3 on P is the product of the values, formed as they are found; in the bottom-up form some of them
  *            count more than once, so P is not quite the determinant. Small values, not only zeros, make P small.
  * NaN        Order 2: NaN values and keslStatusOk. From order 3 on keslStatusNoConvergence, if it reaches an off-diagonal.

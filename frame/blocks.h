@@ -15,8 +15,11 @@ template <class V, int height, int width> struct Block {
     const V& operator()(int i, int j) const { return e[i][j]; }
 };
 
-// Objects first, first + 1, ..., one in each lane of V.
-template <class V> struct Objects { int first; };
+// Objects first, first + 1, ..., one in each lane of V, or in each lane of several packs.
+template <class V, int most = 1> struct Objects {
+    int first, packs = 1;
+    Objects<V> pack(int p) const { return {first + p * lanes<V>}; }
+};
 
 // f(i, j) row by row, written out.
 template <int height, int width> [[gnu::always_inline]] inline void eachElement(auto f)

@@ -32,19 +32,21 @@ using One = Fixed<1>; // the count of a member without an array
 
 // The same by packs: body(Objects<V>) must store nothing if it fails in any lane. Its objects are then done again one by
 // one, so that the first failure, and what it has written, are those of the scalar loop. What is left at the end, or a
-// small count, goes by packs of four.
-template <class T> [[gnu::always_inline]] inline KeslStatus eachPack(auto count, auto body)
+// small count, goes by packs of four. Where a pack is one long chain of operations, several abreast fill its gaps: the
+// widest then come as Objects<V, abreast>.
+template <class T, int abreast = 1> [[gnu::always_inline]] inline KeslStatus eachPack(auto count, auto body)
 {
     using Wide = Pack<T>;
     using Four = Pack<T, 4 * sizeof(T)>;
     if constexpr (std::is_same_v<decltype(count), One>) return body(Objects<T>{0});
     else {
         int k = 0;
-        const auto packs = [&]<class V>(Objects<V>) KESL_INLINE {
-            while (count - k >= lanes<V> && body(Objects<V>{k}) == keslStatusOk) k += lanes<V>;
+        const auto packs = [&]<class V, int most>(Objects<V, most>) KESL_INLINE {
+            for (int used; (used = std::min((count - k) / lanes<V>, most)) > 0; k += used * lanes<V>)
+                if (body(Objects<V, most>{k, used})) break;
         };
         while (k < count) {
-            packs(Objects<Wide>{});
+            packs(Objects<Wide, abreast>{});
             if constexpr (lanes<Wide> > 4)
                 if (count - k < lanes<Wide>) packs(Objects<Four>{});
             for (int left = std::min<int>(count - k, lanes<Wide>); left > 0; --left, ++k)

@@ -14,59 +14,73 @@
 
 namespace kesl {
 
-// Step k on a, whose column k becomes an element of R and, below it, the reflector v without its leading 1. d is scratch, an
-// element for each column. Returns where the column is singular: its squared norm is below an absolute bound. The
-// comparison must hold to reject: a NaN passes.
-template <class V> [[gnu::always_inline]] inline MaskOf<V> reflect(auto& a, V* d, int k, auto width, auto height)
+// Step k on several objects, or packs of them, abreast: it is a chain of a root and two divisions. Column k becomes an element of
+// R and, below it, the reflector v without its leading 1. d is scratch, an element for each column. Returns where a column
+// is singular: its squared norm is below an absolute bound. The comparison must hold to reject: a NaN passes.
+template <int abreast, class V> [[gnu::always_inline]] inline MaskOf<V> reflect(auto* a, auto d, int k, auto width, auto height)
 {
-    V s{};
-    upTo(k, height, [&](int i) KESL_INLINE { s = s + a(i, k) * a(i, k); });
-    const MaskOf<V> singular = Precision<ElementOf<V>>::eps > s;
+    constexpr Fixed<abreast> all;
+    MaskOf<V> singular{};
+    V t[abreast], norm[abreast];
+    upTo(0, all, [&](int p) KESL_INLINE {
+        V s{};
+        upTo(k, height, [&](int i) KESL_INLINE { s = s + a[p](i, k) * a[p](i, k); });
+        singular |= Precision<ElementOf<V>>::eps > s;
+        const V root = sqrt(s), sigma = a[p](k, k) > 0 ? root : 0 - root;
+        t[p] = 1 / (a[p](k, k) + sigma);
+    });
     if constexpr (lanes<V> == 1)
         if (singular) return true;
-    const V root = sqrt(s), sigma = a(k, k) > 0 ? root : 0 - root, t = 1 / (a(k, k) + sigma);
-    V norm = splat<V>(1);
-    upTo(k, width, [&](int j) KESL_INLINE { d[j] = a(k, j); });
-    upTo(k + 1, height, [&](int i) KESL_INLINE {
-        const V x = a(i, k), v = x * t;
-        norm = norm + v * v;
-        d[k] = d[k] + x * v;
-        upTo(k + 1, width, [&](int j) KESL_INLINE { d[j] = d[j] + a(i, j) * v; });
-        a(i, k) = v;
+    upTo(0, all, [&](int p) KESL_INLINE {
+        norm[p] = splat<V>(1);
+        upTo(k, width, [&](int j) KESL_INLINE { d(p, j) = a[p](k, j); });
+        upTo(k + 1, height, [&](int i) KESL_INLINE {
+            const V x = a[p](i, k), v = x * t[p];
+            norm[p] = norm[p] + v * v;
+            d(p, k) = d(p, k) + x * v;
+            upTo(k + 1, width, [&](int j) KESL_INLINE { d(p, j) = d(p, j) + a[p](i, j) * v; });
+            a[p](i, k) = v;
+        });
+        norm[p] = -2 / norm[p];
     });
-    const V beta = -2 / norm;
-    upTo(k, width, [&](int j) KESL_INLINE {
-        d[j] = d[j] * beta;
-        a(k, j) = a(k, j) + d[j];
-    });
-    upTo(k + 1, height, [&](int i) KESL_INLINE {
-        const V v = a(i, k);
-        upTo(k + 1, width, [&](int j) KESL_INLINE { a(i, j) = a(i, j) + v * d[j]; });
+    upTo(0, all, [&](int p) KESL_INLINE {
+        upTo(k, width, [&](int j) KESL_INLINE {
+            d(p, j) = d(p, j) * norm[p];
+            a[p](k, j) = a[p](k, j) + d(p, j);
+        });
+        upTo(k + 1, height, [&](int i) KESL_INLINE {
+            const V v = a[p](i, k);
+            upTo(k + 1, width, [&](int j) KESL_INLINE { a[p](i, j) = a[p](i, j) + v * d(p, j); });
+        });
     });
     return singular;
 }
-// False where an object is singular. A single one is left as it was before the step that failed.
-template <int height, int width, class V> [[gnu::always_inline]] inline bool qrBlock(Block<V, height, width>& a, auto rows)
+// False where an object is singular; a single one is left as it was before the step that failed.
+template <int abreast, int height, int width, class V> [[gnu::always_inline]] inline bool qrBlocks(Block<V, height, width>* a, auto rows)
 {
-    V d[width];
+    Block<V, abreast, width> sums;
+    const auto d = [&](int p, int j) KESL_INLINE -> V& { return sums(p, j); };
     MaskOf<V> bad{};
     constexpr int steps = reflectors(Fixed<width>{}, decltype(rows)());
 #pragma GCC unroll 8
     for (int k = 0; k < steps; ++k) {
-        bad |= reflect(a, d, k, Fixed<width>{}, rows);
+        bad |= reflect<abreast, V>(a, d, k, Fixed<width>{}, rows);
         if (lanes<V> == 1 && any(bad)) return false;
     }
     return !any(bad);
 }
-// The long ones: one copy serves all kernels.
-template <int height, int width, class V> [[gnu::noinline]] bool qrLong(Block<V, height, width>& a, auto rows) { return qrBlock(a, rows); }
+// The long ones: one copy serves all kernels. One pack or all.
+template <int most, int height, int width, class V> [[gnu::noinline]] bool qrLong(Block<V, height, width>* a, int packs, auto rows)
+{
+    return packs == most ? qrBlocks<most>(a, rows) : qrBlocks<1>(a, rows);
+}
 
 template <class T> [[gnu::noinline]] KeslStatus qrCommon(auto src, T* buffer, auto a, int width, int height)
 {
     for (int i = 0; i < height; ++i)
         for (int j = 0; j < width; ++j) a(i, j) = src(i, j);
     for (int k = 0; k < reflectors(width, height); ++k)
-        if (reflect(a, buffer, k, width, height)) return keslStatusDivideByZero;
+        if (reflect<1, T>(&a, [&](int, int j) -> T& { return buffer[j]; }, k, width, height)) return keslStatusDivideByZero;
     return keslStatusOk;
 }
 
@@ -87,15 +101,21 @@ struct QRDecomp {
             };
             if constexpr (w == 0) return eachObject(count, [&](int k) { return common(k, buffer); });
             else
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) -> KeslStatus {
+                return eachPack<T, square && w < 5 ? 1 : 2>(count, [&]<class V, int most>(Objects<V, most> k) -> KeslStatus {
                     if constexpr (lanes<V> == 1 && !square) {
                         T d[w];
                         return common(k.first, d);
                     } else {
-                        Block<V, rows, w> a;
-                        loadRows(src, k, a, h);
-                        const bool good = square && w < 5 ? qrBlock(a, h) : qrLong(a, h);
-                        if (good || lanes<V> == 1) storeRows(dst, k, a, h);
+                        Block<V, rows, w> a[most];
+                        const int packs = most == 1 ? 1 : k.packs;
+                        int p = 0;
+                        do loadRows(src, k.pack(p), a[p], h);
+                        while (++p < packs);
+                        const bool good = square && w < 5 ? qrBlocks<1>(a, h) : qrLong<most>(a, packs, h);
+                        if (!good && lanes<V> > 1) return keslStatusDivideByZero;
+                        p = 0;
+                        do storeRows(dst, k.pack(p), a[p], h);
+                        while (++p < packs);
                         return good ? keslStatusOk : keslStatusDivideByZero;
                     }
                 });

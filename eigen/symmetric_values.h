@@ -6,7 +6,7 @@
 
 // clang-format off
 #define KESL_VALUESSYM(as, F, T, k)                                                                                 \
-    as##_in(k, src, F, T), as##_buffer(buffer, T), as##_table(KESL_T_##T, dst, widthHeight), as##_size(widthHeight)
+    as##_bare(k, src, F, T), as##_buffer(buffer, T), as##_table(KESL_T_##T, dst, widthHeight), as##_size(widthHeight)
 #define KESL_VALUESSYMS(as, F, T, k) KESL_VALUESSYM(as, F, T, k), as##_count(count)
 // clang-format on
 

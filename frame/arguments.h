@@ -78,6 +78,19 @@
 #define KESL_takeVectors_stride1     KESL_take_stride1
 #define KESL_declVectors_stride2     KESL_decl_stride2
 #define KESL_takeVectors_stride2     KESL_take_stride2
+// And for an input whose strides and shift have no name in front.
+#define KESL_declBare_base(T, x)     T *x
+#define KESL_takeBare_base(T, x)                                    .p = x
+#define KESL_declBare_list(T, x)     T *const *x
+#define KESL_takeBare_list(T, x)                                    .p = x
+#define KESL_declBare_shift(x)       int roiShift
+#define KESL_takeBare_shift(x)                                      .shift = roiShift
+#define KESL_declBare_stride0(x)     int stride0
+#define KESL_takeBare_stride0(x)                                    .stride0 = stride0
+#define KESL_declBare_stride1(x)     int stride1
+#define KESL_takeBare_stride1(x)                                    .stride1 = stride1
+#define KESL_declBare_stride2(x)     int stride2
+#define KESL_takeBare_stride2(x)                                    .stride2 = stride2
 
 // ---- What a LIST is made of: in and out for operands of a kind, and the rest by name.
 #define KESL_decl_in(kind, x, F, T)  KESL_group(KESL_decl, KESL_group_##kind, F, const KESL_T_##T, x)
@@ -86,6 +99,8 @@
 #define KESL_take_out(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_take, KESL_group_##kind, F, , x)}
 #define KESL_decl_vectors(kind, x, F, T) KESL_group(KESL_declVectors, KESL_group_##kind, F, KESL_T_##T, x)
 #define KESL_take_vectors(kind, x, F, T) kesl::kind<KESL_T_##T, kesl::F>{KESL_group(KESL_takeVectors, KESL_group_##kind, F, , x)}
+#define KESL_decl_bare(kind, x, F, T)    KESL_group(KESL_declBare, KESL_group_##kind, F, const KESL_T_##T, x)
+#define KESL_take_bare(kind, x, F, T)    kesl::kind<const KESL_T_##T, kesl::F>{KESL_group(KESL_takeBare, KESL_group_##kind, F, , x)}
 #define KESL_decl_value(x, T)        KESL_T_##T x
 #define KESL_take_value(x, T)        kesl::c<KESL_T_##T>(x)
 #define KESL_decl_packed(x, T)       KESL_T_##T *x
@@ -208,5 +223,37 @@
 #define KESL_THREADED_P(op, shape, T, LIST, ...)                                                                    \
     KESL_DECLARE(ownkesl##op##_##shape##_##T##_P, T, P, LIST, __VA_ARGS__)                                            \
     KESL_WRAPPER(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, LIST, __VA_ARGS__)
+
+// Families with one kernel for each exported function, which takes any stride2.
+#define KESL_ONE_SINGLE(op, shape, LIST, ...)                                                                       \
+    KESL_ONE_SINGLE_T(op, shape, 32f, LIST, __VA_ARGS__)                                                              \
+    KESL_ONE_SINGLE_T(op, shape, 64f, LIST, __VA_ARGS__)
+#define KESL_ONE_SINGLE_T(op, shape, T, LIST, ...)                                                                  \
+    KESL_KERNEL(op, shape, T, S2,  , LIST, __VA_ARGS__)                                                               \
+    KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
+    KESL_EXPORT(op, shape, T, S2,  , ownkesl##op##_##shape##_##T,     ownkesl##op##_##shape##_##T,     kesl::serial, LIST, __VA_ARGS__) \
+    KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, kesl::serial, LIST, __VA_ARGS__)
+#define KESL_ONE_ARRAY(op, shape, LIST, ...)                                                                        \
+    KESL_ONE_ARRAY_T(op, shape, 32f, LIST, __VA_ARGS__)                                                               \
+    KESL_ONE_ARRAY_T(op, shape, 64f, LIST, __VA_ARGS__)
+#define KESL_ONE_ARRAY_T(op, shape, T, LIST, ...)                                                                   \
+    KESL_ONE_ARRAY_F(op, shape, T, S2,   , LIST, __VA_ARGS__)                                                         \
+    KESL_ONE_ARRAY_F(op, shape, T, LS2, _L, LIST, __VA_ARGS__)                                                        \
+    KESL_ONE_ARRAY_F(op, shape, T, P,   _P, LIST, __VA_ARGS__)
+#define KESL_ONE_ARRAY_F(op, shape, T, F, layout, LIST, ...)                                                        \
+    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T##layout, T, F, LIST, __VA_ARGS__)                                    \
+    KESL_KERNEL(op, shape, T, F, layout, LIST, __VA_ARGS__)                                                           \
+    KESL_EXPORT(op, shape, T, F, layout, ownkesl##op##_##shape##_##T##layout, ownkesl##op##_##shape##_##T##layout,    \
+                ownOMP_kesl##op##_##shape##_##T##layout, LIST, __VA_ARGS__)
+#define KESL_ONE_THREADED(op, shape, LIST, ...)                                                                     \
+    KESL_ONE_THREADED_T(op, shape, 32f, LIST, __VA_ARGS__)                                                            \
+    KESL_ONE_THREADED_T(op, shape, 64f, LIST, __VA_ARGS__)
+#define KESL_ONE_THREADED_T(op, shape, T, LIST, ...)                                                                \
+    KESL_ONE_THREADED_F(op, shape, T, S2,   , LIST, __VA_ARGS__)                                                      \
+    KESL_ONE_THREADED_F(op, shape, T, LS2, _L, LIST, __VA_ARGS__)                                                     \
+    KESL_ONE_THREADED_F(op, shape, T, P,   _P, LIST, __VA_ARGS__)
+#define KESL_ONE_THREADED_F(op, shape, T, F, layout, LIST, ...)                                                     \
+    KESL_DECLARE(ownkesl##op##_##shape##_##T##layout, T, F, LIST, __VA_ARGS__)                                        \
+    KESL_WRAPPER(op, shape, T, F, layout, ownkesl##op##_##shape##_##T##layout, ownkesl##op##_##shape##_##T##layout, LIST, __VA_ARGS__)
 
 // clang-format on

@@ -1980,6 +1980,109 @@ KeslStatus keslCholeskyBackSubst_mva_64f_P(const double *const *src1, int src1Ro
     int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int widthHeight,
     int count);
 
+/* ------------------------------------------------------------------------------------------------------ keslQRDecomp
+ * The QR decomposition of src: src = Q R, Q orthogonal, R upper triangular.
+ *
+ * Sizes      width, height: those of src and dst; width at most height.
+ * dst        R in the upper triangle with the diagonal, which may be negative. Q is a product of reflections, step by step
+ *            I - 2 v v' / v'v: column k holds v below the diagonal, v(k) = 1 is not stored, and what is above it is zero. Each
+ *            column has one, but not the last of a square matrix.
+ * buffer     height elements of scratch, without strides in any layout; needed at every size. What it holds means nothing,
+ *            before and after.
+ * Method     Householder's (Golub and Van Loan, Matrix Computations, 5.2), without scaling. The sign of a reflection is that of
+ *            the diagonal element, a zero taken as negative; sums from the top of a column downwards.
+ * Rejected   is a column whose squared norm, from the diagonal downwards, is below 2^-23 (2^-52 in double precision),
+ *            absolutely; a NaN passes. The last column of a square matrix is not tested, so that R may have a zero there.
+ * Overlap    None.
+ * Status     N S B M for one matrix (P: N S R M), N C S B M for arrays (L, P: N C S B R M): the sizes are matched last,
+ *            unlike elsewhere. buffer is one of the pointers. Then keslStatusDivideByZero: the first object with a rejected
+ *            column ends the call. Those before it are complete and those behind it untouched, in threads within the slice of
+ *            each thread; the object itself is as far reduced as it came.
+ */
+KeslStatus keslQRDecomp_m_32f(const float *src, int srcStride1, int srcStride2, float *buffer, float *dst,
+    int dstStride1, int dstStride2, int width, int height);
+KeslStatus keslQRDecomp_m_32f_P(const float *const *src, int srcRoiShift, float *buffer, float *const *dst,
+    int dstRoiShift, int width, int height);
+KeslStatus keslQRDecomp_m_64f(const double *src, int srcStride1, int srcStride2, double *buffer, double *dst,
+    int dstStride1, int dstStride2, int width, int height);
+KeslStatus keslQRDecomp_m_64f_P(const double *const *src, int srcRoiShift, double *buffer, double *const *dst,
+    int dstRoiShift, int width, int height);
+KeslStatus keslQRDecomp_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *buffer,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslQRDecomp_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *buffer, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height,
+    int count);
+KeslStatus keslQRDecomp_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *buffer,
+    float *const *dst, int dstRoiShift, int dstStride0, int width, int height, int count);
+KeslStatus keslQRDecomp_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, double *buffer,
+    double *dst, int dstStride0, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslQRDecomp_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *buffer, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height,
+    int count);
+KeslStatus keslQRDecomp_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *buffer,
+    double *const *dst, int dstRoiShift, int dstStride0, int width, int height, int count);
+
+/* --------------------------------------------------------------------------------------------------- keslQRBackSubst
+ * Solves A x = b, with A as keslQRDecomp leaves it in src1; if A is higher than wide, x is the least squares solution, for
+ * which the Euclidean length of A x - b is least.
+ *
+ * Shapes     mv (one matrix, one vector), mva (one matrix for all vectors), mava (for each vector its own).
+ * Sizes      width, height: those of A; width at most height. A vector of src2 has height elements, one of dst has width.
+ * src1       R and the reflectors, as keslQRDecomp left them.
+ * src2, dst  The right-hand side b and the solution x.
+ * buffer     height elements of scratch, without strides in any layout; needed at every size, left alone with square matrices
+ *            of order 3 to 6 and overwritten with others.
+ * Method     The reflections on b, then back substitution (Golub and Van Loan, Matrix Computations, 5.2, 5.3 and 3.1).
+ * Zeros      on the diagonal of R give infinities or NaN in dst and are not reported.
+ * Overlap    None.
+ * Status     N S B M for mv (P: N S R M), N C S B M for arrays (L, P: N C S B R M): the sizes are matched last, unlike
+ *            elsewhere. keslStatusOk once the arguments are good.
+ */
+KeslStatus keslQRBackSubst_mava_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2,
+    float *buffer, const float *src2, int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    float *buffer, const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift,
+    int dstStride2, int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, float *buffer,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2,
+    double *buffer, const double *src2, int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    double *buffer, const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift,
+    int dstStride2, int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, double *buffer,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mv_32f(const float *src1, int src1Stride1, int src1Stride2, float *buffer,
+    const float *src2, int src2Stride2, float *dst, int dstStride2, int width, int height);
+KeslStatus keslQRBackSubst_mv_32f_P(const float *const *src1, int src1RoiShift, float *buffer,
+    const float *const *src2, int src2RoiShift, float *const *dst, int dstRoiShift, int width, int height);
+KeslStatus keslQRBackSubst_mv_64f(const double *src1, int src1Stride1, int src1Stride2, double *buffer,
+    const double *src2, int src2Stride2, double *dst, int dstStride2, int width, int height);
+KeslStatus keslQRBackSubst_mv_64f_P(const double *const *src1, int src1RoiShift, double *buffer,
+    const double *const *src2, int src2RoiShift, double *const *dst, int dstRoiShift, int width, int height);
+KeslStatus keslQRBackSubst_mva_32f(const float *src1, int src1Stride1, int src1Stride2, float *buffer,
+    const float *src2, int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2, int width,
+    int height, int count);
+KeslStatus keslQRBackSubst_mva_32f_L(const float *src1, int src1Stride1, int src1Stride2, float *buffer,
+    const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mva_32f_P(const float *const *src1, int src1RoiShift, float *buffer,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mva_64f(const double *src1, int src1Stride1, int src1Stride2, double *buffer,
+    const double *src2, int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2, int width,
+    int height, int count);
+KeslStatus keslQRBackSubst_mva_64f_L(const double *src1, int src1Stride1, int src1Stride2, double *buffer,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mva_64f_P(const double *const *src1, int src1RoiShift, double *buffer,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int width, int height, int count);
+
 /* ----------------------------------------------------------------------------------------------------------- keslDet
  * dst = the determinant of src; widthHeight is the order n of the matrices.
  *
@@ -2089,25 +2192,25 @@ KeslStatus keslInvert_ma_64f_P(const double *const *src, int srcRoiShift, int sr
  *            singular from order 3 on, its values, not sorted; no convergence, of no meaning. In threads this holds for the
  *            slice of each thread, and the other slices are worked on.
  */
-KeslStatus keslEigenValuesSym_m_32f(const float *src, int srcStride1, int srcStride2, float *buffer, float *dst,
+KeslStatus keslEigenValuesSym_m_32f(const float *src, int stride1, int stride2, float *buffer, float *dst,
     int widthHeight);
-KeslStatus keslEigenValuesSym_m_32f_P(const float *const *src, int srcRoiShift, float *buffer, float *dst,
+KeslStatus keslEigenValuesSym_m_32f_P(const float *const *src, int roiShift, float *buffer, float *dst,
     int widthHeight);
-KeslStatus keslEigenValuesSym_m_64f(const double *src, int srcStride1, int srcStride2, double *buffer, double *dst,
+KeslStatus keslEigenValuesSym_m_64f(const double *src, int stride1, int stride2, double *buffer, double *dst,
     int widthHeight);
-KeslStatus keslEigenValuesSym_m_64f_P(const double *const *src, int srcRoiShift, double *buffer, double *dst,
+KeslStatus keslEigenValuesSym_m_64f_P(const double *const *src, int roiShift, double *buffer, double *dst,
     int widthHeight);
-KeslStatus keslEigenValuesSym_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *buffer,
+KeslStatus keslEigenValuesSym_ma_32f(const float *src, int stride0, int stride1, int stride2, float *buffer,
     float *dst, int widthHeight, int count);
-KeslStatus keslEigenValuesSym_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+KeslStatus keslEigenValuesSym_ma_32f_L(const float *const *src, int roiShift, int stride1, int stride2,
     float *buffer, float *dst, int widthHeight, int count);
-KeslStatus keslEigenValuesSym_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *buffer,
+KeslStatus keslEigenValuesSym_ma_32f_P(const float *const *src, int roiShift, int stride0, float *buffer,
     float *dst, int widthHeight, int count);
-KeslStatus keslEigenValuesSym_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2,
+KeslStatus keslEigenValuesSym_ma_64f(const double *src, int stride0, int stride1, int stride2, double *buffer,
+    double *dst, int widthHeight, int count);
+KeslStatus keslEigenValuesSym_ma_64f_L(const double *const *src, int roiShift, int stride1, int stride2,
     double *buffer, double *dst, int widthHeight, int count);
-KeslStatus keslEigenValuesSym_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
-    double *buffer, double *dst, int widthHeight, int count);
-KeslStatus keslEigenValuesSym_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *buffer,
+KeslStatus keslEigenValuesSym_ma_64f_P(const double *const *src, int roiShift, int stride0, double *buffer,
     double *dst, int widthHeight, int count);
 
 /* ----------------------------------------------------------------------------------------- keslEigenValuesVectorsSym
@@ -2152,6 +2255,177 @@ KeslStatus keslEigenValuesVectorsSym_ma_64f_L(const double *const *src, int srcR
 KeslStatus keslEigenValuesVectorsSym_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0,
     double *buffer, double *const *dstVectors, int dstRoiShift, int dstStride0, double *dstValues, int widthHeight,
     int count);
+
+/* ----------------------------------------------------------------------------------------------------- keslEigenValues
+ * dstRe, dstIm = the eigenvalues of src, which need not be symmetric; widthHeight is the order n of the matrices.
+ *
+ * Method     Householder's reduction to upper Hessenberg form, Francis' double-shift QR iteration on the active block, and a
+ *            standard form for the blocks of order 2 that remain (EISPACK's orthes and hqr; LAPACK's dhseqr with dlahqr and
+ *            dlanv2; Golub and Van Loan, Matrix Computations, 7.4 and 7.5). There is no balancing and no sorting. What the
+ *            iteration works on is H, the transpose of src: this tells the order of the results, not their values.
+ *            A subdiagonal element is negligible if it is at most eps (2^-23, 2^-52), whatever the size of the others: scale
+ *            matrices to about 1. Squares of elements are formed, so those of magnitude below 1e-19 or above 1e19 (float) or
+ *            1e-154 or 1e154 (double) lose their meaning. All operations are in the element type.
+ * dstRe, dstIm  n elements each for each matrix, real and imaginary parts, in every layout plain pointers without strides and
+ *            shifts: eigenvalue j of matrix k at k*n + j. They stand as on the diagonal of the final H. Of a conjugate pair the
+ *            one with the positive imaginary part stands first. The imaginary part of a real eigenvalue is +0.
+ * Blocks     A block of order 2 whose diagonal elements differ by at most 2^-125 (2^-1021), and neither of the others is that
+ *            small, counts as a conjugate pair even where the others agree in sign: {1, 2, 3, 1} has 1 +- i sqrt(6) here. And
+ *            where two real eigenvalues nearly coincide, and the block turned to a constant diagonal still has two others that
+ *            agree in sign, they lie half the difference of the original diagonal elements, not the root of the product of
+ *            the others, to either side of the mean.
+ * buffer     (n + 5) * n elements of scratch, without strides in any layout: as many bytes as keslEigenValuesGetBufSize gives.
+ *            It serves all matrices of a call in turn. Calls that run in threads leave it alone and allocate
+ *            (3 n + 5) * n elements for each thread.
+ * Overlap    None.
+ * Status     N S B (P: N S R) for one matrix; N S C B (L, P: N S C R B) for arrays; dstRe, dstIm and buffer are among the
+ *            pointers. Then keslStatusNoConvergence: 30 n sweeps did not suffice for a matrix, as when a NaN or infinity is in
+ *            it. Of this matrix dstRe and dstIm hold the eigenvalues found, which are the last ones, and the others are not
+ *            written; the matrices before it are complete, those behind it are not worked on. In threads this holds for the
+ *            slice of each thread. Matrices of order 1 and 2 take no sweep and do not fail. GetBufSize: N S.
+ */
+KeslStatus keslEigenValuesGetBufSize_32f(int widthHeight, int *bufSize);
+KeslStatus keslEigenValuesGetBufSize_64f(int widthHeight, int *bufSize);
+KeslStatus keslEigenValues_m_32f(const float *src, int stride1, int stride2, float *dstRe, float *dstIm,
+    int widthHeight, float *buffer);
+KeslStatus keslEigenValues_m_32f_P(const float *const *src, int roiShift, float *dstRe, float *dstIm, int widthHeight,
+    float *buffer);
+KeslStatus keslEigenValues_m_64f(const double *src, int stride1, int stride2, double *dstRe, double *dstIm,
+    int widthHeight, double *buffer);
+KeslStatus keslEigenValues_m_64f_P(const double *const *src, int roiShift, double *dstRe, double *dstIm,
+    int widthHeight, double *buffer);
+KeslStatus keslEigenValues_ma_32f(const float *src, int stride0, int stride1, int stride2, float *dstRe, float *dstIm,
+    int widthHeight, int count, float *buffer);
+KeslStatus keslEigenValues_ma_32f_L(const float *const *src, int roiShift, int stride1, int stride2, float *dstRe,
+    float *dstIm, int widthHeight, int count, float *buffer);
+KeslStatus keslEigenValues_ma_32f_P(const float *const *src, int roiShift, int stride0, float *dstRe, float *dstIm,
+    int widthHeight, int count, float *buffer);
+KeslStatus keslEigenValues_ma_64f(const double *src, int stride0, int stride1, int stride2, double *dstRe,
+    double *dstIm, int widthHeight, int count, double *buffer);
+KeslStatus keslEigenValues_ma_64f_L(const double *const *src, int roiShift, int stride1, int stride2, double *dstRe,
+    double *dstIm, int widthHeight, int count, double *buffer);
+KeslStatus keslEigenValues_ma_64f_P(const double *const *src, int roiShift, int stride0, double *dstRe, double *dstIm,
+    int widthHeight, int count, double *buffer);
+
+/* ---------------------------------------------------------------------------------------------- keslEigenValuesVectors
+ * dstRe, dstIm = the eigenvalues of src, as keslEigenValues gives them but for rounding and order; and eigenvectors: of the
+ * right kind and of the left, in Vectors both, in VectorsRight and VectorsLeft one of them. widthHeight is the order n.
+ *
+ * Vectors    All is said in terms of H, THE TRANSPOSE OF src. Column j of the destination is the vector of eigenvalue j. Right
+ *            vectors x satisfy H x = lambda x, so as rows x' src = lambda x': with the rows and columns of src they are its
+ *            left eigenvectors. Left vectors y satisfy y' H = lambda y', so src y = lambda y: use VectorsLeft for what is
+ *            usually called the eigenvectors of src. (' transposes and does not conjugate.)
+ *            Of a conjugate pair at j and j + 1, column j is the real and column j + 1 the imaginary part of the vector of
+ *            eigenvalue j, the one with the positive imaginary part; that of j + 1 is its conjugate.
+ *            Each vector has length 1, the two columns of a pair together. The element of a complex vector that is greatest
+ *            in modulus is made real up to rounding. At order 1 the vector is 1.
+ * Method     As keslEigenValues, with the transformations collected and the whole matrix brought to real Schur form
+ *            (EISPACK's hqr2); then substitution (LAPACK's dtrevc and dlaln2, with plain complex quotients).
+ *            A subdiagonal element is negligible if it is at most eps times the sum of the diagonal elements beside it, or at
+ *            most n 2^-102 (n 2^-969). The shifts of the 64f functions are formed in single precision, which costs no
+ *            accuracy, but for keslEigenValuesVectors_m_64f and keslEigenValuesVectors_m_64f_P. Of blocks of order 2 with
+ *            the same rules as in keslEigenValues; the vectors of a block whose eigenvalues these rules displace mean little.
+ * buffer     (3 n + 5) * n elements of scratch, without strides in any layout: as many bytes as
+ *            keslEigenValuesVectorsGetBufSize gives. Calls that run in threads leave it alone and allocate as much for each.
+ * Overlap    A destination of vectors may be the same storage as src, with the same strides. No other.
+ * Status     N S B (P: N S R) for one matrix; N S C B for arrays, in L and P N S C, R and B of src, R of the destinations,
+ *            B of the destinations. Then, and the first matrix that fails ends the call:
+ *            keslStatusNoConvergence: 30 n sweeps did not suffice; dstRe and dstIm as in keslEigenValues.
+ *            keslStatusFailed: a block of order 2 of the Schur form minus a complex eigenvalue is zero to working precision;
+ *            dstRe and dstIm are complete. The same with a real eigenvalue ends the call too, but with keslStatusOk.
+ *            In all three cases the vectors of this matrix are not written, the matrices before it are complete, and those
+ *            behind it are not worked on. In threads this holds for the slice of each thread. GetBufSize: N S.
+ */
+KeslStatus keslEigenValuesVectorsGetBufSize_32f(int widthHeight, int *bufSize);
+KeslStatus keslEigenValuesVectorsGetBufSize_64f(int widthHeight, int *bufSize);
+KeslStatus keslEigenValuesVectors_m_32f(const float *src, int srcStride1, int srcStride2, float *dstVectorsRight,
+    int dstVectorsRightStride1, int dstVectorsRightStride2, float *dstVectorsLeft, int dstVectorsLeftStride1,
+    int dstVectorsLeftStride2, float *dstRe, float *dstIm, int widthHeight, float *buffer);
+KeslStatus keslEigenValuesVectors_m_32f_P(const float *const *src, int srcRoiShift, float *const *dstVectorsRight,
+    int dstVectorsRightRoiShift, float *const *dstVectorsLeft, int dstVectorsLeftRoiShift, float *dstRe, float *dstIm,
+    int widthHeight, float *buffer);
+KeslStatus keslEigenValuesVectors_m_64f(const double *src, int srcStride1, int srcStride2, double *dstVectorsRight,
+    int dstVectorsRightStride1, int dstVectorsRightStride2, double *dstVectorsLeft, int dstVectorsLeftStride1,
+    int dstVectorsLeftStride2, double *dstRe, double *dstIm, int widthHeight, double *buffer);
+KeslStatus keslEigenValuesVectors_m_64f_P(const double *const *src, int srcRoiShift, double *const *dstVectorsRight,
+    int dstVectorsRightRoiShift, double *const *dstVectorsLeft, int dstVectorsLeftRoiShift, double *dstRe,
+    double *dstIm, int widthHeight, double *buffer);
+KeslStatus keslEigenValuesVectors_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2,
+    float *dstVectorsRight, int dstVectorsRightStride0, int dstVectorsRightStride1, int dstVectorsRightStride2,
+    float *dstVectorsLeft, int dstVectorsLeftStride0, int dstVectorsLeftStride1, int dstVectorsLeftStride2,
+    float *dstRe, float *dstIm, int widthHeight, int count, float *buffer);
+KeslStatus keslEigenValuesVectors_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *const *dstVectorsRight, int dstVectorsRightRoiShift, int dstVectorsRightStride1,
+    int dstVectorsRightStride2, float *const *dstVectorsLeft, int dstVectorsLeftRoiShift, int dstVectorsLeftStride1,
+    int dstVectorsLeftStride2, float *dstRe, float *dstIm, int widthHeight, int count, float *buffer);
+KeslStatus keslEigenValuesVectors_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0,
+    float *const *dstVectorsRight, int dstVectorsRightRoiShift, int dstVectorsRightStride0,
+    float *const *dstVectorsLeft, int dstVectorsLeftRoiShift, int dstVectorsLeftStride0, float *dstRe, float *dstIm,
+    int widthHeight, int count, float *buffer);
+KeslStatus keslEigenValuesVectors_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2,
+    double *dstVectorsRight, int dstVectorsRightStride0, int dstVectorsRightStride1, int dstVectorsRightStride2,
+    double *dstVectorsLeft, int dstVectorsLeftStride0, int dstVectorsLeftStride1, int dstVectorsLeftStride2,
+    double *dstRe, double *dstIm, int widthHeight, int count, double *buffer);
+KeslStatus keslEigenValuesVectors_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *const *dstVectorsRight, int dstVectorsRightRoiShift, int dstVectorsRightStride1,
+    int dstVectorsRightStride2, double *const *dstVectorsLeft, int dstVectorsLeftRoiShift, int dstVectorsLeftStride1,
+    int dstVectorsLeftStride2, double *dstRe, double *dstIm, int widthHeight, int count, double *buffer);
+KeslStatus keslEigenValuesVectors_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0,
+    double *const *dstVectorsRight, int dstVectorsRightRoiShift, int dstVectorsRightStride0,
+    double *const *dstVectorsLeft, int dstVectorsLeftRoiShift, int dstVectorsLeftStride0, double *dstRe,
+    double *dstIm, int widthHeight, int count, double *buffer);
+KeslStatus keslEigenValuesVectorsRight_m_32f(const float *src, int srcStride1, int srcStride2, float *dstVectors,
+    int dstStride1, int dstStride2, float *dstRe, float *dstIm, int widthHeight, float *buffer);
+KeslStatus keslEigenValuesVectorsRight_m_32f_P(const float *const *src, int srcRoiShift, float *const *dstVectors,
+    int dstRoiShift, float *dstRe, float *dstIm, int widthHeight, float *buffer);
+KeslStatus keslEigenValuesVectorsRight_m_64f(const double *src, int srcStride1, int srcStride2, double *dstVectors,
+    int dstStride1, int dstStride2, double *dstRe, double *dstIm, int widthHeight, double *buffer);
+KeslStatus keslEigenValuesVectorsRight_m_64f_P(const double *const *src, int srcRoiShift, double *const *dstVectors,
+    int dstRoiShift, double *dstRe, double *dstIm, int widthHeight, double *buffer);
+KeslStatus keslEigenValuesVectorsRight_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2,
+    float *dstVectors, int dstStride0, int dstStride1, int dstStride2, float *dstRe, float *dstIm, int widthHeight,
+    int count, float *buffer);
+KeslStatus keslEigenValuesVectorsRight_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1,
+    int srcStride2, float *const *dstVectors, int dstRoiShift, int dstStride1, int dstStride2, float *dstRe,
+    float *dstIm, int widthHeight, int count, float *buffer);
+KeslStatus keslEigenValuesVectorsRight_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0,
+    float *const *dstVectors, int dstRoiShift, int dstStride0, float *dstRe, float *dstIm, int widthHeight, int count,
+    float *buffer);
+KeslStatus keslEigenValuesVectorsRight_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2,
+    double *dstVectors, int dstStride0, int dstStride1, int dstStride2, double *dstRe, double *dstIm, int widthHeight,
+    int count, double *buffer);
+KeslStatus keslEigenValuesVectorsRight_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1,
+    int srcStride2, double *const *dstVectors, int dstRoiShift, int dstStride1, int dstStride2, double *dstRe,
+    double *dstIm, int widthHeight, int count, double *buffer);
+KeslStatus keslEigenValuesVectorsRight_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0,
+    double *const *dstVectors, int dstRoiShift, int dstStride0, double *dstRe, double *dstIm, int widthHeight,
+    int count, double *buffer);
+KeslStatus keslEigenValuesVectorsLeft_m_32f(const float *src, int srcStride1, int srcStride2, float *dstVectors,
+    int dstStride1, int dstStride2, float *dstRe, float *dstIm, int widthHeight, float *buffer);
+KeslStatus keslEigenValuesVectorsLeft_m_32f_P(const float *const *src, int srcRoiShift, float *const *dstVectors,
+    int dstRoiShift, float *dstRe, float *dstIm, int widthHeight, float *buffer);
+KeslStatus keslEigenValuesVectorsLeft_m_64f(const double *src, int srcStride1, int srcStride2, double *dstVectors,
+    int dstStride1, int dstStride2, double *dstRe, double *dstIm, int widthHeight, double *buffer);
+KeslStatus keslEigenValuesVectorsLeft_m_64f_P(const double *const *src, int srcRoiShift, double *const *dstVectors,
+    int dstRoiShift, double *dstRe, double *dstIm, int widthHeight, double *buffer);
+KeslStatus keslEigenValuesVectorsLeft_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2,
+    float *dstVectors, int dstStride0, int dstStride1, int dstStride2, float *dstRe, float *dstIm, int widthHeight,
+    int count, float *buffer);
+KeslStatus keslEigenValuesVectorsLeft_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1,
+    int srcStride2, float *const *dstVectors, int dstRoiShift, int dstStride1, int dstStride2, float *dstRe,
+    float *dstIm, int widthHeight, int count, float *buffer);
+KeslStatus keslEigenValuesVectorsLeft_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0,
+    float *const *dstVectors, int dstRoiShift, int dstStride0, float *dstRe, float *dstIm, int widthHeight, int count,
+    float *buffer);
+KeslStatus keslEigenValuesVectorsLeft_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2,
+    double *dstVectors, int dstStride0, int dstStride1, int dstStride2, double *dstRe, double *dstIm, int widthHeight,
+    int count, double *buffer);
+KeslStatus keslEigenValuesVectorsLeft_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1,
+    int srcStride2, double *const *dstVectors, int dstRoiShift, int dstStride1, int dstStride2, double *dstRe,
+    double *dstIm, int widthHeight, int count, double *buffer);
+KeslStatus keslEigenValuesVectorsLeft_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0,
+    double *const *dstVectors, int dstRoiShift, int dstStride0, double *dstRe, double *dstIm, int widthHeight,
+    int count, double *buffer);
 
 /* ------------------------------------------------------------------------------------------- keslAffineTransform3DH
  * Points (x, y, z) through a 4 by 4 matrix M = src1 in homogeneous coordinates, and back by the last coordinate.

@@ -126,7 +126,7 @@ template <class T> void promises(const Level& level, const Form& form)
         const bool extreme = kind >= huge, narrow[] = {single, single || form.array(), true, true};
         Random random(names[kind], sizeof(T));
         Errors errors;
-        for (int round = 0; round < 1400; ++round) {
+        for (int round = 0; round < cases(1400); ++round) {
             Dims dims;
             const int n = dims['n'] = 3 + round % 7;
             const std::vector<double> wide = make(Kind(kind), n, random);
@@ -160,7 +160,7 @@ template <class T> void promises(const Level& level, const Form& form)
         EXPECT_LT(errors.phase.worst(), 10);
         // Of two almost equal real values the difference is only estimated, and the vectors then do not fit: random
         // triangular matrices have some.
-        const int allowed = kind == triangular ? errors.right.count() / 500 : 0;
+        const int allowed = kind == triangular ? errors.right.count() / 500 + 2 : 0;
         EXPECT_LE(errors.right.above(10), allowed);
         EXPECT_LE(errors.left.above(10), allowed);
     }

@@ -1,0 +1,57 @@
+// General real eigenproblems: what the families share. The method stands in schur.h and substitution.h.
+#pragma once
+#include "frame/call.h"
+#include "frame/objects.h"
+
+namespace kesl {
+
+// ---- What the families differ in.
+struct GeneralRules {
+    bool whole;    // every transformation goes over the whole matrix and into Z, which leaves a Schur form; or the active block
+    bool relative; // a subdiagonal is negligible beside the diagonal; or absolutely
+    bool guarded;  // no shift is divided by a number below safeMin
+    bool single;   // shifts of doubles too are formed in single precision
+};
+// clang-format off
+//                                             whole  relative guarded single
+constexpr GeneralRules generalValues        = { false, false,  false,  false };
+constexpr GeneralRules generalVectors       = { true,  true,   true,   true  };
+constexpr GeneralRules generalVectorsSingle = { true,  true,   true,   false }; // keslEigenValuesVectors of one matrix
+// clang-format on
+
+// The eigenvalues, in the order in which they stand on the diagonal. h holds the input row by row, which is its transpose in
+// columns; it is left as T and z as Z where rules.whole, and z is not used elsewhere. scratch holds 2 n elements. False where
+// the sweeps do not suffice (in any lane): one object has the eigenvalues found so far then.
+template <GeneralRules rules, class V, class N> bool schurForm(V* h, V* z, V* scratch, V* re, V* im, N n);
+
+// The eigenvectors, from T, Z, a third matrix and 5 n elements of scratch, one behind the other. They come in columns, one
+// side in place of Z; of both sides the right ones in the third matrix. im are the imaginary parts of the eigenvalues.
+enum class Sides { right, left, both };
+constexpr KeslStatus quietEnd = 1; // ends the kernel as a failure does, and is reported as keslStatusOk
+template <class T, class N> KeslStatus eigenvectors(Sides sides, T* memory, const T* im, N n);
+
+// Whether objects are treated by packs V: by the widest, where it has lanes enough.
+template <class V> constexpr bool inPacks = sizeof(V) == widest && lanes<V> >= 4;
+
+// f(o), or f(o as an operand with contiguous rows) where that is true of it.
+template <class T, Kind K, bool array, Form F> [[gnu::always_inline]] inline auto withRows(const Operand<T, K, array, F>& o, auto f)
+{
+    if constexpr (!contiguousRows(F) && F != P)
+        if (o.rowsAreContiguous()) return f(o.template as<F == S2 ? S : L>());
+    return f(o);
+}
+
+// n values of each object, back to back.
+template <int n, class T, class V> [[gnu::always_inline]] inline void storeValues(const Table<T>& dst, int first, const V* x)
+{
+    storeRun<n>(Spaced<T>{dst.object(first), n * std::int64_t(sizeof(T))}, x);
+}
+
+// Reads an object as the matrix that `h` shall be the transpose of.
+template <class T> void readRows(auto src, T* h, int n)
+{
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) h[std::int64_t(i) * n + j] = src(i, j);
+}
+
+} // namespace kesl

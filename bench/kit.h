@@ -413,8 +413,9 @@ template <class Family, class T, int N, Layout L, class... Op> struct Case<Famil
     }
 };
 
-// Which rows a family gets: every layout and size, or only the packed ones, or only those in cache.
-enum class Plan { full, packed, cache };
+// Which rows a family gets: every layout and size, or only the packed ones, or only those in cache, these in every layout
+// (for what computes long on each object, so that memory does not matter) or packed.
+enum class Plan { full, packed, layouts, cache };
 
 template <class Family, class T, int N, Layout L> void addRow(Size size, int threads)
 {
@@ -426,12 +427,14 @@ template <class Family, class T, int N, Layout L> void addRow(Size size, int thr
 
 template <class Family, Plan plan, class T, int N, Layout L> void addRows()
 {
-    if constexpr (L == Layout::packed || plan == Plan::full) {
+    if constexpr (L == Layout::packed || plan == Plan::full || plan == Plan::layouts) {
         addRow<Family, T, N, L>(Size::cache, 1);
         if (plan == Plan::cache) return;
-        addRow<Family, T, N, L>(Size::many, 2);
-        addRow<Family, T, N, L>(Size::stream, 1);
-        addRow<Family, T, N, L>(Size::stream, 2);
+        if (plan != Plan::layouts) {
+            addRow<Family, T, N, L>(Size::many, 2);
+            addRow<Family, T, N, L>(Size::stream, 1);
+            addRow<Family, T, N, L>(Size::stream, 2);
+        }
         if (L == Layout::packed && N == 3) addRow<Family, T, N, L>(Size::one, 1);
     }
 }

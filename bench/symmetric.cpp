@@ -1,4 +1,4 @@
-// Symmetric eigenproblems.
+// Symmetric eigenproblems. In cache only: they are bound by arithmetic, and of many matrices one may stop the call.
 #include "kit.h"
 
 #include <cmath>
@@ -246,7 +246,7 @@ struct VectorsSym {
              Where::cacheOnly}};
 };
 
-[[maybe_unused]] const bool registered = rows<ValuesSym, Plan::full, 3, 4, 5, 6>() && rows<ValuesSym6, Plan::packed, 3>()
-                                      && rows<VectorsSym, Plan::full, 3, 4, 5, 6>();
+[[maybe_unused]] const bool registered = rows<ValuesSym, Plan::layouts, 3, 4, 5, 6>() && rows<ValuesSym6, Plan::cache, 3>()
+                                      && rows<VectorsSym, Plan::layouts, 3, 4, 5, 6>();
 
 } // namespace

@@ -2178,8 +2178,8 @@ KeslStatus keslInvert_ma_64f_P(const double *const *src, int srcRoiShift, int sr
  *            scale with them. docs/eigenvalues.md tells how, and what happens otherwise.
  * Accuracy   A sweep ends early where a rotation has a radius of eps or less, and then takes a coupling for zero that is not:
  *            a few in a thousand float matrices of order 6, fewer of order 3 and of larger elements, get values that are wrong
- *            by much more than rounding, with keslStatusOk. Their sum is right, and vectors are orthogonal. In 64f this was
- *            not seen in tests. All others have errors of some eps times the greatest value.
+ *            by much more than rounding, with keslStatusOk. Their sum is right, and vectors are orthogonal. It is rare in 64f:
+ *            tridiagonal (-1 2 -1) of order 4 is such a matrix unless scaled. Other errors: some eps times the greatest value.
  * Singular   A matrix is reported as singular, which is unusual for eigenvalues, if P is at most eps in magnitude. Not at
  *            order 1. Order 2: P is the determinant; only keslEigenValuesSym_ma_32f with contiguous rows takes 2^-52 instead of eps.
  *            From order 3 on P is the product of the values, formed as they are found; in the bottom-up form some of them

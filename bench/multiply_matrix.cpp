@@ -1,6 +1,13 @@
 // Products of matrices.
 #include "kit.h"
 
+#ifdef BENCH_XSMM
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+#include <libxsmm.h>
+#pragma GCC diagnostic pop
+#endif
+
 using namespace bench;
 
 namespace

@@ -249,7 +249,8 @@ template <class T> void fillRegular(T* a, int n, Random& random)
 // ---- Rows
 
 // An alternative: a name and a generic function (order, range of objects, a view of each operand).
-enum class Where { everywhere, cacheOnly };
+// One that is aside is of less accuracy: its error is printed, and the ratio does without it.
+enum class Where { everywhere, cacheOnly, aside };
 template <class Body> struct Peer {
     const char* name;
     Body body;
@@ -261,6 +262,7 @@ template <class Body> Peer(const char*, Body, Where) -> Peer<Body>;
 struct Contender {
     std::string name;
     std::function<void(int begin, int end)> run;
+    bool aside = false;
     bool threadsItself = false; // the library: it is called once on all objects, with the number of threads of the row
 };
 
@@ -340,16 +342,18 @@ template <class Family, class T, int N, Layout L, class... Op> struct Case<Famil
 
     static void addArrayContenders(Prepared& row, Size size, std::shared_ptr<Data> data)
     {
-        row.contenders.push_back({"library", [=](int begin, int end) { call(*data, begin, end - begin); }, true});
+        row.contenders.push_back({"library", [=](int begin, int end) { call(*data, begin, end - begin); }, false, true});
         const auto views = std::apply([](auto&... operand) { return std::tuple{operand.view()...}; }, *data);
         const auto add = [&](const auto& peer) {
             const auto body = peer.body;
             if constexpr (std::is_invocable_v<decltype(body), decltype(n), Range, typename Operand<T, Op, L>::AView...>)
                 if (size == Size::cache || peer.where == Where::everywhere)
                     row.contenders.push_back(
-                        {peer.name, [=](int begin, int end) {
+                        {peer.name,
+                         [=](int begin, int end) {
                              std::apply([&](auto... view) { body(n, Range{begin, end}, view...); }, views);
-                         }});
+                         },
+                         peer.where == Where::aside});
         };
         std::apply([&](const auto&... peer) { (add(peer), ...); }, Family::peers);
     }

@@ -105,7 +105,8 @@ struct ValuesSym {
                  Eigen::SelfAdjointEigenSolver<Matrix> solver;
                  for (int k = range.begin; k < range.end; ++k)
                      dst.assign(k, solver.computeDirect(src.eigen(k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
-             }},
+             },
+             Where::aside},
         Peer{"lapack",
              [](auto n, Range range, auto src, auto, auto dst) {
                  using Matrix = typename decltype(src)::Matrix;
@@ -170,7 +171,8 @@ struct ValuesSym6 {
                  Eigen::SelfAdjointEigenSolver<Eigen::Matrix<T, 3, 3>> solver;
                  for (int k = range.begin; k < range.end; ++k)
                      dst.assign(k, solver.computeDirect(matrix<T>(src, k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
-             }}};
+             },
+             Where::aside}};
 };
 
 struct VectorsSym {
@@ -230,7 +232,8 @@ struct VectorsSym {
                      values.assign(k, solver.eigenvalues().reverse().transpose());
                      vectors.assign(k, solver.eigenvectors().rowwise().reverse());
                  }
-             }},
+             },
+             Where::aside},
         Peer{"lapack",
              [](auto n, Range range, auto src, auto, auto vectors, auto values) {
                  using Matrix = typename decltype(src)::Matrix;

@@ -7,7 +7,7 @@ namespace kesl {
 
 // ---- What the families differ in.
 struct GeneralRules {
-    bool whole;    // every transformation goes over the whole matrix and into Z, which leaves a Schur form; or the active block
+    bool whole;    // transformations go over the whole matrix and into Z, which leaves a Schur form; or the active block
     bool relative; // a subdiagonal is negligible beside the diagonal; or absolutely
     bool guarded;  // no shift is divided by a number below safeMin
     bool single;   // shifts of doubles too are formed in single precision
@@ -34,7 +34,8 @@ template <class T, class N> KeslStatus eigenvectors(Sides sides, T* memory, cons
 template <class V> constexpr bool inPacks = sizeof(V) == widest && lanes<V> >= 4;
 
 // f(o), or f(o as an operand with contiguous rows) where that is true of it.
-template <class T, Kind K, bool array, Form F> [[gnu::always_inline]] inline auto withRows(const Operand<T, K, array, F>& o, auto f)
+template <class T, Kind K, bool array, Form F>
+[[gnu::always_inline]] inline auto withRows(const Operand<T, K, array, F>& o, auto f)
 {
     if constexpr (!contiguousRows(F) && F != P)
         if (o.rowsAreContiguous()) return f(o.template as<F == S2 ? S : L>());

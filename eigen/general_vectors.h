@@ -1,5 +1,5 @@
-// keslEigenValuesVectors, keslEigenValuesVectorsRight, keslEigenValuesVectorsLeft: the eigenvalues and the eigenvectors of one
-// general matrix, or of each matrix of an array.
+// keslEigenValuesVectors, keslEigenValuesVectorsRight, keslEigenValuesVectorsLeft: the eigenvalues and the eigenvectors of
+// one general matrix, or of each matrix of an array.
 #pragma once
 #include "eigen/buffer_size.h"
 #include "eigen/general.h"
@@ -7,7 +7,8 @@
 #include "frame/call.h"
 
 // clang-format off
-#define KESL_VECTORS_REST(as, T)       as##_table(KESL_T_##T, dstRe, widthHeight), as##_table(KESL_T_##T, dstIm, widthHeight), as##_size(widthHeight)
+#define KESL_VECTORS_REST(as, T)                                                                                    \
+    as##_table(KESL_T_##T, dstRe, widthHeight), as##_table(KESL_T_##T, dstIm, widthHeight), as##_size(widthHeight)
 #define KESL_BOTH(as, F, T, k)                                                                                      \
     as##_in(k, src, F, T), as##_out(k, dstVectorsRight, F, T), as##_out(k, dstVectorsLeft, F, T), KESL_VECTORS_REST(as, T)
 #define KESL_SIDE(as, F, T, k)         as##_in(k, src, F, T), as##_vectors(k, dst, F, T), KESL_VECTORS_REST(as, T)
@@ -25,8 +26,8 @@ template <Sides sides> struct GeneralVectors {
     static constexpr bool canFail = true;
 
     // `right` and `left` are the same where there is one side.
-    template <class T, GeneralRules rules>
-    [[gnu::always_inline]] static KeslStatus vectors(auto src, auto right, auto left, Table<T> re, Table<T> im, Size order, auto count, Buffer<T> buffer)
+    template <class T, GeneralRules rules> [[gnu::always_inline]] static KeslStatus
+    vectors(auto src, auto right, auto left, Table<T> re, Table<T> im, Size order, auto count, Buffer<T> buffer)
     {
         const KeslStatus status = withRows(src, [&](auto rows) KESL_INLINE {
             return withOrder(order, [&](auto fixed) KESL_INLINE {
@@ -36,14 +37,16 @@ template <Sides sides> struct GeneralVectors {
                         for (int i = 0; i < n; ++i)
                             for (int j = 0; j < n; ++j) to(i, j) = columns[std::int64_t(j) * n + i];
                     };
-                    if constexpr (sides != Sides::left) copy(sides == Sides::both ? z + std::int64_t(n) * n : z, right.object(k, n, n));
+                    if constexpr (sides != Sides::left)
+                        copy(sides == Sides::both ? z + std::int64_t(n) * n : z, right.object(k, n, n));
                     if constexpr (sides != Sides::right) copy(z, left.object(k, n, n));
                     return keslStatusOk;
                 };
                 const auto object = [&](int k, T* memory, auto n) -> KeslStatus {
                     const std::int64_t all = std::int64_t(n) * n;
                     readRows(rows.object(k, n, n), memory, n);
-                    if (!schurForm<rules>(memory, memory + all, memory + 3 * all, re.object(k), im.object(k), n)) return keslStatusNoConvergence;
+                    if (!schurForm<rules>(memory, memory + all, memory + 3 * all, re.object(k), im.object(k), n))
+                        return keslStatusNoConvergence;
                     if (const KeslStatus failure = eigenvectors(sides, memory, im.object(k), n)) return failure;
                     return write(k, memory + all, n);
                 };
@@ -58,9 +61,12 @@ template <Sides sides> struct GeneralVectors {
                             Block<V, n, n> h = load<n, n>(rows, k);
                             V z[all], scratch[2 * n], packRe[n], packIm[n];
                             if (!schurForm<rules>(h.e[0], z, scratch, packRe, packIm, fixed)) return keslStatusNoConvergence;
-                            struct { T memory[vectorsBuffer(n)], im[n]; } lane[lanes<V>];
+                            struct {
+                                T memory[vectorsBuffer(n)], im[n];
+                            } lane[lanes<V>];
                             const Spaced<T> first{lane[0].memory, sizeof lane[0]};
-                            storeRun<all>(first, h.e[0]), storeRun<all>(first + all, z), storeRun<n>(Spaced<T>{lane[0].im, sizeof lane[0]}, packIm);
+                            storeRun<all>(first, h.e[0]), storeRun<all>(first + all, z),
+                                storeRun<n>(Spaced<T>{lane[0].im, sizeof lane[0]}, packIm);
                             for (auto& l : lane)
                                 if (const KeslStatus failure = eigenvectors(sides, l.memory, l.im, fixed)) return failure;
                             storeValues<n>(re, k.first, packRe), storeValues<n>(im, k.first, packIm);
@@ -69,7 +75,9 @@ template <Sides sides> struct GeneralVectors {
                         }
                     });
                 else
-                    return eachObject(count, [&](int k) { return order == 1 ? one<T>(k, src, right, left, re, im) : object(k, buffer, int(order)); });
+                    return eachObject(count, [&](int k) {
+                        return order == 1 ? one<T>(k, src, right, left, re, im) : object(k, buffer, int(order));
+                    });
             });
         });
         return status == quietEnd ? keslStatusOk : status;
@@ -82,13 +90,13 @@ template <Sides sides> struct GeneralVectors {
     }
 };
 template <GeneralRules rules> struct BothSides : GeneralVectors<Sides::both> {
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto right, auto left, Table<T> re, Table<T> im, Size n, Buffer<T> buffer)
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto right, auto left, Table<T> re,
+                                                                               Table<T> im, Size n, Buffer<T> buffer)
     {
         return vectors<T, rules>(src, right, left, re, im, n, One{}, buffer);
     }
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto right, auto left, Table<T> re, Table<T> im, Size n, Count count, Buffer<T> buffer)
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus
+    kernel(auto src, auto right, auto left, Table<T> re, Table<T> im, Size n, Count count, Buffer<T> buffer)
     {
         return vectors<T, rules>(src, right, left, re, im, n, count, buffer);
     }
@@ -99,8 +107,8 @@ template <Sides side> struct OneSide : GeneralVectors<side> {
     {
         return OneSide::template vectors<T, generalVectors>(src, dst, dst, re, im, n, One{}, buffer);
     }
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Table<T> re, Table<T> im, Size n, Count count, Buffer<T> buffer)
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Table<T> re, Table<T> im,
+                                                                               Size n, Count count, Buffer<T> buffer)
     {
         return OneSide::template vectors<T, generalVectors>(src, dst, dst, re, im, n, count, buffer);
     }
@@ -123,9 +131,9 @@ struct EigenValuesVectorsLeft_ma : OneSide<Sides::left>, OverArrays {};
 } // namespace kesl
 
 // ---- Their functions, by module.
-#define KESL_EIGENVALUESVECTORS_M(X)       X(EigenValuesVectors, m, KESL_BOTH_M, m)
-#define KESL_EIGENVALUESVECTORS_MA(X)      X(EigenValuesVectors, ma, KESL_BOTH_MA, ma)
-#define KESL_EIGENVALUESVECTORSRIGHT_M(X)  X(EigenValuesVectorsRight, m, KESL_SIDE_M, m)
+#define KESL_EIGENVALUESVECTORS_M(X) X(EigenValuesVectors, m, KESL_BOTH_M, m)
+#define KESL_EIGENVALUESVECTORS_MA(X) X(EigenValuesVectors, ma, KESL_BOTH_MA, ma)
+#define KESL_EIGENVALUESVECTORSRIGHT_M(X) X(EigenValuesVectorsRight, m, KESL_SIDE_M, m)
 #define KESL_EIGENVALUESVECTORSRIGHT_MA(X) X(EigenValuesVectorsRight, ma, KESL_SIDE_MA, ma)
-#define KESL_EIGENVALUESVECTORSLEFT_M(X)   X(EigenValuesVectorsLeft, m, KESL_SIDE_M, m)
-#define KESL_EIGENVALUESVECTORSLEFT_MA(X)  X(EigenValuesVectorsLeft, ma, KESL_SIDE_MA, ma)
+#define KESL_EIGENVALUESVECTORSLEFT_M(X) X(EigenValuesVectorsLeft, m, KESL_SIDE_M, m)
+#define KESL_EIGENVALUESVECTORSLEFT_MA(X) X(EigenValuesVectorsLeft, ma, KESL_SIDE_MA, ma)

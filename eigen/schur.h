@@ -119,7 +119,8 @@ template <class V> struct StandardBlock {
                 const V sigma = b0 + c0, tau = hypotenuse(abs(sigma), abs(a0 - d0));
                 const V cs1 = sqrt((one + abs(sigma) / tau) * T(0.5));
                 const V sine = -p / (tau * cs1), sn1 = sigma < 0 ? -sine : sine;
-                const V aa = a0 * cs1 + b0 * sn1, bb = b0 * cs1 - a0 * sn1, cc = c0 * cs1 + d0 * sn1, dd = d0 * cs1 - c0 * sn1;
+                const V aa = a0 * cs1 + b0 * sn1, bb = b0 * cs1 - a0 * sn1;
+                const V cc = c0 * cs1 + d0 * sn1, dd = d0 * cs1 - c0 * sn1;
                 const V b1 = bb * cs1 + dd * sn1, c1 = cc * cs1 - aa * sn1;
                 const V mean = (aa * cs1 + cc * sn1 - bb * sn1 + dd * cs1) * T(0.5);
                 const Mask both = turned & (abs(b1) > P::safeMin) & (abs(c1) > P::safeMin);
@@ -258,7 +259,7 @@ template <GeneralRules rules, class V, class N> struct Schur {
                     put(tiny, beside, norm);
                 }
                 const V relative = beside * P::eps;
-                bound = smallNum > relative ? splat<V>(smallNum) : relative; // a NaN stays, and nothing is negligible beside it
+                bound = smallNum > relative ? splat<V>(smallNum) : relative; // a NaN stays: nothing is negligible then
             }
             const Mask hit = open & (bound >= abs(h(k, k - 1)));
             l = hit ? Index{} + k : l;
@@ -353,7 +354,8 @@ template <GeneralRules rules, class V, class N> struct Schur {
             }
             if (any(open)) {
                 const S h11 = at(c, c), h22 = at(c + 1, c + 1), h44s = h44 - h11, h33s = h33 - h11;
-                const S v1 = (h33s * h44s - h43h34) / sub + at(c, c + 1), v2 = h22 - h11 - h44s - h33s, v3 = at(c + 2, c + 1);
+                const S v1 = (h33s * h44s - h43h34) / sub + at(c, c + 1);
+                const S v2 = h22 - h11 - h44s - h33s, v3 = at(c + 2, c + 1);
                 const S s = abs(v1) + abs(v2) + abs(v3);
                 if constexpr (rules.guarded) {
                     const S r = s > safeMin ? E(1) / s : s;

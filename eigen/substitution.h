@@ -5,7 +5,7 @@
 
 namespace kesl {
 
-// ---- The solution y of (C - w) y = scale * b for a diagonal block C of order 1 or 2, scale <= 1 being chosen against overflow.
+// ---- The solution y of (C - w) y = scale * b for a diagonal block C of order 1 or 2; scale <= 1 avoids an overflow.
 template <class T> struct Solution {
     T re[2], im[2];
     T scale = 1;
@@ -342,7 +342,8 @@ template <class T, class N> KeslStatus eigenvectors(Sides sides, T* memory, cons
     const std::int64_t all = std::int64_t(n) * n;
     T *const z = memory + all, *const third = z + all, *const rest = third + all;
     const auto vectors = [&](T* columns, auto side) {
-        Substitution<T, N> substitution{n, {memory, n}, {columns, n}, rest, rest + n, rest + 2 * n, rest + 3 * n, rest + 4 * n};
+        Substitution<T, N> substitution{n,        {memory, n},  {columns, n},  rest,
+                                        rest + n, rest + 2 * n, rest + 3 * n, rest + 4 * n};
         const KeslStatus status = (substitution.*side)();
         if (status == keslStatusOk) substitution.normalise(im);
         return status;

@@ -130,9 +130,11 @@ void verify(const Row& row, const Prepared& prepared)
             if (&contender == &prepared.contenders[0]) expected.push_back(result);
             const auto& reference = expected[index++];
             double largest = 0;
-            for (const double x : reference) largest = std::max(largest, std::fabs(x));
+            for (const double x : reference) largest = std::fmax(largest, std::fabs(x));
+            const auto untouched = [largest](double x) { return largest > 0 && std::isnan(x); }; // one triangle is written
             for (std::size_t i = 0; i < result.size(); ++i)
-                if (!(std::fabs(result[i] - reference[i]) <= prepared.tolerance * largest)) { // so a NaN fails too
+                if (!(std::fabs(result[i] - reference[i]) <= prepared.tolerance * largest) && // so a NaN fails too
+                    !(untouched(result[i]) && untouched(reference[i]))) {
                     char text[200];
                     std::snprintf(text, sizeof text, ": %s gives %.17g, the library %.17g in element %zu of object %d",
                                   contender.name.c_str(), result[i], reference[i], i, k);

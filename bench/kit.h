@@ -123,7 +123,7 @@ template <class B> auto kept(const B& b)
         typename B::Matrix object = b.eigen(0);
         return [object](int, int i, int j) { return object(i, j); };
     } else {
-        return b;
+        return [b](int, int i, int j) { return b(0, i, j); };
     }
 }
 
@@ -312,7 +312,7 @@ template <class Family, class T, int N, Layout L, class... Op> struct Case<Famil
         const int rows = operand.R, cols = operand.C;
         T object[operand.R * operand.C];
         for (int k = 0; k < operand.count; ++k) {
-            for (T& x : object) x = static_cast<T>(random());
+            for (T& x : object) x = static_cast<T>(random() + (requires { Family::positive; } ? 2 : 0));
             if constexpr (requires { Family::fill(index, object, N, random); }) Family::fill(index, object, N, random);
             for (int i = 0; i < rows; ++i)
                 for (int j = 0; j < cols; ++j) operand.at(k, i, j) = object[i * cols + j];

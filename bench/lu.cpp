@@ -218,12 +218,19 @@ template <bool own> struct BackSubst {
              [](auto n, Range range, auto lu, auto b, auto dst) {
                  constexpr int N = n;
                  const int* const tables = table<false>(N, range.end);
+                 const auto one = kept(lu);
 #pragma GCC ivdep
                  for (int k = range.begin; k < range.end; ++k) {
                      const int* const p = own ? tables + k * N : tables;
                      std::decay_t<decltype(lu(0, 0, 0))> x[N];
-                     substitute<N>([&](int i, int j) { return lu(k, p[i], j); }, [&](int i) { return b(k, 0, p[i]); },
-                                   x);
+                     const auto element = [&](int i, int j) {
+                         if constexpr (own)
+                             return lu(k, p[i], j);
+                         else
+                             return one(0, p[i], j);
+                     };
+                     substitute<N>(
+                         element, [&](int i) { return b(k, 0, p[i]); }, x);
                      for (int i = 0; i < N; ++i) dst(k, 0, i) = x[i];
                  }
              }},

@@ -14,7 +14,8 @@ struct Dot {
     static constexpr auto alone = KESL_ALONE(keslDotProduct_vv);
     template <int N> using Operands = std::tuple<va<N>, va<N>, result>;
     template <int N> static constexpr std::tuple sizes{N};
-    static constexpr double tolerance = 100; // sums near zero
+    static constexpr double tolerance = 10;
+    static constexpr bool positive = true;
     static constexpr std::tuple peers{
         Peer{"plain",
              [](auto, Range range, auto a, auto b, auto d) {
@@ -39,6 +40,9 @@ struct Cross {
     template <int N> using Operands = std::tuple<va<3>, va<3>, out<va<3>>>;
     template <int N> static constexpr std::tuple sizes{};
     static constexpr double tolerance = 20;
+
+    template <class T> static void fill(int operand, T* a, int, Random&) { a[operand] += 4; } // far from parallel
+
     static constexpr std::tuple peers{
         Peer{"plain",
              [](auto, Range range, auto a, auto b, auto d) {
@@ -95,7 +99,8 @@ struct Trace {
     static constexpr auto alone = KESL_ALONE(keslTrace_m);
     template <int N> using Operands = std::tuple<withOrder<ma<N, N>>, result>;
     template <int N> static constexpr std::tuple sizes{};
-    static constexpr double tolerance = 100;
+    static constexpr double tolerance = 10;
+    static constexpr bool positive = true;
     static constexpr std::tuple peers{
         Peer{"plain",
              [](auto, Range range, auto a, auto d) {

@@ -101,6 +101,7 @@ struct Combination { auto operator()(auto x, auto y, auto c) const { return x * 
 
 struct Common {
     static constexpr double tolerance = 4;
+    static constexpr bool positive = true;
     template <int N> static constexpr std::tuple sizes{N};
 };
 struct Pairs : Common {

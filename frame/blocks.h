@@ -5,6 +5,7 @@
 #pragma once
 #include "frame/lanes.h"
 #include "frame/operand.h"
+#include "frame/runs.h"
 
 namespace kesl {
 
@@ -183,13 +184,17 @@ template <int n, class V, int bytes = sizeof(V)> [[gnu::always_inline]] inline v
 
 // ---- Packs of objects as they are stored, in rows of `width` elements.
 
-// Asks for the objects of the next pack, where a pack is long. The hardware does well with short ones by itself.
+// Asks for the objects of a later pack, where packs are long: the next one to be written; and to be read, one that comes
+// some 4 KiB later, as much as arrives in the time that memory takes to answer. With short packs, and objects of a cache
+// line, the hardware does well by itself.
 template <int elements, class V, bool write, class T> [[gnu::always_inline]] inline void prefetchNext(Spaced<T> at)
 {
-    if constexpr (elements * sizeof(V) > 1024)
+    constexpr int bytes = elements * int(sizeof(V)), each = elements * int(sizeof(T));
+    constexpr int ahead = (write ? 1 : (4096 + bytes - 1) / bytes) * lanes<V>;
+    if constexpr (bytes >= 1024 && each > 64)
 #pragma GCC unroll 16
-        for (int l = lanes<V>; l < 2 * lanes<V>; ++l)
-            for (int byte = 0; byte < elements * int(sizeof(T)); byte += 64)
+        for (int l = ahead; l < ahead + lanes<V>; ++l)
+            for (int byte = 0; byte < each; byte += 64)
                 __builtin_prefetch(reinterpret_cast<const char*>(at(l)) + byte, write, 3);
 }
 template <int elements, class V, bool write, class T> void prefetchNext(Listed<T>) {} // nobody says that there is a next one
@@ -240,6 +245,32 @@ template <bool record, int height, int width, class V, class T, Kind kind, Form 
     }
 }
 
+// ---- Vectors one behind another, without a gap.
+
+// An operand that is known to be such a run.
+template <class O> struct Run : O {};
+template <class O> constexpr bool isRun = false;
+template <class O> constexpr bool isRun<Run<O>> = true;
+
+// f(o...), with all arrays as runs if that is what they are; single operands stay. It is found out once for a call.
+template <class O> constexpr bool mayBeRun = !O::isArray || (O::kind == Kind::vector && O::form == S);
+template <class O> bool isRunOf(const O& o, int n)
+{
+    if constexpr (O::isArray) return o.stride0 == n * O::elementSize;
+    else return true;
+}
+template <class O> constexpr auto asRun(const O& o)
+{
+    if constexpr (O::isArray) return Run<O>{o};
+    else return o;
+}
+template <int n> [[gnu::always_inline]] inline auto withRuns(auto f, const auto&... o)
+{
+    if constexpr ((mayBeRun<std::decay_t<decltype(o)>> && ...))
+        if ((isRunOf(o, n) && ...)) return f(asRun(o)...);
+    return f(o...);
+}
+
 // ---- What a body uses: all elements of its object or objects, as they are read, and back. `record` is the caller's word
 // that the objects have no gaps between their rows; otherwise that is found out here.
 template <int height, int width, bool record = false, class V, class O>
@@ -253,6 +284,11 @@ template <int height, int width, bool record = false, class V, class O>
         Block<V, width, height> stored;
         loadStored<record>(src, k.first, stored);
         eachElement<height, width>([&](int i, int j) { x(i, j) = stored(j, i); });
+    } else if constexpr (isRun<O>) {
+        V run[width];
+#pragma GCC unroll 8
+        for (int i = 0; i < width; ++i) run[i] = loadPack<V>(src.address(k.first) + i * lanes<V>);
+        runToObjects<width>(run, x.e[0]);
     } else loadStored<record>(src, k.first, x);
     return x;
 }
@@ -262,6 +298,11 @@ template <bool record = false, int height, int width, class V, class O>
     if constexpr (lanes<V> == 1) {
         const auto object = dst.object(k.first, height, width);
         eachElement<height, width>([&](int i, int j) { object(i, j) = x(i, j); });
+    } else if constexpr (isRun<O>) {
+        V run[width];
+        objectsToRun<width>(x.e[0], run);
+#pragma GCC unroll 8
+        for (int i = 0; i < width; ++i) storePack(dst.address(k.first) + i * lanes<V>, run[i]);
     } else storeStored<record>(dst, k.first, x);
 }
 

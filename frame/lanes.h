@@ -3,6 +3,8 @@
 // A body is a template over a value type V: an element type for one object, or a pack. Both have + - * / and comparisons,
 // whose result is a mask: bool, or a pack of integers, to be used with `?:`, `&`, `|`, `~` and any(), never with `!` or `&&`.
 #pragma once
+#include "frame/views.h"
+
 #include <cmath>
 #include <cstdint>
 #include <type_traits>

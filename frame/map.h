@@ -77,27 +77,44 @@ template <int h, int w> [[gnu::always_inline]] inline void mapObject(int height,
             for (int j = 0; j < width; ++j) dst(i, j) = f(src(i, j)...);
 }
 
-// ---- A record of order n that is read transposed. Where two packs hold it, its elements are exchanged in registers, but for
-// doubles: their packs would mostly cross cache lines.
-template <int n, class T> constexpr int packOfRecord() // the lanes of the pack, or 0
+// ---- A record of order n that is read transposed. Where a few packs hold it, its elements are exchanged in registers, but
+// for small ones of doubles: their packs would mostly cross cache lines.
+template <int n, class T> constexpr int packOfRecord() // the lanes of the packs, or 0
 {
     int most = widest / int(sizeof(T));
     while (most > n * n) most /= 2;
-    return sizeof(T) == 4 && 2 * most >= n * n ? most : 0;
+    const int packs = (n * n + most - 1) / most;
+    return packs <= (widest < 64 ? 2 : 5) && (sizeof(T) == 4 || n >= 5) ? most : 0;
 }
-// Lane l is element first + l of the transposed record, of a pack of its first and one of its last elements.
-template <int n, int lanes, int first> struct TransposedAt {
-    static constexpr int of(int l)
+template <int n, class V> struct RecordInPacks { // the last pack ends with the record
+    static constexpr int packs = (n * n + lanes<V> - 1) / lanes<V>;
+    static constexpr int at(int pack) { return std::min(pack * lanes<V>, n * n - lanes<V>); }
+    V x[packs];
+
+    template <int j, int s> struct Transposed {
+        static constexpr int of(int l)
+        {
+            const int i = at(j) + l, e = i % n * n + i / n, from = e / lanes<V>, lane = e - at(from);
+            return from == s ? lanes<V> + lane : s == 1 && from == 0 ? lane : l;
+        }
+    };
+    template <class T> [[gnu::always_inline]] static RecordInPacks transposed(const T* src)
     {
-        const int e = (first + l) % n * n + (first + l) / n;
-        return e < lanes ? e : lanes + e - (n * n - lanes);
+        RecordInPacks stored, r;
+#pragma GCC unroll 8
+        for (int i = 0; i < packs; ++i) stored.x[i] = loadPack<V>(src + at(i));
+        if constexpr (packs == 1) r.x[0] = shuffled<Transposed<0, 1>, lanes<V>>(stored.x[0], stored.x[0]);
+        else inSteps<Transposed, packs>(stored.x, r.x);
+        return r;
+    }
+    template <class T> [[gnu::always_inline]] static RecordInPacks transposed(Same<T> src)
+    {
+        RecordInPacks r;
+#pragma GCC unroll 8
+        for (V& x : r.x) x = splat<V>(src.x);
+        return r;
     }
 };
-template <int n, int first, class V, class T> [[gnu::always_inline]] inline V transposedAt(const T* src)
-{
-    return shuffled<TransposedAt<n, lanes<V>, first>, lanes<V>>(loadPack<V>(src), loadPack<V>(src + n * n - lanes<V>));
-}
-template <int n, int, class V, class T> [[gnu::always_inline]] inline V transposedAt(Same<T> src) { return splat<V>(src.x); }
 
 // Element `which` of the pairs at e and a row below.
 template <int which> struct OfPairs {
@@ -112,11 +129,11 @@ template <int which, int n, class V, class T> [[gnu::always_inline]] inline V pa
 template <int n, class T> [[gnu::always_inline]] inline void mapTransposed(auto f, T* dst, auto... src)
 {
     if constexpr (constexpr int lanes = packOfRecord<n, T>(); lanes > 0) {
-        using V = Pack<T, lanes * sizeof(T)>;
-        constexpr int second = n * n - lanes;
-        const V x = f(transposedAt<n, 0, V>(src)...), y = f(transposedAt<n, second, V>(src)...);
-        storePack(dst, x);
-        if constexpr (second > 0) storePack(dst + second, y);
+        using R = RecordInPacks<n, Pack<T, lanes * sizeof(T)>>;
+        [&](const auto&... r) KESL_INLINE {
+#pragma GCC unroll 8
+            for (int i = 0; i < R::packs; ++i) storePack(dst + R::at(i), f(r.x[i]...));
+        }(R::transposed(src)...);
     } else if constexpr (n < 5) { // all is read before anything is written, so that the compiler may choose the order
         T x[n * n];
 #pragma GCC unroll 16
@@ -221,6 +238,7 @@ template <class O> struct Periodic {
     const typename O::Element* p;
     Periodic(const O& o, int, int, int) : p(o.address(0)) {}
     const auto* from(std::int64_t element) const { return p + element; }
+    const auto* object(int k, int n) const { return p + std::int64_t(k) * n; }
 };
 template <class O> requires (!O::isArray && !isConstant<O>) struct Periodic<O> {
     using T = typename O::Element;
@@ -235,6 +253,7 @@ template <class O> requires (!O::isArray && !isConstant<O>) struct Periodic<O> {
         for (int done = each; done < all; done *= 2) std::memcpy(e + done, e, std::size_t(std::min(done, all - done)) * sizeof *e);
     }
     const T* from(std::int64_t element) const { return e + element % each; }
+    const T* object(int, int) const { return e; }
 };
 template <class O> requires isByValue<O> struct Periodic<O> {
     Same<typename O::Element> same;
@@ -274,11 +293,11 @@ template <int n, class V> [[gnu::always_inline]] inline auto packsOf(const auto&
             if constexpr (lanes<V> == 1) return x;
             else return shuffled<OwnerOf<n, e, lanes<V>>, lanes<V>>(x, x);
         };
-    else return [run = src.from(std::int64_t(k) * n)](auto e) { return valueAt<V>(run, e * lanes<V>); };
+    else return [run = src.object(k, n)](auto e) { return valueAt<V>(run, e * lanes<V>); };
 }
 template <int n, class T> [[gnu::always_inline]] inline void mapVectors(int count, auto f, T* dst, const auto&... src)
 {
-    eachPack<T>(count, [&]<class V>(Objects<V> k) {
+    eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
         T* const to = dst + std::int64_t(k.first) * n;
         const auto step = [&](auto... packs) KESL_INLINE {
             const auto store = [&](auto e) KESL_INLINE { storePack<V>(to + e * lanes<V>, f(packs(e)...)); };
@@ -350,7 +369,7 @@ template <class Dst, class... Src>
                 bool done = false;
                 withOrder(width, [&](auto n) {
                     if constexpr (n > 0) {
-                        mapVectors<n>(count, f, dst.address(0), Periodic<Src>(src, 1, n, count)...);
+                        mapVectors<n>(count, f, dst.address(0), Periodic<Src>(src, 1, n, lanes<Pack<T>>)...);
                         done = true;
                     }
                 });
@@ -397,17 +416,17 @@ template <class Dst, class... Src>
 }
 
 // dst = src, which may have different layouts. Whether rows are contiguous is found out for each of the two.
-[[gnu::always_inline]] inline void inOwnForm(const auto& o, auto f)
+[[gnu::always_inline]] inline void inOwnForm(auto o, auto f)
 {
-    constexpr Form F = std::remove_cvref_t<decltype(o)>::form;
+    constexpr Form F = decltype(o)::form;
     if constexpr (F == S2 || F == LS2)
         if (o.rowsAreContiguous()) return f(o.template as<F == S2 ? S : L>());
     f(o);
 }
 inline void move(auto height, int width, auto count, const auto& dst, const auto& src)
 {
-    inOwnForm(dst, [&](const auto& to) {
-        inOwnForm(src, [&](const auto& from) { map(height, width, count, Move{}, to, from); });
+    inOwnForm(dst, [=](auto to) KESL_INLINE {
+        inOwnForm(src, [=](auto from) KESL_INLINE { map(height, width, count, Move{}, to, from); });
     });
 }
 

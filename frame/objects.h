@@ -40,15 +40,13 @@ template <class T> [[gnu::always_inline]] inline KeslStatus eachPack(auto count,
     if constexpr (std::is_same_v<decltype(count), One>) return body(Objects<T>{0});
     else {
         int k = 0;
-        const auto pack = [&]<class V>(Objects<V> objects) {
-            if (count - k < lanes<V> || body(objects) != keslStatusOk) return false;
-            k += lanes<V>;
-            return true;
+        const auto packs = [&]<class V>(Objects<V>) KESL_INLINE {
+            while (count - k >= lanes<V> && body(Objects<V>{k}) == keslStatusOk) k += lanes<V>;
         };
         while (k < count) {
-            if (pack(Objects<Wide>{k})) continue;
+            packs(Objects<Wide>{});
             if constexpr (lanes<Wide> > 4)
-                if (count - k < lanes<Wide> && pack(Objects<Four>{k})) continue;
+                if (count - k < lanes<Wide>) packs(Objects<Four>{});
             for (int left = std::min<int>(count - k, lanes<Wide>); left > 0; --left, ++k)
                 if (const KeslStatus status = body(Objects<T>{k})) return status;
         }

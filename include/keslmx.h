@@ -1980,6 +1980,109 @@ KeslStatus keslCholeskyBackSubst_mva_64f_P(const double *const *src1, int src1Ro
     int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0, int widthHeight,
     int count);
 
+/* ------------------------------------------------------------------------------------------------------ keslQRDecomp
+ * The QR decomposition of src: src = Q R, Q orthogonal, R upper triangular.
+ *
+ * Sizes      width, height: those of src and dst; width at most height.
+ * dst        R in the upper triangle with the diagonal, which may be negative. Q is a product of reflections, step by step
+ *            I - 2 v v' / v'v: column k holds v below the diagonal, v(k) = 1 is not stored, and what is above it is zero. Each
+ *            column has one, but not the last of a square matrix.
+ * buffer     height elements of scratch, without strides in any layout; needed at every size. What it holds means nothing,
+ *            before and after.
+ * Method     Householder's (Golub and Van Loan, Matrix Computations, 5.2), without scaling. The sign of a reflection is that of
+ *            the diagonal element, a zero taken as negative; sums from the top of a column downwards.
+ * Rejected   is a column whose squared norm, from the diagonal downwards, is below 2^-23 (2^-52 in double precision),
+ *            absolutely; a NaN passes. The last column of a square matrix is not tested, so that R may have a zero there.
+ * Overlap    None.
+ * Status     N S B M for one matrix (P: N S R M), N C S B M for arrays (L, P: N C S B R M): the sizes are matched last,
+ *            unlike elsewhere. buffer is one of the pointers. Then keslStatusDivideByZero: the first object with a rejected
+ *            column ends the call. Those before it are complete and those behind it untouched, in threads within the slice of
+ *            each thread; the object itself is as far reduced as it came.
+ */
+KeslStatus keslQRDecomp_m_32f(const float *src, int srcStride1, int srcStride2, float *buffer, float *dst,
+    int dstStride1, int dstStride2, int width, int height);
+KeslStatus keslQRDecomp_m_32f_P(const float *const *src, int srcRoiShift, float *buffer, float *const *dst,
+    int dstRoiShift, int width, int height);
+KeslStatus keslQRDecomp_m_64f(const double *src, int srcStride1, int srcStride2, double *buffer, double *dst,
+    int dstStride1, int dstStride2, int width, int height);
+KeslStatus keslQRDecomp_m_64f_P(const double *const *src, int srcRoiShift, double *buffer, double *const *dst,
+    int dstRoiShift, int width, int height);
+KeslStatus keslQRDecomp_ma_32f(const float *src, int srcStride0, int srcStride1, int srcStride2, float *buffer,
+    float *dst, int dstStride0, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslQRDecomp_ma_32f_L(const float *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    float *buffer, float *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height,
+    int count);
+KeslStatus keslQRDecomp_ma_32f_P(const float *const *src, int srcRoiShift, int srcStride0, float *buffer,
+    float *const *dst, int dstRoiShift, int dstStride0, int width, int height, int count);
+KeslStatus keslQRDecomp_ma_64f(const double *src, int srcStride0, int srcStride1, int srcStride2, double *buffer,
+    double *dst, int dstStride0, int dstStride1, int dstStride2, int width, int height, int count);
+KeslStatus keslQRDecomp_ma_64f_L(const double *const *src, int srcRoiShift, int srcStride1, int srcStride2,
+    double *buffer, double *const *dst, int dstRoiShift, int dstStride1, int dstStride2, int width, int height,
+    int count);
+KeslStatus keslQRDecomp_ma_64f_P(const double *const *src, int srcRoiShift, int srcStride0, double *buffer,
+    double *const *dst, int dstRoiShift, int dstStride0, int width, int height, int count);
+
+/* --------------------------------------------------------------------------------------------------- keslQRBackSubst
+ * Solves A x = b, with A as keslQRDecomp leaves it in src1; if A is higher than wide, x is the least squares solution, for
+ * which the Euclidean length of A x - b is least.
+ *
+ * Shapes     mv (one matrix, one vector), mva (one matrix for all vectors), mava (for each vector its own).
+ * Sizes      width, height: those of A; width at most height. A vector of src2 has height elements, one of dst has width.
+ * src1       R and the reflectors, as keslQRDecomp left them.
+ * src2, dst  The right-hand side b and the solution x.
+ * buffer     height elements of scratch, without strides in any layout; needed at every size, left alone with square matrices
+ *            of order 3 to 6 and overwritten with others.
+ * Method     The reflections on b, then back substitution (Golub and Van Loan, Matrix Computations, 5.2, 5.3 and 3.1).
+ * Zeros      on the diagonal of R give infinities or NaN in dst and are not reported.
+ * Overlap    None.
+ * Status     N S B M for mv (P: N S R M), N C S B M for arrays (L, P: N C S B R M): the sizes are matched last, unlike
+ *            elsewhere. keslStatusOk once the arguments are good.
+ */
+KeslStatus keslQRBackSubst_mava_32f(const float *src1, int src1Stride0, int src1Stride1, int src1Stride2,
+    float *buffer, const float *src2, int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_32f_L(const float *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    float *buffer, const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift,
+    int dstStride2, int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_32f_P(const float *const *src1, int src1RoiShift, int src1Stride0, float *buffer,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_64f(const double *src1, int src1Stride0, int src1Stride1, int src1Stride2,
+    double *buffer, const double *src2, int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_64f_L(const double *const *src1, int src1RoiShift, int src1Stride1, int src1Stride2,
+    double *buffer, const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift,
+    int dstStride2, int width, int height, int count);
+KeslStatus keslQRBackSubst_mava_64f_P(const double *const *src1, int src1RoiShift, int src1Stride0, double *buffer,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mv_32f(const float *src1, int src1Stride1, int src1Stride2, float *buffer,
+    const float *src2, int src2Stride2, float *dst, int dstStride2, int width, int height);
+KeslStatus keslQRBackSubst_mv_32f_P(const float *const *src1, int src1RoiShift, float *buffer,
+    const float *const *src2, int src2RoiShift, float *const *dst, int dstRoiShift, int width, int height);
+KeslStatus keslQRBackSubst_mv_64f(const double *src1, int src1Stride1, int src1Stride2, double *buffer,
+    const double *src2, int src2Stride2, double *dst, int dstStride2, int width, int height);
+KeslStatus keslQRBackSubst_mv_64f_P(const double *const *src1, int src1RoiShift, double *buffer,
+    const double *const *src2, int src2RoiShift, double *const *dst, int dstRoiShift, int width, int height);
+KeslStatus keslQRBackSubst_mva_32f(const float *src1, int src1Stride1, int src1Stride2, float *buffer,
+    const float *src2, int src2Stride0, int src2Stride2, float *dst, int dstStride0, int dstStride2, int width,
+    int height, int count);
+KeslStatus keslQRBackSubst_mva_32f_L(const float *src1, int src1Stride1, int src1Stride2, float *buffer,
+    const float *const *src2, int src2RoiShift, int src2Stride2, float *const *dst, int dstRoiShift, int dstStride2,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mva_32f_P(const float *const *src1, int src1RoiShift, float *buffer,
+    const float *const *src2, int src2RoiShift, int src2Stride0, float *const *dst, int dstRoiShift, int dstStride0,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mva_64f(const double *src1, int src1Stride1, int src1Stride2, double *buffer,
+    const double *src2, int src2Stride0, int src2Stride2, double *dst, int dstStride0, int dstStride2, int width,
+    int height, int count);
+KeslStatus keslQRBackSubst_mva_64f_L(const double *src1, int src1Stride1, int src1Stride2, double *buffer,
+    const double *const *src2, int src2RoiShift, int src2Stride2, double *const *dst, int dstRoiShift, int dstStride2,
+    int width, int height, int count);
+KeslStatus keslQRBackSubst_mva_64f_P(const double *const *src1, int src1RoiShift, double *buffer,
+    const double *const *src2, int src2RoiShift, int src2Stride0, double *const *dst, int dstRoiShift, int dstStride0,
+    int width, int height, int count);
+
 /* ----------------------------------------------------------------------------------------------------------- keslDet
  * dst = the determinant of src; widthHeight is the order n of the matrices.
  *

@@ -5,6 +5,8 @@
 #include "frame/call.h"
 #include "frame/map.h"
 
+#include <numeric>
+
 namespace kesl {
 
 // clang-format off
@@ -81,22 +83,24 @@ struct Extract_va : ExtractVector, ShiftFirst {};
 
 // ---- LoadIdentity: unit matrices, of any shape. In P the roiShifts come before the count in float.
 
-// Of order n without gaps: as many as a pack has lanes are n * n packs.
-template <class V, int n, int e> constexpr V unitPack()
+// Of order n without gaps: a period of whole packs, which stay in registers, and what is left one by one.
+template <class V, int n, int e> constexpr V unitPack() // from element e on
 {
     return []<int... l>(std::integer_sequence<int, l...>) {
-        return V{ElementOf<V>((e * lanes<V> + l) % (n * n) % (n + 1) == 0)...};
+        return V{ElementOf<V>((e + l) % (n * n) % (n + 1) == 0)...};
     }(std::make_integer_sequence<int, lanes<V>>{});
 }
 template <int n, class T> void loadUnits(T* dst, int count)
 {
-    eachPack<T>(count, [&]<class V>(Objects<V> k) {
-        T* const to = dst + std::int64_t(k.first) * (n * n);
+    using V = Pack<T>;
+    constexpr int common = std::gcd(n * n, lanes<V>), packs = n * n / common, objects = lanes<V> / common;
+    for (; count >= objects; count -= objects, dst += objects * n * n)
         [&]<int... e>(std::integer_sequence<int, e...>) KESL_INLINE {
-            (storePack<V>(to + e * lanes<V>, unitPack<V, n, e>()), ...);
-        }(std::make_integer_sequence<int, n * n>{});
-        return KeslStatus(keslStatusOk);
-    });
+            (storePack<V>(dst + e * lanes<V>, unitPack<V, n, e * lanes<V>>()), ...);
+        }(std::make_integer_sequence<int, packs>{});
+    for (; count > 0; --count, dst += n * n)
+#pragma GCC unroll 36
+        for (int e = 0; e < n * n; ++e) dst[e] = e % (n + 1) == 0;
 }
 
 struct LoadIdentity_ma {

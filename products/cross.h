@@ -14,12 +14,14 @@ struct CrossProduct {
     template <class T, Form F, class Count = One>
     [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, auto dst, Count count = {})
     {
-        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-            const auto x = load<1, 3>(a, k), y = load<1, 3>(b, k);
-            const auto minor = [&](int i, int j) { return x(0, i) * y(0, j) - x(0, j) * y(0, i); };
-            store(dst, k, Block<V, 1, 3>{{{minor(1, 2), minor(2, 0), minor(0, 1)}}});
-            return KeslStatus(keslStatusOk);
-        });
+        return withRuns<3>([&](auto first, auto second, auto to) {
+            return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                const auto x = load<1, 3>(first, k), y = load<1, 3>(second, k);
+                const auto minor = [&](int i, int j) { return x(0, i) * y(0, j) - x(0, j) * y(0, i); };
+                store(to, k, Block<V, 1, 3>{{{minor(1, 2), minor(2, 0), minor(0, 1)}}});
+                return KeslStatus(keslStatusOk);
+            });
+        }, a, b, dst);
     }
 };
 struct CrossProduct_vv : CrossProduct {

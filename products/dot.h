@@ -4,6 +4,8 @@
 #include "frame/call.h"
 #include "products/sums.h"
 
+#include <functional>
+
 namespace kesl
 {
 
@@ -26,13 +28,14 @@ struct DotProduct {
         return withOrder(len, [&](auto n) {
             if constexpr (n > 0) {
                 constexpr int ahead = aheadInDot[F == S2 || F == LS2][n - 3];
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    const auto x = load<1, n>(a, k), y = load<1, n>(b, k);
-                    V p[+n];
-                    eachElement<1, n>([&](int, int j) { p[j] = x(0, j) * y(0, j); });
-                    storePack<V>(dst.p + k.first, sumOfFew<n, ahead>(p));
-                    return KeslStatus(keslStatusOk);
-                });
+                return withRuns<n>([&](auto x, auto y) {
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                        V p[+n];
+                        termsOf<n>(k, p, std::multiplies{}, x, y);
+                        storePack<V>(dst.p + k.first, sumOfFew<n, ahead>(p));
+                        return KeslStatus(keslStatusOk);
+                    });
+                }, a, b);
             } else if constexpr (F == S && !A::isArray && !B::isArray) {
                 *dst.p = sumOfMany<T>(
                     len, [&]<class V>(std::int64_t k) { return loadPack<V>(a.p + k) * loadPack<V>(b.p + k); });

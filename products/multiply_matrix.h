@@ -118,8 +118,16 @@ template <Starts starts> struct ProductOfMatrices {
                                                       Grid<T>{dst.p, N * e, e}, std::int64_t(M) * count, N, K);
                             return;
                         }
-                    for (int k = 0; k < count; ++k)
-                        product<!isTransposed<B>>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
+                    withOrder(isTransposed<B> ? 0 : N, [&](auto columns) {
+                        if constexpr (columns > 0 && !isTransposed<B>) {
+                            const int atOnce = F == S ? int(count) : 1;
+                            for (int k = 0; k < count; k += atOnce)
+                                narrowProducts<columns>(start, equidistant<const T>(a, k, w1), equidistant<const T>(b, k, w2),
+                                                        equidistant<T>(dst, k, N), atOnce, M, K);
+                        } else
+                            for (int k = 0; k < count; ++k)
+                                product<!isTransposed<B>>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
+                    });
                 }
             });
         else {

@@ -128,13 +128,15 @@ struct MatrixTimesVector {
                     int begin = 0;
                     if constexpr (n == 4 && F == S && A::isArray && X::isArray && !isTransposed<A> && widest == 64)
                         if (isRecord(a, n, n) && isRowAfterRow(dst, n)) begin = fourObjects<fromZero, T>(a, x, dst, count);
-                    const auto rest = [&]<class V>(Objects<V> k) {
-                        k.first += begin;
-                        store(dst, k, timesVector<fromZero, 0>(load<n, n>(a, k), load<1, n>(x, k)));
-                        return KeslStatus(keslStatusOk);
-                    };
-                    if constexpr (D::isArray) eachPack<T>(count - begin, rest);
-                    else eachPack<T>(count, rest);
+                    withRuns<n>([&](auto from, auto to) {
+                        const auto rest = [&]<class V>(Objects<V> k) {
+                            k.first += begin;
+                            store(to, k, timesVector<fromZero, 0>(load<n, n>(a, k), load<1, n>(from, k)));
+                            return KeslStatus(keslStatusOk);
+                        };
+                        if constexpr (D::isArray) eachPack<T>(count - begin, rest);
+                        else eachPack<T>(count, rest);
+                    }, x, dst);
                     return true;
                 }
             });

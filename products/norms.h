@@ -32,12 +32,14 @@ struct L2Norm {
         return withOrder(len, [&](auto n) {
             if constexpr (n > 0) {
                 constexpr int ahead = (F == P && single ? aheadInNormOfP : aheadInNorm)[n - 3];
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    auto x = load<1, n>(src, k);
-                    eachElement<1, n>([&](int, int j) { x(0, j) = squared(x(0, j)); });
-                    storePack<V>(dst.p + k.first, rootOf(sumOfFew<n, ahead>(x.e[0])));
-                    return KeslStatus(keslStatusOk);
-                });
+                return withRuns<n>([&](auto x) {
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                        V p[+n];
+                        termsOf<n>(k, p, [](V e) { return squared(e); }, x);
+                        storePack<V>(dst.p + k.first, rootOf(sumOfFew<n, ahead>(p)));
+                        return KeslStatus(keslStatusOk);
+                    });
+                }, src);
             } else if constexpr (F == S && single)
                 *dst.p =
                     rootOf(sumOfMany<T>(len, [&]<class V>(std::int64_t k) { return squared(loadPack<V>(src.p + k)); }));

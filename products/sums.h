@@ -7,6 +7,21 @@
 namespace kesl
 {
 
+// ---- term(x(j), y(j) ...) for each of the n elements of vectors x, y ...: of runs before their elements are sorted.
+template <int n, class V> [[gnu::always_inline]] inline void termsOf(Objects<V> k, V* p, auto term, const auto&... x)
+{
+    if constexpr (lanes<V> > 1 && (isRun<std::decay_t<decltype(x)>> && ...)) {
+        V run[n];
+#pragma GCC unroll 8
+        for (int i = 0; i < n; ++i) run[i] = term(loadPack<V>(x.address(k.first) + i * lanes<V>)...);
+        return runToObjects<n>(run, p);
+    }
+    [&](const auto&... block) KESL_INLINE {
+#pragma GCC unroll 8
+        for (int j = 0; j < n; ++j) p[j] = term(block(0, j)...);
+    }(load<1, n>(x, k)...);
+}
+
 // ---- The sum of many terms of one object, in an order that is the same on every processor: sixteen sums, the l-th of
 // which takes the terms l, l + 16, l + 32 ... from zero on, and then the upper half of these is added to the lower,
 // four times. Fewer than eight terms are added in ascending order, to `sum`.

@@ -2,7 +2,7 @@
 // ... in ascending order. A sum that starts at +0 ends as +0 where all its products are -0; one that starts at -0 is
 // the sum without a start, to the last bit.
 #pragma once
-#include "frame/map.h"
+#include "products/rows.h"
 
 namespace kesl
 {
@@ -85,6 +85,25 @@ template <int R, int bytes, bool packs, class T>
     }
 }
 
+// All n columns of R rows, where they are few.
+template <int R, int n, class T>
+[[gnu::always_inline]] inline void fewColumns(T start, auto a, auto b, auto dst, std::int64_t i, int K)
+{
+    using V = typename Row<T, n>::V;
+    Row<T, n> sum[R];
+#pragma GCC unroll 4
+    for (auto& s : sum)
+        for (V& v : s.v) v = splat<V>(start);
+    for (int k = 0; k < K; ++k) {
+        const auto x = Row<T, n>::from(&b(k, 0));
+#pragma GCC unroll 4
+        for (int r = 0; r < R; ++r)
+            for (int p = 0; p < Row<T, n>::pieces; ++p) sum[r].v[p] = sum[r].v[p] + splat<V>(a(i + r, k)) * x.v[p];
+    }
+#pragma GCC unroll 4
+    for (int r = 0; r < R; ++r) sum[r].to(&dst(i + r, 0));
+}
+
 // One product. `packs`: the rows of b and of dst are contiguous runs.
 template <bool packs, class T, class A, class B, class Destination>
 [[gnu::noinline]] void product(T start, A a, B b, Destination dst, std::int64_t M, int N, int K)
@@ -92,6 +111,26 @@ template <bool packs, class T, class A, class B, class Destination>
     byFours(M, [&](auto r, std::int64_t i) {
         columns<r, packs ? widest : int(sizeof(T)), packs>(start, a, b, dst, i, 0, N, K);
     });
+}
+
+// `count` of them, with n columns: objects first, first + stride0 bytes, ...; 0 for a single operand.
+template <class T> struct Equidistant {
+    Grid<T> first;
+    std::int64_t stride0;
+    Grid<T> operator()(int k) const { return along(first, k * stride0); }
+};
+template <class T> Equidistant<T> equidistant(const auto& o, int k, int width)
+{
+    if constexpr (o.form == S && o.isArray)
+        return {seen(o, k, width), o.stride0};
+    else
+        return {seen(o, k, width), 0};
+}
+template <int n, class T> [[gnu::noinline]] void narrowProducts(T start, Equidistant<const T> a, Equidistant<const T> b,
+                                                                Equidistant<T> dst, int count, std::int64_t M, int K)
+{
+    for (int k = 0; k < count; ++k)
+        byFours(M, [&](auto r, std::int64_t i) KESL_INLINE { fewColumns<r, n>(start, a(k), b(k), dst(k), i, K); });
 }
 
 // One product of order n up to 6 that reads all of b before it stores anything: dst may lie on it.

@@ -68,28 +68,32 @@ struct CholeskyBackSubst {
                     return KeslStatus(keslStatusOk);
                 });
             else if constexpr (src1.isArray || !src2.isArray)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    if constexpr (lanes<V> == 1)
-                        choleskySolveOne<T, n>(src1.object(k.first, n, n), src2.object(k.first, 1, n), dst.object(k.first, 1, n));
-                    else {
-                        const auto l = loadLower<n>(src1, k);
-                        auto b = load<1, n, true>(src2, k);
-                        if constexpr (n < 5) choleskySolveBlock<n>(l, b);
-                        else choleskySolveLong<n>(l, b);
-                        store<true>(dst, k, b);
-                    }
-                    return KeslStatus(keslStatusOk);
-                });
+                return withRuns<n>([&](auto from, auto to) {
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                        if constexpr (lanes<V> == 1)
+                            choleskySolveOne<T, n>(src1.object(k.first, n, n), from.object(k.first, 1, n), to.object(k.first, 1, n));
+                        else {
+                            const auto l = loadLower<n>(src1, k);
+                            auto b = load<1, n, true>(from, k);
+                            if constexpr (n < 5) choleskySolveBlock<n>(l, b);
+                            else choleskySolveLong<n>(l, b);
+                            store<true>(to, k, b);
+                        }
+                        return KeslStatus(keslStatusOk);
+                    });
+                }, src2, dst);
             else { // one matrix for all vectors
                 const auto stored = src1.object(0, n, n);
                 Block<T, n, n> l;
                 eachLower<n>([&](int i, int j) { l(i, j) = stored(i, j); });
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    auto b = load<1, n, true>(src2, k);
-                    choleskySolveBlock<n>(l, b);
-                    store<true>(dst, k, b);
-                    return KeslStatus(keslStatusOk);
-                });
+                return withRuns<n>([&](auto from, auto to) {
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                        auto b = load<1, n, true>(from, k);
+                        choleskySolveBlock<n>(l, b);
+                        store<true>(to, k, b);
+                        return KeslStatus(keslStatusOk);
+                    });
+                }, src2, dst);
             }
         });
     }

@@ -107,20 +107,22 @@ struct LUBackSubst {
                     return KeslStatus(keslStatusOk);
                 });
             else if constexpr (src1.isArray || !src2.isArray)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    if constexpr (lanes<V> == 1)
-                        luSolveOne<T, n>(src1.object(k.first, n, n), index.object(k.first), src2.object(k.first, 1, n), dst.object(k.first, 1, n));
-                    else {
-                        const auto a = load<n, n>(src1, k);
-                        auto b = load<1, n, true>(src2, k);
-                        MaskOf<V> p[n];
-                        loadIndices<n>(index.object(k.first), p);
-                        if constexpr (n < 5) luSolvePack<n>(a, p, b);
-                        else luSolveLong<n>(a, p, b);
-                        store<true>(dst, k, b);
-                    }
-                    return KeslStatus(keslStatusOk);
-                });
+                return withRuns<n>([&](auto from, auto to) {
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                        if constexpr (lanes<V> == 1)
+                            luSolveOne<T, n>(src1.object(k.first, n, n), index.object(k.first), from.object(k.first, 1, n), to.object(k.first, 1, n));
+                        else {
+                            const auto a = load<n, n>(src1, k);
+                            auto b = load<1, n, true>(from, k);
+                            MaskOf<V> p[n];
+                            loadIndices<n>(index.object(k.first), p);
+                            if constexpr (n < 5) luSolvePack<n>(a, p, b);
+                            else luSolveLong<n>(a, p, b);
+                            store<true>(to, k, b);
+                        }
+                        return KeslStatus(keslStatusOk);
+                    });
+                }, src2, dst);
             else { // one matrix for all vectors
                 const auto stored = src1.object(0, n, n);
                 int p[n];
@@ -129,14 +131,16 @@ struct LUBackSubst {
                 for (int i = 0; i < n; ++i) p[i] = index.object(0)[i];
                 eachElement<n, n>([&](int i, int j) { a(i, j) = stored(p[i], j); });
                 reciprocals<n>(a, r);
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    const auto b = load<1, n, true>(src2, k);
-                    Block<V, 1, n> x;
-                    for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
-                    luSolve<n>(a, r, x.e[0]);
-                    store<true>(dst, k, x);
-                    return KeslStatus(keslStatusOk);
-                });
+                return withRuns<n>([&](auto from, auto to) {
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                        const auto b = load<1, n, true>(from, k);
+                        Block<V, 1, n> x;
+                        for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
+                        luSolve<n>(a, r, x.e[0]);
+                        store<true>(to, k, x);
+                        return KeslStatus(keslStatusOk);
+                    });
+                }, src2, dst);
             }
         });
     }

@@ -1,6 +1,6 @@
 // Lower triangles: blocks of which only the elements on and below the diagonal are used, and no other is written.
 #pragma once
-#include "frame/blocks.h"
+#include "frame/elements.h"
 
 #include <cstring>
 
@@ -13,25 +13,6 @@ template <int n> [[gnu::always_inline]] inline void eachLower(auto f)
     for (int i = 0; i < n; ++i)
 #pragma GCC unroll 8
         for (int j = 0; j <= i; ++j) f(i, j);
-}
-
-// Element (i, j) of objects first, first + 1, ..., where rows are not contiguous.
-template <class V, class O> [[gnu::always_inline]] inline V loadElement(const O& o, int first, int i, int j, int width)
-{
-    if constexpr (inL(O::form)) return gathered<V>([&](int l) { return &o.stored(first + l, width)(i, j); });
-    else {
-        auto* const p = &o.stored(first, width)(i, j);
-        return o.stride0 == o.elementSize ? loadPack<V>(p) : gathered<V>(Spaced{p, o.stride0});
-    }
-}
-template <class V, class O> [[gnu::always_inline]] inline void storeElement(const O& o, int first, int i, int j, int width, V x)
-{
-    if constexpr (inL(O::form)) scatter([&](int l) { return &o.stored(first + l, width)(i, j); }, x);
-    else {
-        auto* const p = &o.stored(first, width)(i, j);
-        if (o.stride0 == o.elementSize) storePack<V>(p, x);
-        else scatter(Spaced{p, o.stride0}, x);
-    }
 }
 
 // Two elements of each object, of 4 bytes each, as one of 8.
@@ -63,7 +44,7 @@ template <int n, class V, class O> [[gnu::always_inline]] inline void storeLower
         [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
             ([&]() KESL_INLINE {
                 const auto row = movedRow(at, std::int64_t(i) * dst.stride1);
-                if constexpr (dst.elementSize == 4 && (i == 1 || i == 2)) {
+                if constexpr (O::elementSize == 4 && (i == 1 || i == 2)) {
                     scatterPairs(row, x(i, 0), x(i, 1));
                     if constexpr (i == 2) scatter(row + 2, x(i, 2));
                 } else storeRun<i + 1>(row, x.e[i]);

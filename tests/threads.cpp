@@ -71,7 +71,7 @@ void run(const Function& f, const Level& level, const Reference& reference, cons
     same("blocks of scratch:", seen.blocks, bytes > 0);
     same("blocks of scratch freed:", seen.freed, bytes > 0);
     if (bytes) same("bytes of scratch:", int(seen.bytes), bytes);
-    if (problem.empty() && bytes && c.usesBuffer()) { // each thread its own share
+    if (problem.empty() && bytes && c.usesBuffer() && status == Ok) { // each thread its own share, if nothing fails early
         const int share = bytes / team.first;
         for (int i = 0; i < team.first; ++i) {
             const auto begin = seen.used.begin() + i * share;

@@ -1,0 +1,5 @@
+// The threaded forms of keslQRBackSubst on an array of matrices and one of vectors.
+#include "frame/team.h"
+#include "solvers/qr_back_subst.h"
+
+KESL_QRBACKSUBST_MAVA(KESL_THREADED)

@@ -1,0 +1,139 @@
+// keslQRBackSubst: solves A x = b from what keslQRDecomp leaves of A, in the sense of least squares where A is higher than
+// wide.
+#pragma once
+#include "frame/arguments.h"
+#include "frame/call.h"
+#include "solvers/tall.h"
+
+// clang-format off
+#define KESL_QR_SOLVE(as, F, T, matrix, vector)                                                                     \
+    as##_in(matrix, src1, F, T), as##_buffer(buffer, T), as##_in(vector, src2, F, T), as##_out(vector, dst, F, T),    \
+    as##_size(width), as##_size(height)
+#define KESL_QR_SOLVES(as, F, T, matrix, vector) KESL_QR_SOLVE(as, F, T, matrix, vector), as##_count(count)
+// clang-format on
+
+namespace kesl {
+
+// -2 / v'v of the reflector v in column k, whose first element is 1.
+template <class V> [[gnu::always_inline]] inline V betaOf(const auto& a, int k, auto height)
+{
+    V norm = splat<V>(1);
+    upTo(k + 1, height, [&](int i) KESL_INLINE { norm = norm + a(i, k) * a(i, k); });
+    return -2 / norm;
+}
+// b becomes Q'b, and then its first elements x. All sizes take their terms in this order, so that they give the same bits with
+// and without a fixed body.
+template <class V> [[gnu::always_inline]] inline void qrSolve(const auto& a, auto beta, V* b, auto width, auto height)
+{
+    upTo(0, reflectors(width, height), [&](int k) KESL_INLINE {
+        V d = b[k];
+        upTo(k + 1, height, [&](int i) KESL_INLINE { d = d + b[i] * a(i, k); });
+        d = d * beta(k);
+        b[k] = b[k] + d;
+        upTo(k + 1, height, [&](int i) KESL_INLINE { b[i] = b[i] + a(i, k) * d; });
+    });
+    upTo(0, width, [&](int up) KESL_INLINE {
+        const int i = width - 1 - up;
+        V s{};
+        upTo(i + 1, width, [&](int j) KESL_INLINE { s = s + a(i, j) * b[j]; });
+        b[i] = (b[i] - s) / a(i, i);
+    });
+}
+
+// The long ones: one copy serves all kernels.
+template <class V, int height, int width> [[gnu::noinline]] void qrSolveLong(const Block<V, height, width>& a, V* b, auto rows)
+{
+    qrSolve(a, [&](int k) KESL_INLINE { return betaOf<V>(a, k, rows); }, b, Fixed<width>{}, rows);
+}
+template <class V, class T, int height, int width>
+[[gnu::noinline]] void qrSolveLong(const Block<T, height, width>& a, const T* beta, V* b, auto rows)
+{
+    qrSolve(a, [&](int k) KESL_INLINE { return beta[k]; }, b, Fixed<width>{}, rows);
+}
+
+template <class T> [[gnu::noinline]] void qrSolveCommon(auto a, T* buffer, auto b, auto x, int width, int height)
+{
+    for (int i = 0; i < height; ++i) buffer[i] = b(0, i);
+    qrSolve(a, [&](int k) KESL_INLINE { return betaOf<T>(a, k, height); }, buffer, width, height);
+    for (int j = 0; j < width; ++j) x(0, j) = buffer[j];
+}
+
+// ---- The family.
+struct QRBackSubst {
+    static constexpr Threshold threshold = setQ;
+    static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
+
+    template <class T, Form F, class Count = One>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, Buffer<T> buffer, auto src2, auto dst, Size width, Size height, Count count = {})
+    {
+        return withShape(width, height, [&](auto w, auto h) {
+            constexpr int rows = rowsOf<decltype(h)>;
+            constexpr bool square = isFixed<decltype(h)>, brief = square && w < 5;
+            const auto common = [&](int k) {
+                qrSolveCommon<T>(src1.object(k, height, width), buffer, src2.object(k, 1, height), dst.object(k, 1, width), width, height);
+                return KeslStatus(keslStatusOk);
+            };
+            // x from b. The caller's scratch gets what the last object would leave there.
+            [[maybe_unused]] const auto solved = [&]<class V>(Objects<V> k, auto solve) KESL_INLINE {
+                Block<V, 1, rows> b;
+                loadVector(src2, k, b, h);
+                solve(b.e[0]);
+                Block<V, 1, w> x;
+                upTo(0, w, [&](int j) KESL_INLINE { x(0, j) = b(0, j); });
+                store<true>(dst, k, x);
+                if (!square && k.first + lanes<V> == count)
+                    for (int i = 0; i < h; ++i) buffer.p[i] = reinterpret_cast<const T*>(&b(0, i))[lanes<V> - 1];
+                return KeslStatus(keslStatusOk);
+            };
+            if constexpr (w == 0) return eachObject(count, common);
+            else if constexpr (src1.isArray || !src2.isArray)
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    if constexpr (lanes<V> == 1 && !square) return common(k.first);
+                    else {
+                        Block<V, rows, w> a;
+                        loadRows(src1, k, a, h);
+                        return solved(k, [&](V* b) KESL_INLINE {
+                            if constexpr (brief) qrSolve(a, [&](int i) KESL_INLINE { return betaOf<V>(a, i, h); }, b, w, h);
+                            else qrSolveLong(a, b, h);
+                        });
+                    }
+                });
+            else { // one matrix for all vectors
+                Block<T, rows, w> a;
+                T beta[w];
+                const auto stored = src1.object(0, height, width);
+                upTo(0, h, [&](int i) { upTo(0, w, [&](int j) { a(i, j) = stored(i, j); }); });
+                upTo(0, reflectors(w, h), [&](int k) { beta[k] = betaOf<T>(a, k, h); });
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                    if constexpr (lanes<V> == 1 && !square) return common(k.first);
+                    else
+                        return solved(k, [&](V* b) KESL_INLINE {
+                            if constexpr (brief) qrSolve(a, [&](int i) KESL_INLINE { return beta[i]; }, b, w, h);
+                            else qrSolveLong(a, beta, b, h);
+                        });
+                });
+            }
+        });
+    }
+    static unsigned scratch(unsigned, unsigned height, unsigned) { return height; }
+};
+
+// ---- The members. Deliberately the sizes are matched last.
+struct QRBackSubst_mv : QRBackSubst {
+    template <class T> static constexpr Checks checks = {"NSBM", "", "NSRM"};
+};
+struct QRBackSubst_mva : QRBackSubst {
+    template <class T> static constexpr Checks checks = {"NCSBM", "NCSBRM", "NCSBRM"};
+    static unsigned measure(unsigned width, unsigned height, unsigned count) { return width * height + (width + height) * count; }
+};
+struct QRBackSubst_mava : QRBackSubst {
+    template <class T> static constexpr Checks checks = {"NCSBM", "NCSBRM", "NCSBRM"};
+    static unsigned measure(unsigned width, unsigned height, unsigned count) { return (width * (height + 1) + height) * count; }
+};
+
+} // namespace kesl
+
+// ---- Their functions, by module.
+#define KESL_QRBACKSUBST_MV(X)   X(QRBackSubst, mv, KESL_QR_SOLVE, m, v)
+#define KESL_QRBACKSUBST_MVA(X)  X(QRBackSubst, mva, KESL_QR_SOLVES, m, va)
+#define KESL_QRBACKSUBST_MAVA(X) X(QRBackSubst, mava, KESL_QR_SOLVES, ma, va)

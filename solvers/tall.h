@@ -1,0 +1,77 @@
+// Matrices at least as high as wide. Of 3 to 6 columns they have fixed bodies: square ones with all sizes known to the
+// compiler, the others, up to a height, with the number of rows as it comes.
+#pragma once
+#include "frame/elements.h"
+#include "frame/objects.h"
+
+namespace kesl {
+
+constexpr int tallest = 32; // 12 KiB of local storage at 6 columns
+
+// f(width, height), each an int or a Fixed; width Fixed<0> stands for what has no fixed body. width <= height.
+[[gnu::always_inline]] inline auto withShape(int width, int height, auto f)
+{
+    return withOrder(width == height || height <= tallest ? width : 0, [&](auto w) KESL_INLINE {
+        if constexpr (w == 0) return f(w, height);
+        else if (width == height) return f(w, w);
+        else if (height > w) return f(w, height);
+        else __builtin_unreachable();
+    });
+}
+template <class N> constexpr bool isFixed = !std::is_integral_v<N>;
+template <class H> constexpr int rowsOf = [] {
+    if constexpr (isFixed<H>) return H::value;
+    else return tallest;
+}();
+
+// g(i) for i = first .. n - 1, written out if n is Fixed.
+[[gnu::always_inline]] inline void upTo(int first, auto n, auto g)
+{
+    const int end = n;
+    if constexpr (isFixed<decltype(n)>)
+#pragma GCC unroll 8
+        for (int i = first; i < end; ++i) g(i);
+    else
+        for (int i = first; i < end; ++i) g(i);
+}
+
+// One reflector for each column, but none for the last of a square matrix.
+template <class W, class H> constexpr auto reflectors(W width, H height)
+{
+    if constexpr (isFixed<H>) return Fixed<W::value - (W::value == H::value)>{};
+    else if constexpr (isFixed<W>) return width; // square ones have a Fixed height
+    else return width < height ? width : width - 1;
+}
+
+// ---- Rows of a block, or the elements of a vector, from and to memory.
+template <int height, int width, class V, class O>
+[[gnu::always_inline]] inline void loadRows(const O& src, Objects<V> k, Block<V, height, width>& x, auto rows)
+{
+    if constexpr (isFixed<decltype(rows)>) x = load<height, width>(src, k);
+    else if constexpr (contiguousRows(O::form)) {
+        const auto at = lanesOf(src, k.first);
+        if (src.stride1 == width * src.elementSize) return loadRun(at, x.e[0], rows * width);
+        for (int i = 0; i < rows; ++i) loadRun<width>(movedRow(at, std::int64_t(i) * src.stride1), x.e[i]);
+    } else
+        for (int i = 0; i < rows; ++i) upTo(0, Fixed<width>{}, [&](int j) KESL_INLINE { x(i, j) = loadElement<V>(src, k.first, i, j, width); });
+}
+template <int height, int width, class V, class O>
+[[gnu::always_inline]] inline void storeRows(const O& dst, Objects<V> k, const Block<V, height, width>& x, auto rows)
+{
+    if constexpr (isFixed<decltype(rows)>) store(dst, k, x);
+    else if constexpr (contiguousRows(O::form)) {
+        const auto at = lanesOf(dst, k.first);
+        if (dst.stride1 == width * dst.elementSize) return storeRun(at, x.e[0], rows * width);
+        for (int i = 0; i < rows; ++i) storeRun<width>(movedRow(at, std::int64_t(i) * dst.stride1), x.e[i]);
+    } else
+        for (int i = 0; i < rows; ++i) upTo(0, Fixed<width>{}, [&](int j) KESL_INLINE { storeElement(dst, k.first, i, j, width, x(i, j)); });
+}
+template <int height, class V, class O> [[gnu::always_inline]] inline void loadVector(const O& src, Objects<V> k, Block<V, 1, height>& x, auto length)
+{
+    if constexpr (isFixed<decltype(length)>) x = load<1, height, true>(src, k);
+    else if constexpr (contiguousRows(O::form)) loadRun(lanesOf(src, k.first), x.e[0], length);
+    else
+        for (int i = 0; i < length; ++i) x(0, i) = loadElement<V>(src, k.first, 0, i, length);
+}
+
+} // namespace kesl

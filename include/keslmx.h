@@ -2172,8 +2172,8 @@ KeslStatus keslInvert_ma_64f_P(const double *const *src, int srcRoiShift, int sr
  *            element of the tridiagonal form is greater in magnitude than the first. Sums in ascending order.
  * Tests      are absolute, against eps = 2^-23 (32f), 2^-52 (64f); they do not scale with the matrix. An off-diagonal element
  *            of the tridiagonal form counts as zero up to 2 eps; in arrays a column is not reduced if the squares of what is
- *            below its diagonal sum to eps or less. Scale the matrices by a power of two, to large elements (near 2^28): that
- *            is exact, and the values scale with it. docs/eigenvalues.md tells how, and why.
+ *            below its diagonal sum to eps or less. Scale the matrices by a power of two, to elements near 2^28 (2^56): that is
+ *            exact, and the values scale with it. docs/eigenvalues.md tells how, and why.
  * Singular   A matrix is reported as singular, which is unusual for eigenvalues, if P is at most eps in magnitude. Order 1: never.
  *            Order 2: P is the determinant; only keslEigenValuesSym_ma_32f with contiguous rows takes 2^-52 instead of eps.
  *            From order 3 on P is the product of the values, formed as they are found; in the bottom-up form some of them

@@ -2,6 +2,7 @@
 #pragma once
 #include "keslmx.h"
 #include "mesh.h"
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <stdexcept>
@@ -21,6 +22,17 @@ inline Vec3 direction(float azimuth, float elevation)
 {
     const float radian = 3.14159265f / 180, a = azimuth * radian, e = elevation * radian;
     return {std::sin(a) * std::cos(e), std::sin(e), std::cos(a) * std::cos(e)};
+}
+
+// The middle of the box around the points.
+inline Vec3 middle(const std::vector<Vec3>& points)
+{
+    Vec3 low = points[0], high = low;
+    for (Vec3 p : points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+    }
+    return 0.5f * low + 0.5f * high;
 }
 
 using Mat4 = std::array<float, 16>; // by rows

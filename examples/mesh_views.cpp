@@ -1,18 +1,13 @@
 // Reads a mesh, looks at it through some hundred cameras and back, compares the speed with Eigen, and draws a picture.
 #include "keslcorex.h"
 #include "picture.h"
-#include "progress.h"
+#include "program.h"
 #include <algorithm>
-#include <cerrno>
-#include <charconv>
-#include <chrono>
 #include <cstring>
 #include <Eigen/Dense>
 #include <limits>
-#include <new>
 
-namespace
-{
+namespace {
 
 constexpr const char* usage = R"(usage: mesh_views [-o PICTURE] [--size PIXELS] [MESH]
 
@@ -25,41 +20,6 @@ beside the same work by fixed-size Eigen loops, and draws shaded views of the me
   --size PIXELS  width and height of each view, 16 to 4096; default 480
   --help         this text
 )";
-
-struct Options {
-    std::string mesh = DEFAULT_MESH, picture = "mesh_views.png";
-    int size = 480;
-    bool help = false;
-};
-
-Options parse(int argc, char** argv)
-{
-    Options options;
-    bool named = false;
-    for (int i = 1; i < argc; ++i) {
-        const std::string word = argv[i];
-        const auto value = [&] {
-            if (++i == argc) throw std::runtime_error(word + " wants a value; see --help");
-            return std::string(argv[i]);
-        };
-        if (word == "--help" || word == "-h") {
-            options.help = true;
-        } else if (word == "-o") {
-            options.picture = value();
-        } else if (word == "--size") {
-            const std::string text = value();
-            const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), options.size);
-            if (error != std::errc() || *stop || options.size < 16 || options.size > 4096)
-                throw std::runtime_error("--size wants a number from 16 to 4096, not '" + text + "'");
-        } else if (word.starts_with('-') || named) {
-            throw std::runtime_error("unexpected argument '" + word + "'; see --help");
-        } else {
-            options.mesh = word;
-            named = true;
-        }
-    }
-    return options;
-}
 
 // ---- The same work by Eigen, which gets the same memory
 
@@ -81,8 +41,7 @@ struct EigenLoops {
     }
     static void invert(const std::vector<Mat4>& matrices, std::vector<Mat4>& inverses)
     {
-        for (size_t i = 0; i < matrices.size(); ++i)
-            Eigen::Map<Row4>(inverses[i].data()) = eigen(matrices[i]).inverse();
+        for (size_t i = 0; i < matrices.size(); ++i) Eigen::Map<Row4>(inverses[i].data()) = eigen(matrices[i]).inverse();
     }
     static void transform(const Mat4& matrix, const std::vector<Vec3>& points, std::vector<Vec3>& result)
     {
@@ -101,8 +60,7 @@ constexpr double eps = std::numeric_limits<float>::epsilon();
 
 // The largest difference of two transforms of the same points, as a share of what rounding allows: in each of them four
 // roundings of every term of a sum, and two of the quotient.
-double share(const Mat4& matrix, const std::vector<Vec3>& points, const std::vector<Vec3>& a,
-             const std::vector<Vec3>& b)
+double share(const Mat4& matrix, const std::vector<Vec3>& points, const std::vector<Vec3>& a, const std::vector<Vec3>& b)
 {
     const Eigen::Matrix4d m = eigen(matrix).cast<double>();
     double largest = 0;
@@ -127,8 +85,7 @@ struct Agreement {
     float roundTrip = 0;  // the largest error of a coordinate
 };
 
-Agreement compare(const std::vector<Vec3>& vertices, Vec3 centre, const std::vector<Vec3>& centred,
-                  const Studio& studio)
+Agreement compare(const std::vector<Vec3>& vertices, Vec3 centre, const std::vector<Vec3>& centred, const Studio& studio)
 {
     const size_t n = vertices.size();
     std::vector<Vec3> centredByEigen(n);
@@ -165,26 +122,6 @@ Agreement compare(const std::vector<Vec3>& vertices, Vec3 centre, const std::vec
 
 // ---- Which is faster?
 
-template <class Work> double secondsOfBest(Progress& progress, Work work)
-{
-    using clock = std::chrono::steady_clock;
-    double best = std::numeric_limits<double>::infinity(), spent = 0;
-    for (int runs = 0, batch = 1; runs < 3 || (runs < 50 && spent < 0.1);) {
-        const auto start = clock::now();
-        for (int i = 0; i < batch; ++i) work();
-        const double seconds = std::chrono::duration<double>(clock::now() - start).count();
-        spent += seconds;
-        if (seconds < 1e-4) { // too short to be measured
-            batch *= 2;
-        } else {
-            best = std::min(best, seconds / batch);
-            ++runs;
-        }
-    }
-    progress.step();
-    return best;
-}
-
 // Millions of vertices centred, of matrices inverted and of points projected there or back, in a second.
 using Speeds = std::array<double, 3>;
 
@@ -218,8 +155,7 @@ void printSpeeds(const std::vector<Vec3>& vertices, Vec3 centre, const std::vect
                 threads > 1 ? "s" : "");
     const char* const rows[] = {"vertices centred", "cameras inverted", "points projected, back"};
     for (size_t i = 0; i < 3; ++i)
-        std::printf("%-24s %8.0f %8.0f %8.2f %8.0f\n", rows[i], loops[i], library[i], library[i] / loops[i],
-                    threaded[i]);
+        std::printf("%-24s %8.0f %8.0f %8.2f %8.0f\n", rows[i], loops[i], library[i], library[i] / loops[i], threaded[i]);
 }
 
 void run(const Options& options)
@@ -227,13 +163,7 @@ void run(const Options& options)
     checkPngPath(options.picture);
     Mesh mesh = readObj(options.mesh);
     const std::vector<Vec3> vertices = mesh.vertices;
-    Eigen::Vector3f low = eigen(vertices[0]), high = low;
-    for (const Vec3& v : vertices) {
-        low = low.cwiseMin(eigen(v));
-        high = high.cwiseMax(eigen(v));
-    }
-    const Eigen::Vector3f middle = 0.5f * low + 0.5f * high;
-    const Vec3 centre = {middle.x(), middle.y(), middle.z()};
+    const Vec3 centre = middle(vertices);
     subtract(vertices, centre, mesh.vertices);
     const Studio studio(mesh.vertices);
     std::printf("%s: %zu vertices, %zu triangles, %d cameras\n", options.mesh.c_str(), vertices.size(),
@@ -245,27 +175,13 @@ void run(const Options& options)
     std::printf("largest difference from Eigen: %.2f of what rounding allows\n", agreement.withEigen);
     printSpeeds(vertices, centre, mesh.vertices, studio);
 
-    const Picture picture = draw(mesh, studio, options.size);
+    std::vector<Panel> panels;
+    for (int view = 0; view < Studio::views; ++view) panels.push_back({view, {}});
+    const Picture picture = draw(mesh, studio, panels, 3, options.size);
     writePng(picture, options.picture);
     std::printf("\npicture: %s, %d by %d pixels\n", options.picture.c_str(), picture.width, picture.height);
 }
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    try {
-        const Options options = parse(argc, argv);
-        if (options.help)
-            std::fputs(usage, stdout);
-        else
-            run(options);
-        if (std::fflush(stdout)) throw std::runtime_error(std::string("standard output: ") + std::strerror(errno));
-    } catch (const std::bad_alloc&) {
-        std::fputs("mesh_views: out of memory\n", stderr);
-        return 1;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "mesh_views: %s\n", error.what());
-        return 1;
-    }
-}
+int main(int argc, char** argv) { return program("mesh_views", usage, run, argc, argv); }

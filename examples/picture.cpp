@@ -7,8 +7,7 @@
 #include <png.h>
 #include <unistd.h>
 
-namespace
-{
+namespace {
 
 constexpr int fineness = 3;   // samples of a pixel in each direction
 constexpr int lampSize = 384; // pixels of a lamp's depth map in each direction
@@ -54,17 +53,6 @@ Vec3 faceNormal(const Mesh& mesh, const std::array<unsigned, 3>& t, float radius
     return cross(1 / radius * (b - a), 1 / radius * (c - a));
 }
 
-std::vector<Vec3> vertexNormals(const Mesh& mesh, float radius)
-{
-    std::vector<Vec3> normals(mesh.vertices.size());
-    for (const auto& [a, b, c] : mesh.triangles) {
-        const Vec3 n = faceNormal(mesh, {a, b, c}, radius);
-        for (auto corner : {a, b, c}) normals[corner] = normals[corner] + n;
-    }
-    for (Vec3& n : normals) n = length(n) > 0 ? unit(n) : Vec3{0, 1, 0};
-    return normals;
-}
-
 using DepthMap = std::vector<float>; // how far a lamp sees at each of its pixels
 
 std::vector<DepthMap> depthMaps(const Mesh& mesh, const Studio& studio)
@@ -84,18 +72,22 @@ std::vector<DepthMap> depthMaps(const Mesh& mesh, const Studio& studio)
     return maps;
 }
 
+constexpr Vec3 clay{0.9f, 0.78f, 0.66f};
+
 enum class Kind { backdrop, ground, mesh };
 
 struct Sample {
     float depth = farAway;
     Vec3 normal{};
     Kind kind = Kind::backdrop;
+    Vec3 colour{};
 };
 
 // What a view shows at each of its samples: the mesh, and the ground as a square of four more points.
-std::vector<Sample> surfaces(const Mesh& mesh, const std::vector<Vec3>& normals, const Studio& studio, int view,
+std::vector<Sample> surfaces(const Mesh& mesh, const std::vector<Vec3>& normals, const Studio& studio, const Panel& panel,
                              int size)
 {
+    const int view = panel.view;
     const float far = 2.5f * studio.radius, y = studio.ground;
     std::vector<Vec3> points = mesh.vertices;
     points.insert(points.end(), {{-far, y, -far}, {far, y, -far}, {far, y, far}, {-far, y, far}});
@@ -109,7 +101,7 @@ std::vector<Sample> surfaces(const Mesh& mesh, const std::vector<Vec3>& normals,
     const Vec3* const square = &seen[mesh.vertices.size()];
     for (int i : {1, 2})
         rasterise(square[0], square[i], square[i + 1], size, [&](size_t at, float z, float, float, float) {
-            cover(at, {z, {0, 1, 0}, Kind::ground});
+            cover(at, {z, {0, 1, 0}, Kind::ground, {}});
         });
     const Vec3 eye = studio.eye(view);
     for (const auto& [a, b, c] : mesh.triangles) {
@@ -121,7 +113,9 @@ std::vector<Sample> surfaces(const Mesh& mesh, const std::vector<Vec3>& normals,
         };
         const Vec3 na = corner(a), nb = corner(b), nc = corner(c);
         rasterise(seen[a], seen[b], seen[c], size, [&](size_t at, float z, float wa, float wb, float wc) {
-            cover(at, {z, wa * na + wb * nb + wc * nc, Kind::mesh});
+            const Vec3 colour =
+                panel.colours.empty() ? clay : wa * panel.colours[a] + wb * panel.colours[b] + wc * panel.colours[c];
+            cover(at, {z, wa * na + wb * nb + wc * nc, Kind::mesh, colour});
         });
     }
     return samples;
@@ -129,7 +123,7 @@ std::vector<Sample> surfaces(const Mesh& mesh, const std::vector<Vec3>& normals,
 
 // ---- Light; colours are linear until a sample is displayed
 
-constexpr Vec3 keyColour{2.6f, 2.35f, 2.05f}, skyColour{1.24f, 1.44f, 1.8f}, clay{0.9f, 0.78f, 0.66f}, white{1, 1, 1};
+constexpr Vec3 keyColour{2.6f, 2.35f, 2.05f}, skyColour{1.24f, 1.44f, 1.8f}, white{1, 1, 1};
 constexpr Vec3 backdrops[Studio::views] = {{0.80f, 0.27f, 0.17f}, {0.85f, 0.50f, 0.12f}, {0.24f, 0.50f, 0.36f},
                                            {0.10f, 0.38f, 0.50f}, {0.22f, 0.24f, 0.52f}, {0.62f, 0.26f, 0.40f}};
 
@@ -172,8 +166,8 @@ void shine(const Lamps& lamps, const Studio& studio, const std::vector<DepthMap>
 }
 
 // The colours of samples that lie on the mesh or on the ground, at their places on the screen.
-std::vector<Vec3> shade(const std::vector<Sample>& samples, const std::vector<Vec3>& screen, int view,
-                        const Studio& studio, const std::vector<DepthMap>& maps)
+std::vector<Vec3> shade(const std::vector<Sample>& samples, const std::vector<Vec3>& screen, int view, const Studio& studio,
+                        const std::vector<DepthMap>& maps)
 {
     const size_t n = samples.size();
     const Vec3 eye = studio.eye(view), keyDirection = studio.direction[size_t(Studio::keyLamp(view, 0))];
@@ -188,8 +182,7 @@ std::vector<Vec3> shade(const std::vector<Sample>& samples, const std::vector<Ve
 
     for (size_t i = 0; i < n; ++i) {
         if (samples[i].kind == Kind::ground) { // is the backdrop itself, but for the shadows
-            const float open =
-                0.62f * key[i].y / (keyDirection.y * keyColour.y) + 0.38f * sky[i].y / (0.5f * skyColour.y);
+            const float open = 0.62f * key[i].y / (keyDirection.y * keyColour.y) + 0.38f * sky[i].y / (0.5f * skyColour.y);
             const Vec3 backdrop = backdropAt(view, screen[i].x, screen[i].y);
             const float near = smoothstep(2.4f, 1.4f, length(world[i]) / studio.radius);
             colours[i] = mix(backdrop, (0.18f + 0.82f * open) * backdrop, near);
@@ -198,7 +191,7 @@ std::vector<Vec3> shade(const std::vector<Sample>& samples, const std::vector<Ve
             const float rim = std::pow(1 - std::max(0.f, dot(normals[i], toEye)), 4.f);
             const float gloss = std::pow(std::max(0.f, dot(normals[i], unit(toEye + keyDirection))), 40.f);
             const Vec3 bounced = (0.18f - 0.12f * normals[i].y) * backdrops[view]; // by the ground
-            colours[i] = clay * (0.27f * (key[i] + sky[i]) + bounced) +
+            colours[i] = samples[i].colour * (0.27f * (key[i] + sky[i]) + bounced) +
                          (0.1f * gloss * key[i].y + 0.25f * rim * sky[i].y) * white;
         }
     }
@@ -215,8 +208,7 @@ void drawRow(const Sample* samples, int y, int view, const Studio& studio, const
     for (int fy = 0; fy < fineness; ++fy)
         for (int fx = 0; fx < size * fineness; ++fx, ++samples) {
             const float scale = 2 / float(size * fineness);
-            const Vec3 at = {(float(fx) + 0.5f) * scale - 1, 1 - (float(y * fineness + fy) + 0.5f) * scale,
-                             samples->depth};
+            const Vec3 at = {(float(fx) + 0.5f) * scale - 1, 1 - (float(y * fineness + fy) + 0.5f) * scale, samples->depth};
             const size_t x = size_t(fx / fineness);
             if (samples->kind == Kind::backdrop) {
                 sum[x] = sum[x] + displayed(backdropAt(view, at.x, at.y));
@@ -244,8 +236,7 @@ Studio::Studio(const std::vector<Vec3>& vertices) : radius(0), ground(0), toWorl
         ground = std::min(ground, v.y);
     }
     if (radius == 0) throw std::runtime_error("all vertices of the mesh lie in one point");
-    if (!(radius > 1e-15f && radius < 1e15f))
-        throw std::runtime_error("the mesh is too small or too large for its cameras");
+    if (!(radius > 1e-15f && radius < 1e15f)) throw std::runtime_error("the mesh is too small or too large for its cameras");
 
     const auto azimuth = [](int view) { return 20 + 360 * float(view) / views; };
     for (int view = 0; view < views; ++view) add(::direction(azimuth(view), 14), viewDistance, 1.05f);
@@ -266,18 +257,31 @@ void Studio::add(Vec3 from, float distance, float halfWidth)
                                     (distance + 3) * radius));
 }
 
-Picture draw(const Mesh& mesh, const Studio& studio, int viewSize)
+std::vector<Vec3> vertexNormals(const Mesh& mesh, float radius)
+{
+    std::vector<Vec3> normals(mesh.vertices.size());
+    for (const auto& [a, b, c] : mesh.triangles) {
+        const Vec3 n = faceNormal(mesh, {a, b, c}, radius);
+        for (auto corner : {a, b, c}) normals[corner] = normals[corner] + n;
+    }
+    for (Vec3& n : normals) n = length(n) > 0 ? unit(n) : Vec3{0, 1, 0};
+    return normals;
+}
+
+Picture draw(const Mesh& mesh, const Studio& studio, const std::vector<Panel>& panels, int columns, int viewSize)
 {
     const auto maps = depthMaps(mesh, studio);
     const auto normals = vertexNormals(mesh, studio.radius);
-    Picture picture{Studio::columns * viewSize, Studio::rows * viewSize, {}};
+    const int count = int(panels.size());
+    Picture picture{columns * viewSize, (count + columns - 1) / columns * viewSize, {}};
     picture.rgb.resize(3 * size_t(picture.width) * size_t(picture.height));
-    Progress progress("drawing", Studio::views * viewSize);
-    for (int view = 0; view < Studio::views; ++view) {
-        const auto samples = surfaces(mesh, normals, studio, view, viewSize * fineness);
-        const int left = view % Studio::columns * viewSize, top = view / Studio::columns * viewSize;
+    Progress progress("drawing", count * viewSize);
+    for (int i = 0; i < count; ++i) {
+        const Panel& panel = panels[size_t(i)];
+        const auto samples = surfaces(mesh, normals, studio, panel, viewSize * fineness);
+        const int left = i % columns * viewSize, top = i / columns * viewSize;
         inParallel(viewSize, progress, [&](int y) {
-            drawRow(&samples[size_t(y) * fineness * fineness * size_t(viewSize)], y, view, studio, maps, viewSize,
+            drawRow(&samples[size_t(y) * fineness * fineness * size_t(viewSize)], y, panel.view, studio, maps, viewSize,
                     &picture.rgb[3 * (size_t(top + y) * size_t(picture.width) + size_t(left))]);
         });
     }

@@ -1,4 +1,4 @@
-// The picture: several shaded views of a mesh.
+// The picture: shaded views of a mesh, beside and below one another.
 #pragma once
 #include "camera.h"
 #include <string>
@@ -6,7 +6,7 @@
 
 // All cameras of a picture: one for each view, then the lamps. A lamp is a camera as well, for what it sees is lit.
 struct Studio {
-    static constexpr int columns = 3, rows = 2, views = columns * rows;
+    static constexpr int views = 6;
     static constexpr int keyLamps = 32, skyLamps = 58; // each view has key lamps of its own, the sky is common
     static constexpr int lamps = views * keyLamps + skyLamps, cameras = views + lamps;
     static constexpr int keyLamp(int view, int i) { return views + view * keyLamps + i; }
@@ -30,7 +30,15 @@ struct Picture {
     std::vector<unsigned char> rgb;
 };
 
-Picture draw(const Mesh& mesh, const Studio& studio, int viewSize);
+struct Panel {
+    int view;
+    std::vector<Vec3> colours; // of the vertices, linear; none: clay
+};
+
+Picture draw(const Mesh& mesh, const Studio& studio, const std::vector<Panel>& panels, int columns, int viewSize);
+
+// Of length 1; each is the mean of its triangles' normals, weighted by area. `radius` is that of the mesh.
+std::vector<Vec3> vertexNormals(const Mesh& mesh, float radius);
 
 // Says before the work what would fail after it.
 void checkPngPath(const std::string& path);

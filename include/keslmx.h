@@ -2174,7 +2174,7 @@ KeslStatus keslInvert_ma_64f_P(const double *const *src, int srcRoiShift, int sr
  * Tests      are absolute, against eps = 2^-23 (32f), 2^-52 (64f); they do not scale with the matrix. An off-diagonal element
  *            of the tridiagonal form counts as zero up to 2 eps; in arrays a column is not reduced, and what is below its
  *            subdiagonal is dropped, if the squares of all that is below its diagonal sum to eps or less. So scale the matrices
- *            by a power of two, which is exact, until their greatest elements are near 2^12 (32f) or 2^26 (64f): the values
+ *            by a power of two, which is exact, until their greatest elements are near 2^28 (32f) or 2^56 (64f): the values
  *            scale with them. docs/eigenvalues.md tells how, and what happens otherwise.
  * Accuracy   A sweep ends early where a rotation has a radius of eps or less, and then takes a coupling for zero that is not:
  *            a few in a thousand float matrices of order 6, fewer of order 3 and of larger elements, get values that are wrong

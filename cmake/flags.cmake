@@ -12,8 +12,9 @@ find_package(OpenMP REQUIRED COMPONENTS CXX)
 add_library(keslmx_warnings INTERFACE)
 target_compile_options(keslmx_warnings INTERFACE
     -Wall -Wextra -Wconversion -Wshadow -Werror
-    # clang: g++'s loop pragmas; loops that it leaves as they are; -Wconversion without signs, as g++ has it
-    $<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-pragmas -Wno-pass-failed -Wno-sign-conversion>)
+    # clang: g++'s loop pragmas; loops that it leaves as they are; -Wconversion without signs, as g++ has it;
+    # & of masks, which are bool for one object
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-pragmas -Wno-pass-failed -Wno-sign-conversion -Wno-bitwise-instead-of-logical>)
 
 add_library(keslmx_flags INTERFACE)
 target_compile_options(keslmx_flags INTERFACE

@@ -387,11 +387,12 @@ template <GeneralRules rules, class V, class N> struct Schur {
             }
             V squares = u2 * u2;
             if (third) put(three, squares, squares + u3 * u3);
-            const auto [t1, beta, scale] = Reflection<V>::of(u1, squares);
-            u2 = u2 * scale, u3 = u3 * scale;
+            const auto reflection = Reflection<V>::of(u1, squares);
+            const V t1 = reflection.tau;
+            u2 = u2 * reflection.scale, u3 = u3 * reflection.scale;
             if (k > 0) {
                 put(in & (m == k) & (l < m), x[0], -x[0]);
-                put(later, x[0], beta), put(later, x[1], V{});
+                put(later, x[0], reflection.beta), put(later, x[1], V{});
                 if (third) put(later & three, x[2], V{});
             }
             const V t2 = t1 * u2, t3 = t1 * u3;

@@ -7,6 +7,9 @@ if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE Release)
 endif()
 set(CMAKE_CXX_FLAGS_RELEASE "-O3")
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize") # -O3 then takes minutes for some modules
+    set(CMAKE_CXX_FLAGS_RELEASE "-O1")
+endif()
 find_package(OpenMP REQUIRED COMPONENTS CXX)
 
 add_library(keslmx_warnings INTERFACE)
@@ -24,5 +27,7 @@ target_compile_options(keslmx_flags INTERFACE
     -fvisibility=hidden    # only the functions of cmake/exports.map leave the library
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>
     # errors in a minted function: say what is wrong, not how its name was made
-    $<$<CXX_COMPILER_ID:GNU>:-ftrack-macro-expansion=0 -fmax-errors=3>)
+    $<$<CXX_COMPILER_ID:GNU>:-ftrack-macro-expansion=0 -fmax-errors=3>
+    # memory for time: a module needs half a gigabyte
+    "$<$<CXX_COMPILER_ID:GNU>:SHELL:--param ggc-min-heapsize=500000>")
 target_link_libraries(keslmx_flags INTERFACE keslmx_warnings)

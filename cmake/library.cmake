@@ -7,6 +7,13 @@ file(GLOB KESLMX_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
 file(GLOB KESLMX_ROTATIONS CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} eigen/*.cpp)
 set_source_files_properties(${KESLMX_ROTATIONS} PROPERTIES COMPILE_OPTIONS $<$<CXX_COMPILER_ID:GNU>:-fno-tree-vectorize>)
 
+# The threaded forms are small: those of a folder are compiled together, which saves the headers.
+file(GLOB KESLMX_THREADED CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} */*_omp.cpp)
+foreach(source IN LISTS KESLMX_THREADED)
+    get_filename_component(folder ${source} DIRECTORY)
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP threaded_${folder})
+endforeach()
+
 function(keslmx_library target directory)
     add_library(${target} SHARED ${KESLMX_SOURCES})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
@@ -19,6 +26,7 @@ function(keslmx_library target directory)
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME keslmx  VERSION 6.1  SOVERSION 6.1  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib${directory}
         LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map
+        UNITY_BUILD ON  UNITY_BUILD_MODE GROUP
         LINKER_LANGUAGE C) # nothing of the C++ runtime is needed, and so nothing of it is linked
 endfunction()
 

@@ -2125,6 +2125,8 @@ KeslStatus keslDet_ma_64f_P(const double *const *src, int srcRoiShift, int srcSt
  *            Laplace's expansion in closed form; orders 2 and 7 upward by Gaussian elimination with partial pivoting of the
  *            matrix, for its determinant, and of each of its minors (Golub and Van Loan, Matrix Computations, 3.4): a cost of
  *            the order of n to the fifth power. For large n an LU decomposition serves better.
+ * Accuracy   An expansion loses what the terms of the determinant cancel, more than elimination does: where a matrix of order 3
+ *            to 6 has several small singular values, keslLUDecomp and keslLUBackSubst solve much more exactly.
  * buffer     n*n + n elements of scratch, without strides in any layout; needed at every order, used at orders 2 and 7 upward.
  * Singular   A determinant or pivot counts as zero below 2 n^3 times the smallest normal number (2^-126, 2^-1022). At orders 3
  *            to 6 the determinant is singular if it is below, at order 1 the element if it is not above, and a NaN then; at the

@@ -9,15 +9,16 @@
 #include <map>
 #include <stdexcept>
 
-// A matrix, by rows, with these eigenvalues (symmetric) or singular values, between random orthogonal matrices.
-inline std::vector<double> withSpectrum(std::vector<double> d, bool symmetric, Random& random)
+// A matrix, by rows, with these eigenvalues (symmetric) or singular values, between random orthogonal matrices. height: of a
+// matrix that is higher than wide.
+inline std::vector<double> withSpectrum(std::vector<double> d, bool symmetric, Random& random, int height = 0)
 {
-    const int n = int(d.size());
+    const int n = int(d.size()), m = std::max(n, height);
     int seed[4];
     for (int& s : seed) s = random.below(4096);
     seed[3] |= 1; // as the generator wants it
-    std::vector<double> a(size_t(n * n));
-    if (LAPACKE_dlatms(LAPACK_ROW_MAJOR, n, n, 'U', seed, symmetric ? 'S' : 'N', d.data(), 0, 1, 1, n - 1, n - 1, 'N',
+    std::vector<double> a(size_t(m * n));
+    if (LAPACKE_dlatms(LAPACK_ROW_MAJOR, m, n, 'U', seed, symmetric ? 'S' : 'N', d.data(), 0, 1, 1, m - 1, n - 1, 'N',
                        a.data(), n) != 0)
         throw std::runtime_error("dlatms");
     return a;

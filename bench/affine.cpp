@@ -3,8 +3,7 @@
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 struct Affine {
     static constexpr const char* name = "Affine";

@@ -13,8 +13,7 @@ void dpotrs_(const char*, const int*, const int*, const double*, const int*, dou
 
 using namespace bench;
 
-namespace
-{
+namespace {
 // By columns the lower triangle of a matrix is the upper one of what it is by rows.
 void lapackSolve(const int* n, float* a, float* x)
 {
@@ -161,10 +160,8 @@ struct Solve {
 template <bool own> struct BackSubst {
     static constexpr const char* name = own ? "CholeskyBackSubst_mava" : "CholeskyBackSubst_mva";
     static constexpr auto functions = [] {
-        if constexpr (own)
-            return KESL_FUNCTIONS(keslCholeskyBackSubst_mava);
-        else
-            return KESL_FUNCTIONS(keslCholeskyBackSubst_mva);
+        if constexpr (own) return KESL_FUNCTIONS(keslCholeskyBackSubst_mava);
+        else return KESL_FUNCTIONS(keslCholeskyBackSubst_mva);
     }();
     static constexpr auto alone = KESL_ALONE(keslCholeskyBackSubst_mv);
     template <int N> using Operands = std::tuple<std::conditional_t<own, ma<N, N>, m<N, N>>, va<N>, out<va<N>>>;
@@ -180,10 +177,8 @@ template <bool own> struct BackSubst {
                  for (int k = range.begin; k < range.end; ++k) {
                      std::decay_t<decltype(l(0, 0, 0))> x[N];
                      const auto element = [&](int i, int j) {
-                         if constexpr (own)
-                             return l(k, i, j);
-                         else
-                             return one(0, i, j);
+                         if constexpr (own) return l(k, i, j);
+                         else return one(0, i, j);
                      };
                      substitute<N>(
                          element, [&](int i) { return b(k, 0, i); }, x);
@@ -193,8 +188,7 @@ template <bool own> struct BackSubst {
     };
 };
 
-[[maybe_unused]] const bool registered = rows<Decomp, Plan::full, 3, 4, 5, 6>() && rows<Decomp, Plan::cache, 2, 7>() &&
-                                         rows<Solve, Plan::cache, 3, 4, 5, 6>() &&
-                                         rows<BackSubst<true>, Plan::packed, 3, 4, 5, 6>() &&
-                                         rows<BackSubst<false>, Plan::packed, 3, 4, 5, 6>();
+[[maybe_unused]] const bool registered =
+    rows<Decomp, Plan::full, 3, 4, 5, 6>() && rows<Decomp, Plan::cache, 2, 7>() && rows<Solve, Plan::cache, 3, 4, 5, 6>() &&
+    rows<BackSubst<true>, Plan::packed, 3, 4, 5, 6>() && rows<BackSubst<false>, Plan::packed, 3, 4, 5, 6>();
 } // namespace

@@ -6,8 +6,7 @@
 
 using namespace bench;
 
-namespace
-{
+namespace {
 // What one writes by hand: closed forms up to order 4, above them elimination with row exchanges.
 template <class T> T det(T (&a)[2][2]) { return a[0][0] * a[1][1] - a[0][1] * a[1][0]; }
 template <class T> T det(T (&a)[3][3])
@@ -44,10 +43,8 @@ template <class T> T scratch[7 * 7 + 7];
 template <class T> constexpr auto array(auto f) // standard and L
 {
     return [f](auto src, int s0, int s1, int s2, auto dst, int, int, int n, int count) {
-        if constexpr (std::is_same_v<decltype(dst), T*>)
-            return f(src, s0, s1, s2, n, scratch<T>, dst, count);
-        else
-            return f(src, s0, s1, s2, n, scratch<T>, *dst, count);
+        if constexpr (std::is_same_v<decltype(dst), T*>) return f(src, s0, s1, s2, n, scratch<T>, dst, count);
+        else return f(src, s0, s1, s2, n, scratch<T>, *dst, count);
     };
 }
 template <class T> constexpr auto arrayP(auto f)

@@ -18,8 +18,7 @@
 static int librarysThreads = 1;
 extern "C" [[gnu::visibility("default")]] int ownGetNumThreads() { return librarysThreads; }
 
-namespace bench
-{
+namespace bench {
 
 std::vector<Row>& allRows()
 {
@@ -29,16 +28,15 @@ std::vector<Row>& allRows()
 
 std::string Row::name() const
 {
-    return family + '/' + type + '/' + std::to_string(order) + '/' + layoutNames[int(layout)] + '/' +
-           sizeNames[int(size)] + '/' + std::to_string(threads) + 't';
+    return family + '/' + type + '/' + std::to_string(order) + '/' + layoutNames[int(layout)] + '/' + sizeNames[int(size)] +
+           '/' + std::to_string(threads) + 't';
 }
 
 } // namespace bench
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 struct Options {
     bool quick = false, smoke = false, list = false;
@@ -61,8 +59,7 @@ struct Library {
 
 // ---- Goals
 
-class Goals
-{
+class Goals {
     struct Line {
         std::string family, order, goal[2];
     };
@@ -88,8 +85,8 @@ public:
     {
         const bool named = row.layout == Layout::packed && row.size == Size::cache;
         for (const auto& line : lines)
-            if (line.family == "*" || (named && line.family == row.family &&
-                                       (line.order == "*" || line.order == std::to_string(row.order)))) {
+            if (line.family == "*" ||
+                (named && line.family == row.family && (line.order == "*" || line.order == std::to_string(row.order)))) {
                 const auto& goal = line.goal[row.type == "64f"];
                 return goal == "-" ? NAN : std::stod(goal);
             }
@@ -137,7 +134,8 @@ std::vector<double> verify(const Row& row, const Prepared& prepared)
             const auto untouched = [largest](double x) { return largest > 0 && std::isnan(x); }; // one triangle is written
             for (std::size_t i = 0; i < result.size(); ++i) {
                 error = std::fmax(error, std::fabs(result[i] - reference[i]) / largest);
-                if (!contender.aside && !(std::fabs(result[i] - reference[i]) <= prepared.tolerance * largest) && // so a NaN fails too
+                if (!contender.aside &&
+                    !(std::fabs(result[i] - reference[i]) <= prepared.tolerance * largest) && // so a NaN fails too
                     !(untouched(result[i]) && untouched(reference[i]))) {
                     char text[200];
                     std::snprintf(text, sizeof text, ": %s gives %.17g, the library %.17g in element %zu of object %d",
@@ -153,8 +151,7 @@ std::vector<double> verify(const Row& row, const Prepared& prepared)
 // ---- Measuring
 
 // Keeps the least time of each benchmark, and writes all that Google Benchmark knows as JSON.
-class Collector : public benchmark::BenchmarkReporter
-{
+class Collector : public benchmark::BenchmarkReporter {
     benchmark::JSONReporter json;
     std::ofstream file;
     bool begun = false;
@@ -220,8 +217,7 @@ std::vector<double> measure(Collector& collector, const std::string& name, const
 
 // ---- Yardsticks: a flat add of one or two arrays, and memcpy
 
-class Flat
-{
+class Flat {
     std::vector<float> memory;
 
 public:
@@ -243,10 +239,8 @@ public:
         const std::int64_t n = bytes / (two ? 12 : 8);
         slices(n, threads, [&](std::int64_t begin, std::int64_t length) {
             float* const p = memory.data() + begin;
-            if (two)
-                addTwo(p, p + n + 16, p + 2 * (n + 16), length);
-            else
-                addOne(p, p + n + 16, length);
+            if (two) addTwo(p, p + n + 16, p + 2 * (n + 16), length);
+            else addOne(p, p + n + 16, length);
         });
     }
     void copy(std::int64_t bytes, int threads)
@@ -303,12 +297,9 @@ int countOf(const Row& row, bool smoke)
 {
     if (smoke) return row.threads > 1 ? 3001 : 37; // with threads, above every threshold
     switch (row.size) {
-    case Size::many:
-        return 20000;
-    case Size::stream:
-        return int((std::int64_t{128} << 20) / row.objectBytes);
-    default:
-        return 1000;
+    case Size::many: return 20000;
+    case Size::stream: return int((std::int64_t{128} << 20) / row.objectBytes);
+    default: return 1000;
     }
 }
 
@@ -335,10 +326,8 @@ Result measure(Collector& collector, Flat& flat, const Row& row, const Prepared&
     result.bytes = double(bytes) / prepared.count;
     for (std::size_t i = 0; i < tasks.size(); ++i) {
         const double ns = times[i] * 1e9 / prepared.count;
-        if (i < prepared.contenders.size())
-            result.names.push_back(tasks[i].first), result.ns.push_back(ns);
-        else
-            (tasks[i].first == "flat-add" ? result.flat : result.single) = ns;
+        if (i < prepared.contenders.size()) result.names.push_back(tasks[i].first), result.ns.push_back(ns);
+        else (tasks[i].first == "flat-add" ? result.flat : result.single) = ns;
     }
     return result;
 }
@@ -388,8 +377,8 @@ void table(const std::vector<Result>& results, Size size, int threads, int width
     for (const auto& r : results) {
         if (r.row.size != size || r.row.threads != threads) continue;
         char head[100];
-        std::snprintf(head, sizeof head, "%-10s %-7s %-7s", r.row.family.c_str(),
-                      r.row.type == "32f" ? "float" : "double", layoutNames[int(r.row.layout)]);
+        std::snprintf(head, sizeof head, "%-10s %-7s %-7s", r.row.family.c_str(), r.row.type == "32f" ? "float" : "double",
+                      layoutNames[int(r.row.layout)]);
         if (!lines.count(head)) heads.push_back(head);
         lines[head][r.row.order] = &r;
         orders.insert(r.row.order);
@@ -423,18 +412,16 @@ void tables(const std::vector<Result>& results)
     };
     table(results, Size::cache, 1, 13,
           "1,000 objects in cache, one thread: best alternative / library (goal), * under its goal, by order", ratio);
-    table(
-        results, Size::many, 2, 20,
-        "20,000 objects, two threads: best alternative / library (goal), and the gain from the second thread, by order",
-        [&](const Result& r) { return format("%s x%.1f", ratio(r).c_str(), r.single / r.ns[0]); });
+    table(results, Size::many, 2, 20,
+          "20,000 objects, two threads: best alternative / library (goal), and the gain from the second thread, by order",
+          [&](const Result& r) { return format("%s x%.1f", ratio(r).c_str(), r.single / r.ns[0]); });
     for (const int threads : {1, 2})
         table(results, Size::stream, threads, 18,
               threads == 1 ? "128 MiB, one thread: GB/s, ratio to a flat add of the same bytes (goal 0.9, or the time "
                              "in cache), to the best alternative"
                            : "128 MiB, two threads: the same",
               [](const Result& r) {
-                  return format("%.0f %.2f%c %.2f", r.bytes / r.ns[0], r.flat / r.ns[0], r.missed ? '*' : ' ',
-                                r.ratio());
+                  return format("%.0f %.2f%c %.2f", r.bytes / r.ns[0], r.flat / r.ns[0], r.missed ? '*' : ' ', r.ratio());
               });
     table(results, Size::one, 1, 20,
           "One call on one object, checks included: ns, times the inlined operation, times a C function",
@@ -456,15 +443,14 @@ void writeJson(const std::string& path, const std::vector<Result>& results, cons
 {
     const auto number = [](double x) { return std::isnan(x) ? std::string("null") : format("%.4g", x); };
     std::FILE* const f = create(path);
-    std::fprintf(f, "{\"level\": \"%s\", \"alternatives\": \"%s\", \"compiler\": \"%s\", \"rows\": [",
-                 library.level.c_str(), BENCH_PEERS, __VERSION__);
+    std::fprintf(f, "{\"level\": \"%s\", \"alternatives\": \"%s\", \"compiler\": \"%s\", \"rows\": [", library.level.c_str(),
+                 BENCH_PEERS, __VERSION__);
     for (const auto& r : results) {
         std::fprintf(
             f, "%s\n  {\"name\": \"%s\", \"count\": %d, \"bytes\": %.0f, \"ratio\": %s, \"goal\": %s, \"missed\": %s, ",
             &r == &results[0] ? "" : ",", r.row.name().c_str(), r.count, r.bytes, number(r.ratio()).c_str(),
             number(r.goal).c_str(), r.missed ? "true" : "false");
-        std::fprintf(f, "\"flat_add\": %s, \"one_thread\": %s, \"ns\": {", number(r.flat).c_str(),
-                     number(r.single).c_str());
+        std::fprintf(f, "\"flat_add\": %s, \"one_thread\": %s, \"ns\": {", number(r.flat).c_str(), number(r.single).c_str());
         for (std::size_t c = 0; c < r.ns.size(); ++c)
             std::fprintf(f, "%s\"%s\": %s", c ? ", " : "", r.names[c].c_str(), number(r.ns[c]).c_str());
         std::fprintf(f, "}}");
@@ -485,8 +471,7 @@ void writePlot(const std::string& path, const std::vector<Result>& results)
     int place = 0;
     for (const Result* r : shown) {
         if (places.count({r->row.family, r->row.order})) continue;
-        if (families.empty() || families.back().first != r->row.family)
-            families.push_back({r->row.family, {}}), ++place;
+        if (families.empty() || families.back().first != r->row.family) families.push_back({r->row.family, {}}), ++place;
         families.back().second.push_back(place);
         places[{r->row.family, r->row.order}] = place++;
     }
@@ -494,12 +479,10 @@ void writePlot(const std::string& path, const std::vector<Result>& results)
     for (const char* type : {"32f", "64f"}) {
         for (const Result* r : shown)
             if (r->row.type == type)
-                std::fprintf(f, "%d %d %.3f %g\n", places[{r->row.family, r->row.order}], r->row.order, r->ratio(),
-                             r->goal);
+                std::fprintf(f, "%d %d %.3f %g\n", places[{r->row.family, r->row.order}], r->row.order, r->ratio(), r->goal);
         std::fprintf(f, "\n\n");
     }
-    for (const auto& [family, at] : families)
-        std::fprintf(f, "%g \"%s\"\n", (at.front() + at.back()) / 2.0, family.c_str());
+    for (const auto& [family, at] : families) std::fprintf(f, "%g \"%s\"\n", (at.front() + at.back()) / 2.0, family.c_str());
     std::fclose(f);
 }
 
@@ -531,23 +514,14 @@ Options parse(int argc, char** argv)
     Options options;
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];
-        const auto value = [&](const char* key) {
-            return a.rfind(key, 0) == 0 ? a.c_str() + std::strlen(key) : nullptr;
-        };
-        if (a == "--quick")
-            options.quick = true;
-        else if (a == "--smoke")
-            options.smoke = true;
-        else if (a == "--list")
-            options.list = true;
-        else if (const char* filter = value("--filter="))
-            options.filter = filter;
-        else if (const char* level = value("--level="))
-            options.level = level;
-        else if (const char* goals = value("--goals="))
-            options.goals = goals;
-        else if (const char* out = value("--out="))
-            options.out = out;
+        const auto value = [&](const char* key) { return a.rfind(key, 0) == 0 ? a.c_str() + std::strlen(key) : nullptr; };
+        if (a == "--quick") options.quick = true;
+        else if (a == "--smoke") options.smoke = true;
+        else if (a == "--list") options.list = true;
+        else if (const char* filter = value("--filter=")) options.filter = filter;
+        else if (const char* level = value("--level=")) options.level = level;
+        else if (const char* goals = value("--goals=")) options.goals = goals;
+        else if (const char* out = value("--out=")) options.out = out;
         else
             throw std::runtime_error(
                 "options: --filter=REGEX --level=best|v3|plain --quick --smoke --list --goals=FILE --out=PREFIX");
@@ -560,8 +534,7 @@ void runAll(const Options& options)
     std::vector<Row> rows;
     const std::regex filter(options.filter);
     for (const auto& row : allRows())
-        if (std::regex_search(row.name(), filter) &&
-            (!options.quick || (row.layout == Layout::packed && row.threads == 1)))
+        if (std::regex_search(row.name(), filter) && (!options.quick || (row.layout == Layout::packed && row.threads == 1)))
             rows.push_back(row);
     if (rows.empty()) throw std::runtime_error("no row matches " + options.filter);
     if (options.list) {

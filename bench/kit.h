@@ -13,8 +13,7 @@
 #include <tuple>
 #include <vector>
 
-namespace bench
-{
+namespace bench {
 
 struct Range {
     int begin, end;
@@ -24,8 +23,7 @@ struct Range {
 
 enum class Layout { packed, gapped, soa, L, P };
 inline constexpr const char* layoutNames[] = {"packed", "gapped", "soa", "L", "P"};
-template <Layout L> inline constexpr bool isPlanes =
-    L == Layout::soa || L == Layout::P; // one run of objects per element
+template <Layout L> inline constexpr bool isPlanes = L == Layout::soa || L == Layout::P; // one run of objects per element
 
 enum class Size { one, cache, many, stream };
 inline constexpr const char* sizeNames[] = {"one", "cache", "many", "stream"};
@@ -37,14 +35,10 @@ template <bool Array, bool Vector, int R, int C> struct Shape {
     static constexpr int sizes = 0; // behind the operand
     static constexpr int rows = R, cols = C;
 };
-template <int R, int C> struct m : Shape<false, false, R, C> {
-};
-template <int R, int C> struct ma : Shape<true, false, R, C> {
-};
-template <int C> struct v : Shape<false, true, 1, C> {
-};
-template <int C> struct va : Shape<true, true, 1, C> {
-};
+template <int R, int C> struct m : Shape<false, false, R, C> {};
+template <int R, int C> struct ma : Shape<true, false, R, C> {};
+template <int C> struct v : Shape<false, true, 1, C> {};
+template <int C> struct va : Shape<true, true, 1, C> {};
 template <int C> struct scratch : Shape<false, true, 1, C> {
     static constexpr bool buffer = true;
 };
@@ -62,8 +56,7 @@ template <class Op> struct withOrder : Op {
 template <int C> struct results : va<C> {
     static constexpr bool output = true, dense = true;
 };
-struct result : results<1> {
-};
+struct result : results<1> {};
 
 // ---- Views: element (i, j) of object k, as a user's own code would reach it
 
@@ -189,38 +182,27 @@ template <class T, class Op, Layout RowLayout> struct Operand {
     // The operand's run of arguments in a call that begins at object k; alone: in a function on one object.
     template <bool alone> auto arguments(int k) const
     {
-        if constexpr (Op::sizes == 1)
-            return std::tuple_cat(located<alone>(k), std::tuple{C});
-        else if constexpr (Op::sizes == 2)
-            return std::tuple_cat(located<alone>(k), std::tuple{C, R});
-        else
-            return located<alone>(k);
+        if constexpr (Op::sizes == 1) return std::tuple_cat(located<alone>(k), std::tuple{C});
+        else if constexpr (Op::sizes == 2) return std::tuple_cat(located<alone>(k), std::tuple{C, R});
+        else return located<alone>(k);
     }
     template <bool alone> auto located(int k) const
     {
         const auto byte = [](std::int64_t elements) { return static_cast<int>(elements * std::int64_t{sizeof(T)}); };
         const int s0 = byte(stride0()), s1 = byte(stride1()), s2 = byte(stride2());
         T* const p = data + (Op::array && L != Layout::P ? k * stride0() : 0);
-        if constexpr (Op::buffer)
-            return std::tuple{data};
-        else if constexpr (Op::dense)
-            return std::tuple{p};
+        if constexpr (Op::buffer) return std::tuple{data};
+        else if constexpr (Op::dense) return std::tuple{p};
         else if constexpr (RowLayout == Layout::P && Op::array && !alone)
             return std::tuple{static_cast<T* const*>(list.data()), byte(k * stride0()), s0};
         else if constexpr (RowLayout == Layout::P)
             return std::tuple{static_cast<T* const*>(list.data()), byte(Op::array ? k * stride0() : 0)};
-        else if constexpr (L == Layout::L && Op::vector)
-            return std::tuple{list.data() + k, 0, s2};
-        else if constexpr (L == Layout::L)
-            return std::tuple{list.data() + k, 0, s1, s2};
-        else if constexpr (Op::array && !alone && Op::vector)
-            return std::tuple{p, s0, s2};
-        else if constexpr (Op::array && !alone)
-            return std::tuple{p, s0, s1, s2};
-        else if constexpr (Op::vector)
-            return std::tuple{p, s2};
-        else
-            return std::tuple{p, s1, s2};
+        else if constexpr (L == Layout::L && Op::vector) return std::tuple{list.data() + k, 0, s2};
+        else if constexpr (L == Layout::L) return std::tuple{list.data() + k, 0, s1, s2};
+        else if constexpr (Op::array && !alone && Op::vector) return std::tuple{p, s0, s2};
+        else if constexpr (Op::array && !alone) return std::tuple{p, s0, s1, s2};
+        else if constexpr (Op::vector) return std::tuple{p, s2};
+        else return std::tuple{p, s1, s2};
     }
 };
 
@@ -323,8 +305,8 @@ template <class Family, class T, int N, Layout L, class... Op> struct Case<Famil
 
     static void call(const Data& data, int begin, int count) // of the library, on an array
     {
-        const auto operands = std::apply(
-            [&](auto&... operand) { return std::tuple_cat(operand.template arguments<false>(begin)...); }, data);
+        const auto operands =
+            std::apply([&](auto&... operand) { return std::tuple_cat(operand.template arguments<false>(begin)...); }, data);
         std::apply(std::get<which>(Family::functions),
                    std::tuple_cat(operands, Family::template sizes<N>, std::tuple{count}));
     }
@@ -332,8 +314,8 @@ template <class Family, class T, int N, Layout L, class... Op> struct Case<Famil
     static void callAlone(const Data& data, int k) // on one object: by the function for that, if there is one
     {
         if constexpr (requires { Family::alone; }) {
-            const auto operands = std::apply(
-                [&](auto&... operand) { return std::tuple_cat(operand.template arguments<true>(k)...); }, data);
+            const auto operands =
+                std::apply([&](auto&... operand) { return std::tuple_cat(operand.template arguments<true>(k)...); }, data);
             std::apply(std::get<sizeof(T) == 8>(Family::alone), std::tuple_cat(operands, Family::template sizes<N>));
         } else {
             call(data, k, 1);
@@ -409,10 +391,8 @@ template <class Family, class T, int N, Layout L, class... Op> struct Case<Famil
             if constexpr (requires { Family::comparable(result, N); }) Family::comparable(result, N);
             return result;
         };
-        if (size != Size::one)
-            addArrayContenders(row, size, data);
-        else if constexpr (L == Layout::packed)
-            addCallContenders(row, data);
+        if (size != Size::one) addArrayContenders(row, size, data);
+        else if constexpr (L == Layout::packed) addCallContenders(row, data);
         return row;
     }
 };
@@ -463,6 +443,5 @@ template <class Family, Plan plan, int... N> bool rows()
 } // namespace bench
 
 // The functions of a family: 32f, 64f, then the same in the L and P layouts. Only the names are minted here.
-#define KESL_FUNCTIONS(name)                                                                                           \
-    std::make_tuple(name##_32f, name##_64f, name##_32f_L, name##_64f_L, name##_32f_P, name##_64f_P)
+#define KESL_FUNCTIONS(name) std::make_tuple(name##_32f, name##_64f, name##_32f_L, name##_64f_L, name##_32f_P, name##_64f_P)
 #define KESL_ALONE(name) std::make_tuple(name##_32f, name##_64f)

@@ -13,8 +13,7 @@ void dgetrs_(const char*, const int*, const int*, const double*, const int*, con
 
 using namespace bench;
 
-namespace
-{
+namespace {
 // By columns a matrix is the transpose of what it is by rows.
 void lapackSolve(const int* n, float* a, int* pivots, float* x)
 {
@@ -45,11 +44,9 @@ template <bool written, int at, bool array = true> constexpr auto withTable(auto
         const std::tuple all{arguments...};
         constexpr int size = sizeof...(arguments);
         const int count = array ? std::get<size - 1>(all) : 1, n = std::get<size - (array ? 2 : 1)>(all);
-        return [&]<std::size_t... i, std::size_t... j>(std::index_sequence<i...>, std::index_sequence<j...>)
-        {
+        return [&]<std::size_t... i, std::size_t... j>(std::index_sequence<i...>, std::index_sequence<j...>) {
             return f(std::get<i>(all)..., table<written>(n, count), std::get<at + j>(all)...);
-        }
-        (std::make_index_sequence<at>{}, std::make_index_sequence<size - at>{});
+        }(std::make_index_sequence<at>{}, std::make_index_sequence<size - at>{});
     };
 }
 
@@ -224,10 +221,8 @@ template <bool own> struct BackSubst {
                      const int* const p = own ? tables + k * N : tables;
                      std::decay_t<decltype(lu(0, 0, 0))> x[N];
                      const auto element = [&](int i, int j) {
-                         if constexpr (own)
-                             return lu(k, p[i], j);
-                         else
-                             return one(0, p[i], j);
+                         if constexpr (own) return lu(k, p[i], j);
+                         else return one(0, p[i], j);
                      };
                      substitute<N>(
                          element, [&](int i) { return b(k, 0, p[i]); }, x);
@@ -237,8 +232,7 @@ template <bool own> struct BackSubst {
     };
 };
 
-[[maybe_unused]] const bool registered = rows<Decomp, Plan::full, 3, 4, 5, 6>() && rows<Decomp, Plan::cache, 2, 7>() &&
-                                         rows<Solve, Plan::cache, 3, 4, 5, 6>() &&
-                                         rows<BackSubst<true>, Plan::packed, 3, 4, 5, 6>() &&
-                                         rows<BackSubst<false>, Plan::packed, 3, 4, 5, 6>();
+[[maybe_unused]] const bool registered =
+    rows<Decomp, Plan::full, 3, 4, 5, 6>() && rows<Decomp, Plan::cache, 2, 7>() && rows<Solve, Plan::cache, 3, 4, 5, 6>() &&
+    rows<BackSubst<true>, Plan::packed, 3, 4, 5, 6>() && rows<BackSubst<false>, Plan::packed, 3, 4, 5, 6>();
 } // namespace

@@ -10,15 +10,12 @@
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 void put(const auto& d, int k, const auto& product)
 {
-    if constexpr (d.planes)
-        d.assign(k, product);
-    else
-        d.eigen(k).noalias() = product;
+    if constexpr (d.planes) d.assign(k, product);
+    else d.eigen(k).noalias() = product;
 }
 
 // What one writes by hand, and Eigen. Single operands are read once.
@@ -28,16 +25,12 @@ template <bool firstIsArray, bool secondIsArray> struct Product {
         Peer{"plain",
              [](auto, Range range, auto a, auto b, auto d) {
                  const auto x = [&] {
-                     if constexpr (firstIsArray)
-                         return a;
-                     else
-                         return kept(a);
+                     if constexpr (firstIsArray) return a;
+                     else return kept(a);
                  }();
                  const auto y = [&] {
-                     if constexpr (secondIsArray)
-                         return b;
-                     else
-                         return kept(b);
+                     if constexpr (secondIsArray) return b;
+                     else return kept(b);
                  }();
                  const int inner = a.cols;
                  elements(range, d, [&](int k, int i, int j) {
@@ -51,12 +44,9 @@ template <bool firstIsArray, bool secondIsArray> struct Product {
                  const typename decltype(a)::Matrix x = a.eigen(0);
                  const typename decltype(b)::Matrix y = b.eigen(0);
                  for (int k = range.begin; k < range.end; ++k)
-                     if constexpr (firstIsArray && secondIsArray)
-                         put(d, k, a.eigen(k) * b.eigen(k));
-                     else if constexpr (firstIsArray)
-                         put(d, k, a.eigen(k) * y);
-                     else
-                         put(d, k, x * b.eigen(k));
+                     if constexpr (firstIsArray && secondIsArray) put(d, k, a.eigen(k) * b.eigen(k));
+                     else if constexpr (firstIsArray) put(d, k, a.eigen(k) * y);
+                     else put(d, k, x * b.eigen(k));
              }},
     };
 };

@@ -3,8 +3,7 @@
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 auto first(auto f, auto...) { return f; }
 auto last(auto f) { return f; }
@@ -17,10 +16,8 @@ template <bool matrices> struct Times {
         Peer{"plain",
              [](auto, Range range, auto a, auto x, auto... rest) {
                  const auto m = [&] {
-                     if constexpr (matrices)
-                         return a;
-                     else
-                         return kept(a);
+                     if constexpr (matrices) return a;
+                     else return kept(a);
                  }();
                  const auto d = last(rest...);
                  const int inner = a.cols;
@@ -39,15 +36,11 @@ template <bool matrices> struct Times {
                  const auto d = last(rest...);
                  for (int k = range.begin; k < range.end; ++k) {
                      const auto plus = [&](const auto& product) {
-                         if constexpr (sizeof...(rest) == 2)
-                             d.assign(k, product + first(rest...).eigen(k));
-                         else
-                             d.assign(k, product);
+                         if constexpr (sizeof...(rest) == 2) d.assign(k, product + first(rest...).eigen(k));
+                         else d.assign(k, product);
                      };
-                     if constexpr (matrices)
-                         plus((a.eigen(k).lazyProduct(x.eigen(k).transpose())).transpose());
-                     else
-                         plus((m.lazyProduct(x.eigen(k).transpose())).transpose());
+                     if constexpr (matrices) plus((a.eigen(k).lazyProduct(x.eigen(k).transpose())).transpose());
+                     else plus((m.lazyProduct(x.eigen(k).transpose())).transpose());
                  }
              }},
     };

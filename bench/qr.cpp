@@ -10,14 +10,13 @@
 extern "C" {
 void sgels_(const char*, const int*, const int*, const int*, float*, const int*, float*, const int*, float*, const int*,
             int*);
-void dgels_(const char*, const int*, const int*, const int*, double*, const int*, double*, const int*, double*,
-            const int*, int*);
+void dgels_(const char*, const int*, const int*, const int*, double*, const int*, double*, const int*, double*, const int*,
+            int*);
 }
 
 using namespace bench;
 
-namespace
-{
+namespace {
 // By columns a matrix is the transpose of what it is by rows.
 void lapackSolve(const int* w, const int* h, float* a, float* x)
 {
@@ -81,8 +80,8 @@ template <int rows> struct Decomp {
     static constexpr const char* name = rows ? "QRDecomp_ma_6rows" : "QRDecomp_ma";
     static constexpr auto functions = KESL_FUNCTIONS(keslQRDecomp_ma);
     static constexpr auto alone = KESL_ALONE(keslQRDecomp_m);
-    template <int N>
-    using Operands = std::tuple<ma<height<rows, N>, N>, scratch<height<rows, N>>, out<ma<height<rows, N>, N>>>;
+    template <int N> using Operands =
+        std::tuple<ma<height<rows, N>, N>, scratch<height<rows, N>>, out<ma<height<rows, N>, N>>>;
     template <int N> static constexpr std::tuple sizes{N, height<rows, N>};
     static constexpr double tolerance = 100;
 
@@ -111,16 +110,16 @@ template <int rows> struct Decomp {
 // Both functions as one.
 template <class T> auto both(auto decompose, auto substitute)
 {
-    return [=](const T* a, int a0, int a1, int a2, const T* b, int b0, int b2, T* x, int x0, int x2, int w, int h,
-               int count) {
-        static std::vector<T> factors;
-        const std::size_t elements = std::size_t(w) * std::size_t(h) * std::size_t(count);
-        if (factors.size() < elements) factors.resize(elements);
-        const int e = sizeof(T);
-        T buffer[16];
-        decompose(a, a0, a1, a2, buffer, factors.data(), h * w * e, w * e, e, w, h, count);
-        substitute(factors.data(), h * w * e, w * e, e, buffer, b, b0, b2, x, x0, x2, w, h, count);
-    };
+    return
+        [=](const T* a, int a0, int a1, int a2, const T* b, int b0, int b2, T* x, int x0, int x2, int w, int h, int count) {
+            static std::vector<T> factors;
+            const std::size_t elements = std::size_t(w) * std::size_t(h) * std::size_t(count);
+            if (factors.size() < elements) factors.resize(elements);
+            const int e = sizeof(T);
+            T buffer[16];
+            decompose(a, a0, a1, a2, buffer, factors.data(), h * w * e, w * e, e, w, h, count);
+            substitute(factors.data(), h * w * e, w * e, e, buffer, b, b0, b2, x, x0, x2, w, h, count);
+        };
 }
 
 // As programs use it: a system for each object, from the matrix to the solution.
@@ -157,8 +156,7 @@ template <int rows> struct Solve {
              [](auto, Range range, auto src, auto b, auto dst) {
                  using Matrix = typename decltype(src)::Matrix;
                  for (int k = range.begin; k < range.end; ++k)
-                     dst.assign(
-                         k, Eigen::HouseholderQR<Matrix>(src.eigen(k)).solve(b.eigen(k).transpose()).transpose());
+                     dst.assign(k, Eigen::HouseholderQR<Matrix>(src.eigen(k)).solve(b.eigen(k).transpose()).transpose());
              }},
         Peer{"lapack",
              [](auto n, Range range, auto src, auto b, auto dst) {
@@ -176,19 +174,15 @@ template <int rows> struct Solve {
 
 // Back substitution alone: each object's own factors, or one matrix for all.
 template <bool own, int rows> struct BackSubst {
-    static constexpr const char* name = own ? (rows ? "QRBackSubst_mava_6rows" : "QRBackSubst_mava")
-                                            : (rows ? "QRBackSubst_mva_6rows" : "QRBackSubst_mva");
+    static constexpr const char* name =
+        own ? (rows ? "QRBackSubst_mava_6rows" : "QRBackSubst_mava") : (rows ? "QRBackSubst_mva_6rows" : "QRBackSubst_mva");
     static constexpr auto functions = [] {
-        if constexpr (own)
-            return KESL_FUNCTIONS(keslQRBackSubst_mava);
-        else
-            return KESL_FUNCTIONS(keslQRBackSubst_mva);
+        if constexpr (own) return KESL_FUNCTIONS(keslQRBackSubst_mava);
+        else return KESL_FUNCTIONS(keslQRBackSubst_mva);
     }();
     static constexpr auto alone = KESL_ALONE(keslQRBackSubst_mv);
-    template <int N>
-    using Operands =
-        std::tuple<std::conditional_t<own, ma<height<rows, N>, N>, m<height<rows, N>, N>>, scratch<height<rows, N>>,
-                   va<height<rows, N>>, out<va<N>>>;
+    template <int N> using Operands = std::tuple<std::conditional_t<own, ma<height<rows, N>, N>, m<height<rows, N>, N>>,
+                                                 scratch<height<rows, N>>, va<height<rows, N>>, out<va<N>>>;
     template <int N> static constexpr std::tuple sizes{N, height<rows, N>};
     static constexpr double tolerance = 100;
 
@@ -209,10 +203,8 @@ template <bool own, int rows> struct BackSubst {
                      for (int i = 0; i < H; ++i) x[i] = b(k, 0, i);
                      substitute<H, W>(
                          [&](int i, int j) {
-                             if constexpr (own)
-                                 return qr(k, i, j);
-                             else
-                                 return one(0, i, j);
+                             if constexpr (own) return qr(k, i, j);
+                             else return one(0, i, j);
                          },
                          x);
                      for (int j = 0; j < W; ++j) dst(k, 0, j) = x[j];

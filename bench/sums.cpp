@@ -5,8 +5,7 @@
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 struct Dot {
     static constexpr const char* name = "Dot_vava";
@@ -68,7 +67,8 @@ struct Norm {
 #pragma GCC ivdep
                  for (int k = range.begin; k < range.end; ++k) {
                      auto sum = a(k, 0, 0) * a(k, 0, 0);
-                     for (int e = 1; e < a.rows * a.cols; ++e) sum += a(k, e / a.cols, e % a.cols) * a(k, e / a.cols, e % a.cols);
+                     for (int e = 1; e < a.rows * a.cols; ++e)
+                         sum += a(k, e / a.cols, e % a.cols) * a(k, e / a.cols, e % a.cols);
                      d(k, 0, 0) = std::sqrt(sum);
                  }
              }},
@@ -118,8 +118,8 @@ struct Trace {
     };
 };
 
-[[maybe_unused]] const bool registered = rows<Dot, Plan::full, 3, 4, 5, 6>() && rows<Cross, Plan::packed, 3>() &&
-                                         rows<L2, Plan::packed, 3, 4, 5, 6>() && rows<Frobenius, Plan::packed, 3, 4, 5, 6>() &&
-                                         rows<Trace, Plan::packed, 3, 4, 5, 6>();
+[[maybe_unused]] const bool registered =
+    rows<Dot, Plan::full, 3, 4, 5, 6>() && rows<Cross, Plan::packed, 3>() && rows<L2, Plan::packed, 3, 4, 5, 6>() &&
+    rows<Frobenius, Plan::packed, 3, 4, 5, 6>() && rows<Trace, Plan::packed, 3, 4, 5, 6>();
 
 } // namespace

@@ -14,8 +14,7 @@ enum Version { v1 = 1, v2 = 2 };
 using Path = char[PATH_MAX];
 
 // The lines of root + directory + "/" + name; none where there is no such file.
-class Lines
-{
+class Lines {
     FILE* file = nullptr;
     char* line = nullptr;
     std::size_t size = 0;

@@ -38,14 +38,8 @@ template <class T, Kind K, bool array, Form F>
 [[gnu::always_inline]] inline auto withRows(const Operand<T, K, array, F>& o, auto f)
 {
     if constexpr (!contiguousRows(F) && F != P)
-        if (o.rowsAreContiguous()) return f(o.template as<F == S2 ? S : L>());
+        if (o.rowsAreContiguous()) return f(o.template as < F == S2 ? S : L > ());
     return f(o);
-}
-
-// n values of each object, back to back.
-template <int n, class T, class V> [[gnu::always_inline]] inline void storeValues(const Table<T>& dst, int first, const V* x)
-{
-    storeRun<n>(Spaced<T>{dst.object(first), n * std::int64_t(sizeof(T))}, x);
 }
 
 // Reads an object as the matrix that `h` shall be the transpose of.

@@ -44,7 +44,7 @@ struct EigenValues {
                                 V packRe[int(n)], packIm[int(n)];
                                 if (!schurForm<generalValues>(h.e[0], h.e[0], scratch, packRe, packIm, n))
                                     return keslStatusNoConvergence;
-                                storeValues<n>(re, k.first, packRe), storeValues<n>(im, k.first, packIm);
+                                storeTable<n>(re.object(k.first), packRe), storeTable<n>(im.object(k.first), packIm);
                                 return keslStatusOk;
                             }
                         }
@@ -61,6 +61,7 @@ struct EigenValues {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct EigenValues_m : EigenValues {};
 struct EigenValues_ma : EigenValues {

@@ -1,6 +1,7 @@
 // The Schur forms and eigenvectors of general matrices: what the kernels call.
 #include "eigen/substitution.h"
 
+// clang-format off
 KESL_SCHUR(generalVectors, float)        KESL_SCHUR_AT(generalVectors, float, int)
 KESL_SCHUR(generalVectors, double)       KESL_SCHUR_AT(generalVectors, double, int)
 KESL_SCHUR(generalVectorsSingle, float)  KESL_SCHUR_AT(generalVectorsSingle, float, int)

@@ -69,7 +69,7 @@ template <Sides sides> struct GeneralVectors {
                                 storeRun<n>(Spaced<T>{lane[0].im, sizeof lane[0]}, packIm);
                             for (auto& l : lane)
                                 if (const KeslStatus failure = eigenvectors(sides, l.memory, l.im, fixed)) return failure;
-                            storeValues<n>(re, k.first, packRe), storeValues<n>(im, k.first, packIm);
+                            storeTable<n>(re.object(k.first), packRe), storeTable<n>(im.object(k.first), packIm);
                             for (int l = 0; l < lanes<V>; ++l) write(k.first + l, lane[l].memory + all, fixed);
                             return keslStatusOk;
                         }
@@ -114,6 +114,7 @@ template <Sides side> struct OneSide : GeneralVectors<side> {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct OverArrays {
     // In L and P the source is tested whole, and then the destinations.

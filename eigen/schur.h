@@ -22,7 +22,7 @@ template <class V, class N> struct Square {
 };
 
 inline bool none(bool mask) { return !mask; }
-template <class M> requires (lanes<M> > 1) M none(M mask) { return ~mask; }
+template <class M> requires(lanes<M> > 1) M none(M mask) { return ~mask; }
 
 template <class V> [[gnu::always_inline]] inline void put(MaskOf<V> where, V& x, V value) { x = where ? value : x; }
 
@@ -33,14 +33,20 @@ template <class To, class V> [[gnu::always_inline]] inline To converted(V x)
 }
 
 // What shifts are formed in: V itself, or as many floats.
-template <class V, bool inSingle> struct Shifts { using type = V; };
-template <> struct Shifts<double, true> { using type = float; };
-template <class V> requires (lanes<V> > 1) struct Shifts<V, true> { using type = Pack<float, int(sizeof(V)) / 2>; };
+template <class V, bool inSingle> struct Shifts {
+    using type = V;
+};
+template <> struct Shifts<double, true> {
+    using type = float;
+};
+template <class V> requires(lanes<V> > 1) struct Shifts<V, true> {
+    using type = Pack<float, int(sizeof(V)) / 2>;
+};
 
 // sqrt(1 + x), of floats by way of double.
-inline float  rootOnePlus(float x) { return float(std::sqrt(1 + double(x))); }
+inline float rootOnePlus(float x) { return float(std::sqrt(1 + double(x))); }
 inline double rootOnePlus(double x) { return std::sqrt(1 + x); }
-template <class V> requires (lanes<V> > 1) V rootOnePlus(V x)
+template <class V> requires(lanes<V> > 1) V rootOnePlus(V x)
 {
     if constexpr (sizeof(ElementOf<V>) == 4) return narrowed<V>(sqrt(widened<0>(x) + 1), sqrt(widened<1>(x) + 1));
     else return sqrt(x + 1);
@@ -360,8 +366,7 @@ template <GeneralRules rules, class V, class N> struct Schur {
                 if constexpr (rules.guarded) {
                     const S r = s > safeMin ? E(1) / s : s;
                     put(open, u1, v1 * r), put(open, u2, v2 * r), put(open, u3, v3 * r);
-                } else
-                    put(open, u1, v1 / s), put(open, u2, v2 / s), put(open, u3, v3 / s);
+                } else put(open, u1, v1 / s), put(open, u2, v2 / s), put(open, u3, v3 / s);
                 if (c > 0)
                     stops = stops | M(abs(u1) * eps * (abs(at(c - 1, c - 1)) + abs(h11) + abs(h22)) >=
                                       abs(at(c, c - 1)) * (abs(u2) + abs(u3)));
@@ -449,8 +454,7 @@ template <GeneralRules rules, class V, class N> bool schurForm(V* h, V* z, V* sc
 } // namespace kesl
 
 // The instances for kernels of a type; they are long, and stand in modules of their own.
-#define KESL_SCHUR_AT(rules, V, N)                                                                                  \
-    template bool kesl::schurForm<kesl::rules, V, N>(V*, V*, V*, V*, V*, N);
-#define KESL_SCHUR(rules, V)                                                                                        \
-    KESL_SCHUR_AT(rules, V, kesl::Fixed<3>) KESL_SCHUR_AT(rules, V, kesl::Fixed<4>)                                   \
-    KESL_SCHUR_AT(rules, V, kesl::Fixed<5>) KESL_SCHUR_AT(rules, V, kesl::Fixed<6>)
+#define KESL_SCHUR_AT(rules, V, N) template bool kesl::schurForm<kesl::rules, V, N>(V*, V*, V*, V*, V*, N);
+#define KESL_SCHUR(rules, V)                                                                                                \
+    KESL_SCHUR_AT(rules, V, kesl::Fixed<3>)                                                                                 \
+    KESL_SCHUR_AT(rules, V, kesl::Fixed<4>) KESL_SCHUR_AT(rules, V, kesl::Fixed<5>) KESL_SCHUR_AT(rules, V, kesl::Fixed<6>)

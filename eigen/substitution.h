@@ -148,7 +148,7 @@ template <class T, class N> struct Substitution {
     using P = Precision<T>;
     N n;
     Square<T, N> t, z;
-    T *norm, *a, *b;   // n elements of scratch each: sums of T's columns above the diagonal; real and imaginary part
+    T *norm, *a, *b; // n elements of scratch each: sums of T's columns above the diagonal; real and imaginary part
     T *carriedA, *carriedB;
     const T smallNum = P::safeMin * T(n) * (1 / P::eps), bigNum = (1 - P::eps) / smallNum;
     // Of the eigenvalue in hand:
@@ -342,7 +342,7 @@ template <class T, class N> KeslStatus eigenvectors(Sides sides, T* memory, cons
     const std::int64_t all = std::int64_t(n) * n;
     T *const z = memory + all, *const third = z + all, *const rest = third + all;
     const auto vectors = [&](T* columns, auto side) {
-        Substitution<T, N> substitution{n,        {memory, n},  {columns, n},  rest,
+        Substitution<T, N> substitution{n,        {memory, n},  {columns, n}, rest,
                                         rest + n, rest + 2 * n, rest + 3 * n, rest + 4 * n};
         const KeslStatus status = (substitution.*side)();
         if (status == keslStatusOk) substitution.normalise(im);

@@ -13,7 +13,7 @@ namespace kesl {
 struct SymRules {
     bool testsSum, testsHead; // of the reduction: whether a column is passed over for its sum of squares, for its head
     bool vectors;
-    bool reciprocal;          // rotations by 1 / r; P is then the product of the values, each once
+    bool reciprocal; // rotations by 1 / r; P is then the product of the values, each once
 };
 // clang-format off
 //                                        sum    head   vectors reciprocal
@@ -26,7 +26,7 @@ constexpr SymRules symVectorsArray    = { true,  true,  true,   true  };
 // ---- Masks: bool for one object.
 template <class V> MaskOf<V> everywhere() { return V{} == V{}; }
 inline bool without(bool x, bool y) { return x && !y; }
-template <class M> requires (lanes<M> > 1) M without(M x, M y) { return x & ~y; }
+template <class M> requires(lanes<M> > 1) M without(M x, M y) { return x & ~y; }
 template <class V> using Index = std::conditional_t<lanes<V> == 1, int, MaskOf<V>>;
 
 // ---- Where numbers are kept: read as x(i, j), written by set(value, i, j). With `single` they are kept as floats, while

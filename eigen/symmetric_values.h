@@ -43,8 +43,8 @@ struct EigenValuesSym {
     static constexpr bool canFail = true;
 
     // Order 2: a determinant up to this is singular. One member is more patient than its type.
-    template <class T, Form F, bool array>
-    static constexpr T singularUpTo = array && F == S ? T(0x1p-52) : Precision<T>::eps;
+    template <class T, Form F, bool array> static constexpr T singularUpTo =
+        array && F == S ? T(0x1p-52) : Precision<T>::eps;
 
     template <class T, Form F, class Count = One>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, Table<T> dst, Size order, Count count = {})
@@ -59,7 +59,7 @@ struct EigenValuesSym {
                     else {
                         Local<V, false, n> values;
                         if (!symValuesPack<rules>(a, values)) return keslStatusSingular;
-                        storeRun<n>(Spaced<T>{to, n * std::int64_t(sizeof(T))}, values.e[0]);
+                        storeTable<n>(to, values.e[0]);
                         return keslStatusOk;
                     }
                 });
@@ -83,6 +83,7 @@ struct EigenValuesSym {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct EigenValuesSym_m : EigenValuesSym {};
 struct EigenValuesSym_ma : EigenValuesSym {

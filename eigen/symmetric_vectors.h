@@ -52,7 +52,7 @@ template <class V, bool single, int n>
 {
     return symmetric<symVectorsArray, V>(a, values, z, Fixed<n>{}, eps, reductionEps, false) == keslStatusOk;
 }
-template <class V> using Doubles = Pack<double, std::min(widest, lanes<V> * int(sizeof(double)))>;
+template <class V> using Doubles = Pack<double, std::min(widest, lanes<V>* int(sizeof(double)))>;
 template <class V, int part> Doubles<V> partOf(V x)
 {
     if constexpr (lanes<V> == lanes<Doubles<V>>) return __builtin_convertvector(x, Doubles<V>);
@@ -118,7 +118,7 @@ struct EigenValuesVectorsSym {
                         Block<V, 1, n> values;
                         if (!symVectorsParts(x, values, limits<T, F, array>.reductionEps)) return keslStatusSingular;
                         store(dst, k, x);
-                        storeRun<n>(Spaced<T>{to, n * std::int64_t(sizeof(T))}, values.e[0]);
+                        storeTable<n>(to, values.e[0]);
                         return keslStatusOk;
                     }
                 });
@@ -144,6 +144,7 @@ struct EigenValuesVectorsSym {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct EigenValuesVectorsSym_m : EigenValuesVectorsSym {};
 struct EigenValuesVectorsSym_ma : EigenValuesVectorsSym {

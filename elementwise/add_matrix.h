@@ -30,6 +30,7 @@ struct StridesFirst {
     template <class T> static constexpr Checks checks = {"NCBS", "NCSBR", "NCSBR"};
 };
 
+// clang-format off
 // ---- The members.
 struct Add_mm   : SumOfMatrices<Plus>   {};
 struct Add_tm   : SumOfMatrices<Plus>   {};

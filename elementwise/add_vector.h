@@ -39,6 +39,7 @@ template <class Op> struct SumWithConstant {
     }
 };
 
+// clang-format off
 // ---- The measures of work, by what beside the array is read.
 struct MeasureOne       { static unsigned measure(unsigned len, unsigned count) { return len * (2 * count + 1); } };
 struct MeasureTwo       { static unsigned measure(unsigned len, unsigned count) { return 3 * len * count; } };

@@ -50,6 +50,7 @@ struct ScaledVectors {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct Mul_mc  : ScaledMatrix {};
 struct Mul_tc  : ScaledMatrix {};

@@ -34,13 +34,14 @@ struct LComb {
         map(One{}, len, One{}, Combine{}, dst, src1, src2, val1, val2);
         return keslStatusOk;
     }
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len, Count count, c<T> val1, c<T> val2)
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len,
+                                                                               Count count, c<T> val1, c<T> val2)
     {
         map(One{}, len, count, Combine{}, dst, src1, src2, val1, val2);
         return keslStatusOk;
     }
 };
+// clang-format off
 struct CombinedWithOne { static unsigned measure(unsigned len, unsigned count) { return len * (2 * count + 1); } };
 struct CombinedPairs   { static unsigned measure(unsigned len, unsigned count) { return 3 * len * count; } };
 

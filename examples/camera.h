@@ -61,8 +61,8 @@ inline void check(KeslStatus status, const char* call)
 // All points through one matrix.
 inline void transform(const Mat4& matrix, const std::vector<Vec3>& points, std::vector<Vec3>& result)
 {
-    check(keslAffineTransform3DH_mva_32f(matrix.data(), 16, 4, &points[0].x, sizeof(Vec3), 4, &result[0].x,
-                                         sizeof(Vec3), 4, int(points.size())),
+    check(keslAffineTransform3DH_mva_32f(matrix.data(), 16, 4, &points[0].x, sizeof(Vec3), 4, &result[0].x, sizeof(Vec3), 4,
+                                         int(points.size())),
           "keslAffineTransform3DH_mva_32f");
 }
 

@@ -10,8 +10,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace
-{
+namespace {
 
 std::string readFile(const std::string& path)
 {
@@ -32,8 +31,7 @@ constexpr std::string_view ignored[] = {"vp",    "cstype", "deg",    "bmat",    
                                         "bevel", "lod",    "usemap", "ctech",      "maplib",    "csh",      "call",
                                         "stech", "usemtl", "mtllib", "shadow_obj", "trace_obj", "c_interp", "d_interp"};
 
-class ObjReader
-{
+class ObjReader {
 public:
     ObjReader(const std::string& file, std::string_view content) : path(file), text(content) {}
 
@@ -80,8 +78,7 @@ private:
     }
     [[noreturn]] void outOfRange(long index, int kind) const
     {
-        fail("index " + std::to_string(index) + " is out of range, of " + std::to_string(counts[kind]) + " " +
-             kinds[kind]);
+        fail("index " + std::to_string(index) + " is out of range, of " + std::to_string(counts[kind]) + " " + kinds[kind]);
     }
 
     // As it may be shown in a message: short, and no control characters that would upset a terminal.

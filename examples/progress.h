@@ -5,8 +5,7 @@
 #include <exception>
 
 // Speaks once a second; work that is done before stays silent.
-class Progress
-{
+class Progress {
 public:
     Progress(const char* work, double steps) : what(work), total(steps) {}
 

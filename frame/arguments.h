@@ -105,8 +105,6 @@
 #define KESL_take_value(x, T)        kesl::c<KESL_T_##T>(x)
 #define KESL_decl_packed(x, T)       KESL_T_##T *x
 #define KESL_take_packed(x, T)       kesl::Packed<KESL_T_##T>(x)
-#define KESL_decl_results(x, T)      KESL_T_##T *x
-#define KESL_take_results(x, T)      kesl::Results<KESL_T_##T>(x)
 #define KESL_decl_table(T, x, each)  T *x
 #define KESL_take_table(T, x, each)  kesl::Table<T>(x, each)
 #define KESL_decl_size(x)            int x

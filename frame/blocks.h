@@ -52,9 +52,8 @@ template <class T, Kind kind, Form F> auto lanesOf(const Operand<T, kind, true, 
 // ---- One element of each object, lane by lane.
 template <class V> V gathered(auto at)
 {
-    return [&]<int... l>(std::integer_sequence<int, l...>) KESL_INLINE {
-        return V{*at(l)...};
-    }(std::make_integer_sequence<int, lanes<V>>{});
+    return [&]<int... l>(std::integer_sequence<int, l...>)
+               KESL_INLINE { return V{*at(l)...}; }(std::make_integer_sequence<int, lanes<V>>{});
 }
 template <class V> void scatter(auto at, V x)
 {
@@ -88,16 +87,23 @@ template <int p, int lanes, bool upper> struct Interleaved { // the elements of 
 template <int p, int lanes, int odd> struct Exchanged { // 16 bytes of two: 0 0 2 2, or 1 1 3 3
     static constexpr int of(int l) { return (l / p / 2 * 2 + odd) * p + l % p + l / p % 2 * lanes; }
 };
-template <int p, int lanes, int first, int step> struct Chosen { // 16 bytes of two, each from `first` on: 0 1 0 1, or 0 2 0 2
+template <int p, int lanes, int first, int step>
+struct Chosen { // 16 bytes of two, each from `first` on: 0 1 0 1, or 0 2 0 2
     static constexpr int of(int l) { return (first + l / p % 2 * step) * p + l % p + l / p / 2 * lanes; }
 };
-template <bool upper, class V> V interleave(V a, V b) { return shuffled<Interleaved<perPiece<16, V>, lanes<V>, upper>, lanes<V>>(a, b); }
+template <bool upper, class V> V interleave(V a, V b)
+{
+    return shuffled<Interleaved<perPiece<16, V>, lanes<V>, upper>, lanes<V>>(a, b);
+}
 template <bool upper, class V> V interleavePairs(V a, V b)
 {
     using D = Pack<double, sizeof(V)>;
     return V(interleave<upper>(D(a), D(b)));
 }
-template <int odd, class V> V exchange(V a, V b) { return shuffled<Exchanged<perPiece<16, V>, lanes<V>, odd>, lanes<V>>(a, b); }
+template <int odd, class V> V exchange(V a, V b)
+{
+    return shuffled<Exchanged<perPiece<16, V>, lanes<V>, odd>, lanes<V>>(a, b);
+}
 template <int first, int step, class V> V choose(V a, V b)
 {
     return shuffled<Chosen<perPiece<16, V>, lanes<V>, first, step>, lanes<V>>(a, b);
@@ -178,7 +184,8 @@ template <int n, class V, int bytes = sizeof(V)> [[gnu::always_inline]] inline v
 #pragma GCC unroll 16
     for (int e = 0; e < pieces; e += c) storePieces<bytes>(at + e, x + e);
     if constexpr (rest > 0 && bytes > 16) {
-        if constexpr (rest < perPiece<16, V> && rest > 1 && pieces > 0) storePieces<16>(at + (n - perPiece<16, V>), x + (n - perPiece<16, V>));
+        if constexpr (rest < perPiece<16, V> && rest > 1 && pieces > 0)
+            storePieces<16>(at + (n - perPiece<16, V>), x + (n - perPiece<16, V>));
         else storeRun<rest, V, bytes / 2>(at + pieces, x + pieces);
     } else
 #pragma GCC unroll 4
@@ -215,19 +222,17 @@ template <bool record, int height, int width, class V, class T, Kind kind, Form 
 #pragma GCC unroll 8
         for (int i = 0; i < height; ++i) loadRun<width>(movedRow(at, std::int64_t(i) * src.stride1), x.e[i]);
     } else if constexpr (inL(F))
-        eachElement<height, width>([&](int i, int j) {
-            x(i, j) = gathered<V>([&](int l) { return &src.stored(first + l, width)(i, j); });
-        });
+        eachElement<height, width>(
+            [&](int i, int j) { x(i, j) = gathered<V>([&](int l) { return &src.stored(first + l, width)(i, j); }); });
     else {
         const auto object = src.stored(first, width);
         if (src.stride0 == src.elementSize)
             eachElement<height, width>([&](int i, int j) { x(i, j) = loadPack<V>(&object(i, j)); });
-        else
-            eachElement<height, width>([&](int i, int j) { x(i, j) = gathered<V>(Spaced<T>{&object(i, j), src.stride0}); });
+        else eachElement<height, width>([&](int i, int j) { x(i, j) = gathered<V>(Spaced<T>{&object(i, j), src.stride0}); });
     }
 }
-template <bool record, int height, int width, class V, class T, Kind kind, Form F>
-[[gnu::always_inline]] inline void storeStored(const Operand<T, kind, true, F>& dst, int first, const Block<V, height, width>& x)
+template <bool record, int height, int width, class V, class T, Kind kind, Form F> [[gnu::always_inline]] inline void
+storeStored(const Operand<T, kind, true, F>& dst, int first, const Block<V, height, width>& x)
 {
     if constexpr (contiguousRows(F)) {
         const auto at = lanesOf(dst, first);
@@ -236,19 +241,33 @@ template <bool record, int height, int width, class V, class T, Kind kind, Form 
 #pragma GCC unroll 8
         for (int i = 0; i < height; ++i) storeRun<width>(movedRow(at, std::int64_t(i) * dst.stride1), x.e[i]);
     } else if constexpr (inL(F))
-        eachElement<height, width>([&](int i, int j) {
-            scatter([&](int l) { return &dst.stored(first + l, width)(i, j); }, x(i, j));
-        });
+        eachElement<height, width>(
+            [&](int i, int j) { scatter([&](int l) { return &dst.stored(first + l, width)(i, j); }, x(i, j)); });
     else {
         const auto object = dst.stored(first, width);
         if (dst.stride0 == dst.elementSize)
             eachElement<height, width>([&](int i, int j) { storePack(&object(i, j), x(i, j)); });
-        else
-            eachElement<height, width>([&](int i, int j) { scatter(Spaced<T>{&object(i, j), dst.stride0}, x(i, j)); });
+        else eachElement<height, width>([&](int i, int j) { scatter(Spaced<T>{&object(i, j), dst.stride0}, x(i, j)); });
     }
 }
 
 // ---- Vectors one behind another, without a gap.
+
+// Of a table: n elements of each object.
+template <int n, class V> [[gnu::always_inline]] inline void loadTable(const ElementOf<V>* table, V* x)
+{
+    V run[n];
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) run[i] = loadPack<V>(table + i * lanes<V>);
+    runToObjects<n>(run, x);
+}
+template <int n, class V> [[gnu::always_inline]] inline void storeTable(ElementOf<V>* table, const V* x)
+{
+    V run[n];
+    objectsToRun<n>(x, run);
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) storePack(table + i * lanes<V>, run[i]);
+}
 
 // An operand that is known to be such a run.
 template <class O> struct Run : O {};
@@ -288,10 +307,7 @@ template <int height, int width, bool record = false, class V, class O>
         loadStored<record>(src, k.first, stored);
         eachElement<height, width>([&](int i, int j) { x(i, j) = stored(j, i); });
     } else if constexpr (isRun<O>) {
-        V run[width];
-#pragma GCC unroll 8
-        for (int i = 0; i < width; ++i) run[i] = loadPack<V>(src.address(k.first) + i * lanes<V>);
-        runToObjects<width>(run, x.e[0]);
+        loadTable<width>(src.address(k.first), x.e[0]);
     } else loadStored<record>(src, k.first, x);
     return x;
 }
@@ -302,10 +318,7 @@ template <bool record = false, int height, int width, class V, class O>
         const auto object = dst.object(k.first, height, width);
         eachElement<height, width>([&](int i, int j) { object(i, j) = x(i, j); });
     } else if constexpr (isRun<O>) {
-        V run[width];
-        objectsToRun<width>(x.e[0], run);
-#pragma GCC unroll 8
-        for (int i = 0; i < width; ++i) storePack(dst.address(k.first) + i * lanes<V>, run[i]);
+        storeTable<width>(dst.address(k.first), x.e[0]);
     } else storeStored<record>(dst, k.first, x);
 }
 

@@ -21,8 +21,9 @@ template <class... Args> int measured(auto measure, const Args&... args)
 // The kernel for all objects of the call: the one for contiguous rows if every stride2 is the element size.
 template <Form F, class... Args> inline KeslStatus serially(auto kernel, auto general, const Args&... args)
 {
-    if constexpr (std::is_same_v<decltype(kernel), decltype(general)>) return call<F>(general, args...); // P, and where one serves all
-    else return (args.rowsAreContiguous() && ...) ? call<F == S2 ? S : L>(kernel, args...) : call<F>(general, args...);
+    if constexpr (std::is_same_v<decltype(kernel), decltype(general)>)
+        return call<F>(general, args...); // P, and where one serves all
+    else return (args.rowsAreContiguous() && ...) ? call < F == S2 ? S : L > (kernel, args...) : call<F>(general, args...);
 }
 
 // The body of an exported function.
@@ -45,7 +46,8 @@ template <class Member, class T, class Kernel, class General, class Wrapper, cla
 template <class Member, class T, class... Args> inline KeslStatus direct(const Args&... args)
 {
     constexpr Sequence sequence = [] {
-        if constexpr (requires { Member::template sequence<T, Args::form...>; }) return Member::template sequence<T, Args::form...>;
+        if constexpr (requires { Member::template sequence<T, Args::form...>; })
+            return Member::template sequence<T, Args::form...>;
         else return checksOf<Member, T, Args...>().of(std::max({Args::form...}));
     }();
     if (const KeslStatus status = checkAll<Member, sequence>(args...)) return status;

@@ -14,8 +14,16 @@ namespace kesl {
 //     <  the sources   >  the destinations   -  all but the first
 struct Sequence {
     char letters[16] = {};
-    consteval Sequence(const char* s) { for (int i = 0; s[i]; ++i) letters[i] = s[i]; }
-    constexpr bool has(char c) const { for (char l : letters) if (l == c) return true; return false; }
+    consteval Sequence(const char* s)
+    {
+        for (int i = 0; s[i]; ++i) letters[i] = s[i];
+    }
+    constexpr bool has(char c) const
+    {
+        for (char l : letters)
+            if (l == c) return true;
+        return false;
+    }
 };
 
 struct Checks {
@@ -58,7 +66,8 @@ inline KeslStatus check(const Args&... args)
     if constexpr (letter == 'M')
         return std::apply(Member::sizesMatch, std::tuple_cat(args.sizes()...)) ? keslStatusOk : keslStatusSizeMismatch;
     if constexpr (letter == 'B')
-        return all([](auto& a) { return a.stridesOk() && (stride0Deferred || a.stride0Ok()); }) ? keslStatusOk : keslStatusBadStride;
+        return all([](auto& a) { return a.stridesOk() && (stride0Deferred || a.stride0Ok()); }) ? keslStatusOk
+                                                                                                : keslStatusBadStride;
     if constexpr (letter == 'b')
         return countOf(args...) <= 1 || all([](auto& a) { return a.stride0Ok(); }) ? keslStatusOk : keslStatusBadStride;
     if constexpr (letter == 'R') return all([](auto& a) { return a.shiftOk(); }) ? keslStatusOk : keslStatusBadRoiShift;

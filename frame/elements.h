@@ -39,7 +39,8 @@ template <class V, class O> [[gnu::always_inline]] inline V loadElement(const O&
         return o.stride0 == o.elementSize ? loadPack<V>(p) : gathered<V>(spaced(p, o.stride0));
     }
 }
-template <class V, class O> [[gnu::always_inline]] inline void storeElement(const O& o, int first, int i, int j, int width, V x)
+template <class V, class O>
+[[gnu::always_inline]] inline void storeElement(const O& o, int first, int i, int j, int width, V x)
 {
     if constexpr (inL(O::form)) scatter([&](int l) { return &o.stored(first + l, width)(i, j); }, x);
     else {

@@ -28,7 +28,9 @@ constexpr int widest = 32;
 constexpr int widest = 16;
 #endif
 
-template <class T, int bytes> struct PackOf { typedef T type __attribute__((vector_size(bytes))); };
+template <class T, int bytes> struct PackOf {
+    typedef T type __attribute__((vector_size(bytes)));
+};
 template <class T, int bytes = widest> using Pack = typename PackOf<std::remove_const_t<T>, bytes>::type;
 
 template <class V> struct LanesOf {
@@ -50,17 +52,17 @@ template <class V> V splat(ElementOf<V> x)
     else return x - V{};
 }
 
-inline float  abs(float x) { return std::fabs(x); }
+inline float abs(float x) { return std::fabs(x); }
 inline double abs(double x) { return std::fabs(x); }
-template <class V> requires (lanes<V> > 1) V abs(V x)
+template <class V> requires(lanes<V> > 1) V abs(V x)
 {
     if constexpr (sizeof(ElementOf<V>) == 4) return V(MaskOf<V>(x) & 0x7fffffff);
     else return V(MaskOf<V>(x) & 0x7fffffffffffffff);
 }
 
-inline float  sqrt(float x) { return std::sqrt(x); }
+inline float sqrt(float x) { return std::sqrt(x); }
 inline double sqrt(double x) { return std::sqrt(x); }
-template <class V> requires (lanes<V> > 1) V sqrt(V x)
+template <class V> requires(lanes<V> > 1) V sqrt(V x)
 {
     constexpr bool single = sizeof(ElementOf<V>) == 4;
     if constexpr (sizeof(V) == 16 && single) return V(_mm_sqrt_ps(__m128(x)));
@@ -75,6 +77,20 @@ template <class V> requires (lanes<V> > 1) V sqrt(V x)
 #endif
 }
 
+// A store past the caches, to an address that is a multiple of the pack's size. drained() orders such stores before all
+// that follow: other threads would see them late.
+template <class V> void storePastCaches(void* p, V x)
+{
+    if constexpr (sizeof(V) == 16) _mm_stream_si128(static_cast<__m128i*>(p), __m128i(x));
+#if defined(__AVX2__)
+    else if constexpr (sizeof(V) == 32) _mm256_stream_si256(static_cast<__m256i*>(p), __m256i(x));
+#endif
+#if defined(__AVX512F__)
+    else _mm512_stream_si512(static_cast<__m512i*>(p), __m512i(x));
+#endif
+}
+inline void drained() { _mm_sfence(); }
+
 // Half of the lanes of a pack of floats, the lower or the upper, as doubles; and both back, rounded.
 template <int half, class V> Pack<double, sizeof(V)> widened(V x)
 {
@@ -87,14 +103,13 @@ template <class V> V narrowed(Pack<double, sizeof(V)> lower, Pack<double, sizeof
 {
     using Half = typename PackOf<float, int(sizeof(V)) / 2>::type;
     const Half a = __builtin_convertvector(lower, Half), b = __builtin_convertvector(upper, Half);
-    return [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-        return V(__builtin_shufflevector(a, b, i...));
-    }(std::make_integer_sequence<int, lanes<V>>{});
+    return [&]<int... i>(std::integer_sequence<int, i...>)
+               KESL_INLINE { return V(__builtin_shufflevector(a, b, i...)); }(std::make_integer_sequence<int, lanes<V>>{});
 }
 
 // Whether a mask holds in any lane.
 inline bool any(bool mask) { return mask; }
-template <class M> requires (lanes<M> > 1) bool any(M mask)
+template <class M> requires(lanes<M> > 1) bool any(M mask)
 {
     if constexpr (sizeof(M) == 16) return _mm_movemask_epi8((__m128i)mask) != 0;
 #if defined(__AVX2__)
@@ -108,9 +123,8 @@ template <class M> requires (lanes<M> > 1) bool any(M mask)
 // n lanes of a and b: lane i of the result is lane Index::of(i) of a, those of b counting on.
 template <class Index, int n, class V> auto shuffled(V a, V b)
 {
-    return [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-        return __builtin_shufflevector(a, b, Index::of(i)...);
-    }(std::make_integer_sequence<int, n>{});
+    return [&]<int... i>(std::integer_sequence<int, i...>)
+               KESL_INLINE { return __builtin_shufflevector(a, b, Index::of(i)...); }(std::make_integer_sequence<int, n>{});
 }
 
 // A pack from pieces of some bytes; piece(i) is the i-th. The instructions take a piece from memory at no cost.
@@ -123,7 +137,8 @@ template <class V, int bytes> V joined(auto piece)
         return V(_mm256_insertf128_si256(_mm256_castsi128_si256(__m128i(first)), __m128i(piece(1)), 1));
 #endif
 #if defined(__AVX512F__)
-    else if constexpr (bytes == 32) return V(_mm512_inserti64x4(_mm512_castsi256_si512(__m256i(first)), __m256i(piece(1)), 1));
+    else if constexpr (bytes == 32)
+        return V(_mm512_inserti64x4(_mm512_castsi256_si512(__m256i(first)), __m256i(piece(1)), 1));
     else {
         __m512i all = _mm512_castsi128_si512(__m128i(first));
         all = _mm512_inserti32x4(all, __m128i(piece(1)), 1);

@@ -24,6 +24,9 @@ template <class V, class T> [[gnu::always_inline]] inline void mapStep(std::int6
     storePack<V>(dst + e, f(valueAt<V>(src, e)...));
     e += lanes<V>;
 }
+// So many bytes of results, with at least as many of sources, leave the caches of usual processors: they are written past
+// them, which saves reading what is overwritten.
+constexpr std::int64_t leavesCaches = 32 << 20;
 // Steps of `bytes` and their doubles, to where dst is aligned for the widest pack.
 template <int bytes, class T> [[gnu::always_inline]] inline void mapHead(std::int64_t& e, auto f, T* dst, auto... src)
 {
@@ -31,18 +34,24 @@ template <int bytes, class T> [[gnu::always_inline]] inline void mapHead(std::in
     if constexpr (2 * bytes < widest) mapHead<2 * bytes>(e, f, dst, src...);
 }
 // Steps of `bytes` and their halves, each of which is needed once at the most.
-template <int bytes, class T> [[gnu::always_inline]] inline void mapTail(std::int64_t& e, std::int64_t n, auto f, T* dst, auto... src)
+template <int bytes, class T>
+[[gnu::always_inline]] inline void mapTail(std::int64_t& e, std::int64_t n, auto f, T* dst, auto... src)
 {
     using V = PackOrElement<T, bytes>;
     if (n - e >= lanes<V>) mapStep<V>(e, f, dst, src...);
     if constexpr (bytes > sizeof(T)) mapTail<bytes / 2>(e, n, f, dst, src...);
 }
-// From element e to n.
-template <class T> [[gnu::always_inline]] inline void mapBody(std::int64_t e, std::int64_t n, auto f, T* dst, auto... src)
+// From element e to n. `past` the caches: dst is aligned then, and the caller waits for it.
+template <bool past = false, class T>
+[[gnu::always_inline]] inline void mapBody(std::int64_t e, std::int64_t n, auto f, T* dst, auto... src)
 {
     using V = Pack<T>;
+    if constexpr (past)
 #pragma GCC unroll 4
-    while (n - e >= lanes<V>) mapStep<V>(e, f, dst, src...);
+        for (; n - e >= lanes<V>; e += lanes<V>) storePastCaches(dst + e, f(valueAt<V>(src, e)...));
+    else
+#pragma GCC unroll 4
+        while (n - e >= lanes<V>) mapStep<V>(e, f, dst, src...);
     mapTail<widest / 2>(e, n, f, dst, src...);
 }
 template <class T> constexpr int longRun = 8 * lanes<Pack<T>>; // then stores should not cross cache lines
@@ -53,15 +62,27 @@ template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, aut
     mapBody(e, n, f, dst, src...);
 }
 
+// body(Fixed<past>, e) with the place e behind the head.
+template <class T> [[gnu::always_inline]] inline void mapFromHead(std::int64_t n, auto f, T* dst, auto body, auto... src)
+{
+    std::int64_t e = 0;
+    if (n >= longRun<T>) mapHead<sizeof(T)>(e, f, dst, src...);
+    if (n > leavesCaches / std::int64_t(sizeof(T)) && reinterpret_cast<std::uintptr_t>(dst + e) % widest == 0) {
+        body(Fixed<true>{}, e);
+        drained();
+    } else body(Fixed<false>{}, e);
+}
+// A run of whole objects.
+template <class T> void mapObjects(std::int64_t n, auto f, T* dst, auto... src)
+{
+    mapFromHead(
+        n, f, dst, [&](auto past, std::int64_t e) KESL_INLINE { mapBody<past>(e, n, f, dst, src...); }, src...);
+}
+
 // Data as they are: nothing that could alter the bits of a NaN.
 struct Move {
     auto operator()(auto x) const { return x; }
 };
-template <class T> [[gnu::always_inline]] inline void mapRun(std::int64_t n, Move f, T* dst, const T* src)
-{
-    if (n < 4 * longRun<T>) mapBody(0, n, f, dst, src);
-    else std::memcpy(dst, src, std::size_t(n) * sizeof(T));
-}
 
 // ---- One object, by any views. h and w are its sizes where these are fixed, and 0 where not.
 template <int h, int w> [[gnu::always_inline]] inline void mapObject(int height, int width, auto f, auto dst, auto... src)
@@ -78,13 +99,13 @@ template <int h, int w> [[gnu::always_inline]] inline void mapObject(int height,
 }
 
 // ---- A record of order n that is read transposed. Where a few packs hold it, its elements are exchanged in registers, but
-// for small ones of doubles: their packs would mostly cross cache lines.
+// for doubles: too few of them are in a pack for that to be faster than pairs.
 template <int n, class T> constexpr int packOfRecord() // the lanes of the packs, or 0
 {
     int most = widest / int(sizeof(T));
     while (most > n * n) most /= 2;
     const int packs = (n * n + most - 1) / most;
-    return packs <= (widest < 64 ? 2 : 5) && (sizeof(T) == 4 || n >= 5) ? most : 0;
+    return packs <= (widest < 64 ? 2 : 5) && sizeof(T) == 4 ? most : 0;
 }
 template <int n, class V> struct RecordInPacks { // the last pack ends with the record
     static constexpr int packs = (n * n + lanes<V> - 1) / lanes<V>;
@@ -124,7 +145,10 @@ template <int which, int n, class V, class T> [[gnu::always_inline]] inline V pa
 {
     return shuffled<OfPairs<which>, 2>(loadPack<V>(src + e), loadPack<V>(src + e + n));
 }
-template <int which, int n, class V, class T> [[gnu::always_inline]] inline V pairAt(Same<T> src, int) { return splat<V>(src.x); }
+template <int which, int n, class V, class T> [[gnu::always_inline]] inline V pairAt(Same<T> src, int)
+{
+    return splat<V>(src.x);
+}
 
 template <int n, class T> [[gnu::always_inline]] inline void mapTransposed(auto f, T* dst, auto... src)
 {
@@ -184,7 +208,7 @@ template <class V, class T> int moveTransposed(int j, int first, int last, int w
     }
     return j;
 }
-template <int h, int, class T> requires (h == 0)
+template <int h, int, class T> requires(h == 0)
 inline void mapObject(int height, int width, Move, Rows<T> dst, Transposed<Rows<const T>> src)
 {
     constexpr int block = 64; // rows of dst, so that their pages stay known
@@ -240,7 +264,7 @@ template <class O> struct Periodic {
     const auto* from(std::int64_t element) const { return p + element; }
     const auto* object(int k, int n) const { return p + std::int64_t(k) * n; }
 };
-template <class O> requires (!O::isArray && !isConstant<O>) struct Periodic<O> {
+template <class O> requires(!O::isArray && !isConstant<O>) struct Periodic<O> {
     using T = typename O::Element;
     int each;
     T e[mostRepeated * (16 + 1)];
@@ -250,7 +274,8 @@ template <class O> requires (!O::isArray && !isConstant<O>) struct Periodic<O> {
         for (int i = 0; i < height; ++i)
             for (int j = 0; j < width; ++j) e[i * width + j] = single(i, j);
         const int all = each * (std::min(count, objectsPerPiece(each)) + 1);
-        for (int done = each; done < all; done *= 2) std::memcpy(e + done, e, std::size_t(std::min(done, all - done)) * sizeof *e);
+        for (int done = each; done < all; done *= 2)
+            std::memcpy(e + done, e, std::size_t(std::min(done, all - done)) * sizeof *e);
     }
     const T* from(std::int64_t element) const { return e + element % each; }
     const T* object(int, int) const { return e; }
@@ -260,7 +285,7 @@ template <class O> requires isByValue<O> struct Periodic<O> {
     Periodic(const O& o, int, int, int) : same{o.x} {}
     auto from(std::int64_t) const { return same; }
 };
-template <class O> requires (O::isArray && isConstant<O>) struct Periodic<O> {
+template <class O> requires(O::isArray && isConstant<O>) struct Periodic<O> {
     O o;
     Periodic(const O& constants, int, int, int) : o(constants) {}
     template <class V> V each(int k) const
@@ -274,9 +299,12 @@ template <class O> requires (O::isArray && isConstant<O>) struct Periodic<O> {
 template <class T> void mapPieces(int each, int count, auto f, T* dst, const auto&... src)
 {
     const std::int64_t n = std::int64_t(each) * count, piece = each * objectsPerPiece(each);
-    std::int64_t e = 0;
-    if (n >= longRun<T>) mapHead<sizeof(T)>(e, f, dst, src.from(0)...);
-    for (; e < n; e += piece) mapBody(0, std::min(piece, n - e), f, dst + e, src.from(e)...);
+    mapFromHead(
+        n, f, dst,
+        [&](auto past, std::int64_t e) KESL_INLINE {
+            for (; e < n; e += piece) mapBody<past>(0, std::min(piece, n - e), f, dst + e, src.from(e)...);
+        },
+        src.from(0)...);
 }
 
 // Vectors of a fixed length n with a constant for each: as many as a pack has lanes are n packs, over which the constants
@@ -301,7 +329,8 @@ template <int n, class T> [[gnu::always_inline]] inline void mapVectors(int coun
         T* const to = dst + std::int64_t(k.first) * n;
         const auto step = [&](auto... packs) KESL_INLINE {
             const auto store = [&](auto e) KESL_INLINE { storePack<V>(to + e * lanes<V>, f(packs(e)...)); };
-            [&]<int... e>(std::integer_sequence<int, e...>) KESL_INLINE { (store(Fixed<e>{}), ...); }(std::make_integer_sequence<int, n>{});
+            [&]<int... e>(std::integer_sequence<int, e...>)
+                KESL_INLINE { (store(Fixed<e>{}), ...); }(std::make_integer_sequence<int, n>{});
         };
         step(packsOf<n, V>(src, k.first)...);
         return KeslStatus(keslStatusOk);
@@ -357,10 +386,11 @@ template <class Dst, class... Src>
     constexpr bool array = Dst::isArray;
     constexpr bool standard = Dst::form == S && ((isConstant<Src> || Src::form == S) && ...);
     constexpr bool contiguous = contiguousRows(Dst::form) && ((isConstant<Src> || contiguousRows(Src::form)) && ...);
-    constexpr bool noneContiguous = !contiguousRows(Dst::form) && ((!isArrayOfObjects<Src> || !contiguousRows(Src::form)) && ...);
+    constexpr bool noneContiguous =
+        !contiguousRows(Dst::form) && ((!isArrayOfObjects<Src> || !contiguousRows(Src::form)) && ...);
     constexpr bool constants = ((isConstant<Src> && Src::isArray) || ...); // of vectors only
     constexpr bool transposedArray = ((isTransposed<Src> && Src::isArray) || ...);
-    constexpr bool transposedOnly = contiguous && ((isTransposed<Src> || isByValue<Src>) && ...) && (isTransposed<Src> || ...);
+    constexpr bool transposedOnly = contiguous && ((isTransposed<Src> || isByValue<Src>)&&...) && (isTransposed<Src> || ...);
     const std::int64_t each = std::int64_t(height) * width;
 
     if constexpr (array && standard)
@@ -374,8 +404,8 @@ template <class Dst, class... Src>
                     }
                 });
                 if (done) return;
-            } else if constexpr (((isArrayOfObjects<Src> || isConstant<Src>) && ...))
-                return mapRun(each * count, f, dst.address(0), Periodic<Src>(src, height, width, count).from(0)...);
+            } else if constexpr (((isArrayOfObjects<Src> || isConstant<Src>)&&...))
+                return mapObjects(each * count, f, dst.address(0), Periodic<Src>(src, height, width, count).from(0)...);
             else if (each <= mostRepeated && count >= fewObjects)
                 return mapPieces(int(each), count, f, dst.address(0), Periodic<Src>(src, height, width, count)...);
         }
@@ -420,7 +450,7 @@ template <class Dst, class... Src>
 {
     constexpr Form F = decltype(o)::form;
     if constexpr (F == S2 || F == LS2)
-        if (o.rowsAreContiguous()) return f(o.template as<F == S2 ? S : L>());
+        if (o.rowsAreContiguous()) return f(o.template as < F == S2 ? S : L > ());
     f(o);
 }
 inline void move(auto height, int width, auto count, const auto& dst, const auto& src)

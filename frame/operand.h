@@ -21,11 +21,11 @@ struct Argument {
     bool pointerOk() const { return true; }
     bool countOk() const { return true; }
     bool sizeOk() const { return true; }
-    bool stridesOk() const { return true; }       // stride1 and stride2
+    bool stridesOk() const { return true; } // stride1 and stride2
     bool stride0Ok() const { return true; }
     bool shiftOk() const { return true; }
     bool rowsAreContiguous() const { return true; }
-    std::tuple<> sizes() const { return {}; }     // what a work measure and a scratch size are made of
+    std::tuple<> sizes() const { return {}; } // what a work measure and a scratch size are made of
 };
 
 enum class Kind { matrix, transposed, vector, constants };
@@ -77,10 +77,13 @@ template <class T, Kind K, bool array, Form F> struct Operand {
     // ---- its arguments in the list of kernel form G
     template <Form G> auto list() const
     {
-        constexpr auto given = [](auto has, int x) { if constexpr (has) return std::tuple(x); else return std::tuple(); };
-        return std::tuple_cat(std::tuple(p), given(std::bool_constant<lists>{}, shift), given(std::bool_constant<has0>{}, stride0),
-                              given(std::bool_constant<has1>{}, stride1),
-                              given(std::bool_constant<has2 && !contiguousRows(G)>{}, stride2));
+        constexpr auto given = [](auto has, int x) {
+            if constexpr (has) return std::tuple(x);
+            else return std::tuple();
+        };
+        return std::tuple_cat(std::tuple(p), given(std::bool_constant<lists>{}, shift),
+                              given(std::bool_constant<has0>{}, stride0), given(std::bool_constant<has1>{}, stride1),
+                              given(std::bool_constant < has2 && !contiguousRows(G) > {}, stride2));
     }
 
     // ---- object k as a view of height by width elements, the sizes being those of the matrix as it is read
@@ -98,24 +101,26 @@ template <class T, Kind K, bool array, Form F> struct Operand {
         else return Grid<T>{address(k), stride1, stride2};
     }
     // The first element of object k, where it does not depend on a list of elements.
-    T* address(int k) const requires (!(lists && F == P))
+    T* address(int k) const requires(!(lists && F == P))
     {
         if constexpr (lists) return moved(p[k], shift);
         else return moved(p, std::int64_t(k) * stride0);
     }
     // Object k as a single operand.
-    auto single([[maybe_unused]] int k) const requires (!(array && F == P))
+    auto single([[maybe_unused]] int k) const requires(!(array && F == P))
     {
         if constexpr (!array) return *this;
-        else return Operand<T, kind, false, inL(F) ? (F == L ? S : S2) : F>{.p = address(k), .stride1 = stride1, .stride2 = stride2};
+        else
+            return Operand < T, kind, false,
+                   inL(F) ? (F == L ? S : S2) : F > {.p = address(k), .stride1 = stride1, .stride2 = stride2};
     }
 };
 
-template <class T, Form F> using m  = Operand<T, Kind::matrix, false, F>;
+template <class T, Form F> using m = Operand<T, Kind::matrix, false, F>;
 template <class T, Form F> using ma = Operand<T, Kind::matrix, true, F>;
-template <class T, Form F> using t  = Operand<T, Kind::transposed, false, F>;
+template <class T, Form F> using t = Operand<T, Kind::transposed, false, F>;
 template <class T, Form F> using ta = Operand<T, Kind::transposed, true, F>;
-template <class T, Form F> using v  = Operand<T, Kind::vector, false, F>;
+template <class T, Form F> using v = Operand<T, Kind::vector, false, F>;
 template <class T, Form F> using va = Operand<T, Kind::vector, true, F>;
 template <class T, Form F> using ca = Operand<T, Kind::constants, true, F>;
 
@@ -181,20 +186,15 @@ template <class T> struct Buffer : Argument {
     template <Form> std::tuple<T*> list() const { return p; }
 };
 
-// A destination of one value for each object, one behind the other in every layout.
-template <class T> struct Results : Argument {
-    T* p;
-    explicit Results(T* pointer) : p(pointer) {}
-    bool pointerOk() const { return p != nullptr; }
-    Results slice(int start, int, void*) const { return Results(p + start); }
-    template <Form> std::tuple<T*> list() const { return p; }
-};
-
 // How many objects the call treats: the Count of its list, or one.
 template <class... Args> int countOf(const Args&... args)
 {
     int count = 1;
-    ([&] { if constexpr (std::is_same_v<Args, Count>) count = args; }(), ...);
+    (
+        [&] {
+            if constexpr (std::is_same_v<Args, Count>) count = args;
+        }(),
+        ...);
     return count;
 }
 

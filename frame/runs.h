@@ -32,7 +32,7 @@ template <template <int, int> class Step, int m, class V> [[gnu::always_inline]]
 {
     [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
         ((y[i % m] = shuffled<Step<i % m, 1 + i / m>, lanes<V>>(i < m ? x[0] : y[i % m], x[1 + i / m])), ...);
-    }(std::make_integer_sequence<int, m * (m - 1)>{});
+    }(std::make_integer_sequence<int, m*(m - 1)>{});
 }
 
 template <int lanes, bool upper> struct Halves { // of two packs

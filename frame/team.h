@@ -9,7 +9,9 @@ extern "C" int ownGetNumThreads(); // the companion library's
 
 namespace kesl {
 
-struct Slice { int start, count; };
+struct Slice {
+    int start, count;
+};
 
 // Slices of equal size in thread order, the first count % threads of them with one object more.
 inline Slice sliceOf(int thread, int quotient, int remainder)

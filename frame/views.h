@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <type_traits>
 
-#define KESL_INLINE __attribute__((always_inline)) // where an attribute of C++ cannot stand: behind the parameters of a lambda
+#define KESL_INLINE                                                                                                         \
+    __attribute__((always_inline)) // where an attribute of C++ cannot stand: behind the parameters of a lambda
 
 namespace kesl {
 

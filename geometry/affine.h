@@ -18,7 +18,8 @@ struct AffineTransform3DH_mva {
         const auto m = load<4, 4>(src1, Objects<T>{0});
         // Distances that the compiler knows let it treat several points at once.
         constexpr int e = sizeof(T);
-        if (F == S && src2.stride0 == 3 * e && dst.stride0 == 3 * e) return transform<T>(m, src2, dst, count, Fixed<3 * e>{});
+        if (F == S && src2.stride0 == 3 * e && dst.stride0 == 3 * e)
+            return transform<T>(m, src2, dst, count, Fixed<3 * e>{});
         if (F == S2 && src2.stride0 == e && dst.stride0 == e) return transform<T>(m, src2, dst, count, Fixed<e>{});
         return transform<T>(m, src2, dst, count, 0);
     }
@@ -51,5 +52,6 @@ struct AffineTransform3DH_mva {
 } // namespace kesl
 
 // ---- Its functions: the only member is in single precision and in the standard layout.
+// clang-format off
 #define KESL_AFFINE(as, F, T, a, b, d) as##_in(a, src1, F, T), as##_in(b, src2, F, T), as##_out(d, dst, F, T), as##_count(count)
 #define KESL_AFFINE_MVA(X)             X(AffineTransform3DH, mva, 32f, KESL_AFFINE, m, va, va)

@@ -37,8 +37,8 @@ struct Copy_ma {
     static void run(auto src, auto dst, Size width, Size height, Count count) { move(int(height), width, count, dst, src); }
 };
 struct Copy_va {
-    template <class T, Form from, Form to, Form...>
-    static constexpr Sequence sequence = sizeof(T) == 4 ? copyChecksOf(from, to).va32f : copyChecksOf(from, to).va64f;
+    template <class T, Form from, Form to, Form...> static constexpr Sequence sequence =
+        sizeof(T) == 4 ? copyChecksOf(from, to).va32f : copyChecksOf(from, to).va64f;
     static void run(auto src, auto dst, Size len, Count count) { move(One{}, len, count, dst, src); }
 };
 
@@ -137,6 +137,7 @@ struct LoadIdentity_ma {
 
 } // namespace kesl
 
+// clang-format off
 // ---- Their functions, by module: the kinds of the operands. In Copy, F is the form of the source and G of the destination.
 #define KESL_COPIED_M(as, F, T, G)     as##_in(ma, src, F, T), as##_out(ma, dst, G, T), as##_size(width), as##_size(height), \
                                        as##_count(count)
@@ -147,7 +148,6 @@ struct LoadIdentity_ma {
 #define KESL_EXTRACTED_VA(as, F, T, a) KESL_EXTRACTED_V(as, F, T, a), as##_count(count)
 #define KESL_IDENTITY(as, F, T, d)     as##_out(d, dst, F, T), as##_size(width), as##_size(height), as##_count(count)
 
-// clang-format off
 #define KESL_COPY(shape, T, LIST)                                                                                   \
     KESL_DIRECT(Copy, shape, T, S2,  _SS, LIST, S2)  KESL_DIRECT(Copy, shape, T, S2,  _SL, LIST, LS2)  KESL_DIRECT(Copy, shape, T, S2,  _SP, LIST, P) \
     KESL_DIRECT(Copy, shape, T, LS2, _LS, LIST, S2)  KESL_DIRECT(Copy, shape, T, LS2, _LL, LIST, LS2)  KESL_DIRECT(Copy, shape, T, LS2, _LP, LIST, P) \
@@ -159,4 +159,3 @@ struct LoadIdentity_ma {
 #define KESL_LOAD_IDENTITY(T)                                                                                       \
     KESL_DIRECT(LoadIdentity, ma, T, S2, , KESL_IDENTITY, ma)  KESL_DIRECT(LoadIdentity, ma, T, LS2, _L, KESL_IDENTITY, ma) \
     KESL_DIRECT(LoadIdentity, ma, T, P, _P, KESL_IDENTITY, ma)
-// clang-format on

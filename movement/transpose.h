@@ -21,6 +21,7 @@ struct Transpose_ma : Transpose {};
 
 } // namespace kesl
 
+// clang-format off
 // ---- Their functions, by module: the kinds of src and dst.
 #define KESL_TRANSPOSED(as, F, T, a, d) as##_in(a, src, F, T), as##_size(width), as##_size(height), as##_out(d, dst, F, T)
 #define KESL_TRANSPOSED_A(as, F, T, a, d) KESL_TRANSPOSED(as, F, T, a, d), as##_count(count)

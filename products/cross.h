@@ -4,8 +4,7 @@
 #include "frame/call.h"
 #include "frame/objects.h"
 
-namespace kesl
-{
+namespace kesl {
 
 // ---- The order of the checks differs with the shape. Deliberate: in vav the count comes after the strides.
 struct CrossProduct {
@@ -14,14 +13,16 @@ struct CrossProduct {
     template <class T, Form F, class Count = One>
     [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, auto dst, Count count = {})
     {
-        return withRuns<3>([&](auto first, auto second, auto to) {
-            return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-                const auto x = load<1, 3>(first, k), y = load<1, 3>(second, k);
-                const auto minor = [&](int i, int j) { return x(0, i) * y(0, j) - x(0, j) * y(0, i); };
-                store(to, k, Block<V, 1, 3>{{{minor(1, 2), minor(2, 0), minor(0, 1)}}});
-                return KeslStatus(keslStatusOk);
-            });
-        }, a, b, dst);
+        return withRuns<3>(
+            [&](auto first, auto second, auto to) {
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                    const auto x = load<1, 3>(first, k), y = load<1, 3>(second, k);
+                    const auto minor = [&](int i, int j) { return x(0, i) * y(0, j) - x(0, j) * y(0, i); };
+                    store(to, k, Block<V, 1, 3>{{{minor(1, 2), minor(2, 0), minor(0, 1)}}});
+                    return KeslStatus(keslStatusOk);
+                });
+            },
+            a, b, dst);
     }
 };
 struct CrossProduct_vv : CrossProduct {
@@ -42,6 +43,7 @@ struct CrossProduct_vava : CrossProduct {
 
 } // namespace kesl
 
+// clang-format off
 // ---- Their functions, by module: the kinds of src1, src2 and dst.
 #define KESL_CROSS(as, F, T, a, b, d) as##_in(a, src1, F, T), as##_in(b, src2, F, T), as##_out(d, dst, F, T)
 #define KESL_CROSSES(as, F, T, a, b, d) KESL_CROSS(as, F, T, a, b, d), as##_count(count)

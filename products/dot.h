@@ -6,8 +6,7 @@
 
 #include <functional>
 
-namespace kesl
-{
+namespace kesl {
 
 // ---- The order of a sum in lengths 3 to 6: how many of the last products come ahead of the others, which ascend.
 // Deliberate: one or two of them in the kernels for any stride2.
@@ -21,32 +20,33 @@ struct DotProduct {
     static constexpr Threshold threshold = setX;
 
     template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, Results<T> dst, int len, Count count = {})
+    [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, Table<T> dst, int len, Count count = {})
     {
         using A = decltype(a);
         using B = decltype(b);
         return withOrder(len, [&](auto n) {
             if constexpr (n > 0) {
                 constexpr int ahead = aheadInDot[F == S2 || F == LS2][n - 3];
-                return withRuns<n>([&](auto x, auto y) {
-                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-                        V p[+n];
-                        termsOf<n>(k, p, std::multiplies{}, x, y);
-                        storePack<V>(dst.p + k.first, sumOfFew<n, ahead>(p));
-                        return KeslStatus(keslStatusOk);
-                    });
-                }, a, b);
+                return withRuns<n>(
+                    [&](auto x, auto y) {
+                        return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                            V p[+n];
+                            termsOf<n>(k, p, std::multiplies{}, x, y);
+                            storePack<V>(dst.p + k.first, sumOfFew<n, ahead>(p));
+                            return KeslStatus(keslStatusOk);
+                        });
+                    },
+                    a, b);
             } else if constexpr (F == S && !A::isArray && !B::isArray) {
-                *dst.p = sumOfMany<T>(
-                    len, [&]<class V>(std::int64_t k) { return loadPack<V>(a.p + k) * loadPack<V>(b.p + k); });
+                *dst.p =
+                    sumOfMany<T>(len, [&]<class V>(std::int64_t k) { return loadPack<V>(a.p + k) * loadPack<V>(b.p + k); });
             } else {
                 bool packs = false;
                 if constexpr (A::isArray && !inL(F)) packs = areSideBySide(a) && areSideBySide(b);
                 sumsInOrder(
                     dst.p, count, len, packs,
                     [&]<class V>(int k, std::int64_t j) {
-                        return valueIn<A::isArray, V>(seen(a, k, 0), j, 0) *
-                               valueIn<B::isArray, V>(seen(b, k, 0), j, 0);
+                        return valueIn<A::isArray, V>(seen(a, k, 0), j, 0) * valueIn<B::isArray, V>(seen(b, k, 0), j, 0);
                     },
                     [](auto sum) { return sum; });
             }
@@ -54,8 +54,7 @@ struct DotProduct {
         });
     }
 };
-struct DotProduct_vv : DotProduct {
-};
+struct DotProduct_vv : DotProduct {};
 struct DotProduct_vav : DotProduct {
     static unsigned measure(unsigned len, unsigned count) { return len * (count + 1); }
 };
@@ -65,8 +64,9 @@ struct DotProduct_vava : DotProduct {
 
 } // namespace kesl
 
+// clang-format off
 // ---- Their functions, by module: the kinds of src1 and src2.
-#define KESL_DOT(as, F, T, a, b) as##_in(a, src1, F, T), as##_in(b, src2, F, T), as##_results(dst, T), as##_size(len)
+#define KESL_DOT(as, F, T, a, b) as##_in(a, src1, F, T), as##_in(b, src2, F, T), as##_table(KESL_T_##T, dst, 1), as##_size(len)
 #define KESL_DOTS(as, F, T, a, b) KESL_DOT(as, F, T, a, b), as##_count(count)
 
 #define KESL_DOT_VV(X) X(DotProduct, vv, KESL_DOT, v, v)

@@ -5,8 +5,7 @@
 #include "products/rows.h"
 #include "products/tiles.h"
 
-namespace kesl
-{
+namespace kesl {
 
 // ---- How the sums begin where all four sizes are the same order of 3 to 6: with their first product, or at zero, as
 // they do for all other sizes. It shows in nothing but the sign of a sum of products that are all -0.
@@ -64,10 +63,8 @@ template <bool fromZero, class T, int n>
         const auto from = b.object(k, n, n);
 #pragma GCC unroll 8
         for (int i = 0; i < n; ++i)
-            if constexpr (isTransposed<B>)
-                rows[i] = Row<T, n>::gathered([&](int j) { return from(i, j); });
-            else
-                rows[i] = Row<T, n>::from(from.row(i));
+            if constexpr (isTransposed<B>) rows[i] = Row<T, n>::gathered([&](int j) { return from(i, j); });
+            else rows[i] = Row<T, n>::from(from.row(i));
     };
     const auto product = [&](auto from, int k) {
         if constexpr (B::isArray) readB(k);
@@ -101,15 +98,14 @@ template <Starts starts> struct ProductOfMatrices {
 
         if constexpr (contiguousRows(F))
             withOrder(order, [&](auto n) {
-                if constexpr (n > 0 && F == S && A::isArray && !B::isArray && !isTransposed<A>)
+                constexpr bool fills = n * sizeof(T) == 32; // a row as long as a pack needs no joining with others
+                if constexpr (n > 0 && !fills && F == S && A::isArray && !B::isArray && !isTransposed<A>)
                     if (isPacked(a, n, n) && isPacked(dst, n, n)) {
                         const auto single = load<n, n>(b, Objects<T>{0});
                         return tallProduct<fromZero, 0, n>(a.p, single, dst.p, std::int64_t(n) * count);
                     }
-                if constexpr (n == 3)
-                    productByPacks<fromZero, T, n>(a, b, dst, count);
-                else if constexpr (n > 0)
-                    productByRows<fromZero, T, n>(a, b, dst, count);
+                if constexpr (n == 3) productByPacks<fromZero, T, n>(a, b, dst, count);
+                else if constexpr (n > 0) productByRows<fromZero, T, n>(a, b, dst, count);
                 else {
                     if constexpr (F == S && A::isArray && !B::isArray)
                         if (isPacked(a, M, K) && isPacked(dst, M, N)) { // one tall matrix
@@ -122,8 +118,9 @@ template <Starts starts> struct ProductOfMatrices {
                         if constexpr (columns > 0 && !isTransposed<B>) {
                             const int atOnce = F == S ? int(count) : 1;
                             for (int k = 0; k < count; k += atOnce)
-                                narrowProducts<columns>(start, equidistant<const T>(a, k, w1), equidistant<const T>(b, k, w2),
-                                                        equidistant<T>(dst, k, N), atOnce, M, K);
+                                narrowProducts<columns>(start, equidistant<const T>(a, k, w1),
+                                                        equidistant<const T>(b, k, w2), equidistant<T>(dst, k, N), atOnce, M,
+                                                        K);
                         } else
                             for (int k = 0; k < count; ++k)
                                 product<!isTransposed<B>>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
@@ -140,8 +137,7 @@ template <Starts starts> struct ProductOfMatrices {
                         withOrder(order, [&](auto n) {
                             if constexpr (n > 0 && sizeof(V) == widest)
                                 productOfLanes<n, V, A::isArray, B::isArray>(x, y, z);
-                            else
-                                productOfLanes<V, A::isArray, B::isArray>(start, x, y, z, M, N, K);
+                            else productOfLanes<V, A::isArray, B::isArray>(start, x, y, z, M, N, K);
                         });
                     });
                     return keslStatusOk;
@@ -149,13 +145,13 @@ template <Starts starts> struct ProductOfMatrices {
             for (int k = 0; k < count; ++k)
                 if (order >= 3 && order <= 6)
                     productAfterReading<T>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), order);
-                else
-                    product<false>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
+                else product<false>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
         }
         return keslStatusOk;
     }
 };
 
+// clang-format off
 // ---- The members: which sizes must match, and the measure of work.
 template <bool a, bool b> struct Fit { // whether src1 and src2 are transposed
     static constexpr auto sizesMatch = [](unsigned w1, unsigned h1, unsigned w2, unsigned h2, auto...) {

@@ -89,6 +89,30 @@ template <bool fromZero, class T> [[gnu::always_inline]] inline int fourObjects(
     return k;
 }
 
+// One object of doubles of order 5 or 6, two rows at a time, whose pairs of elements change places: less than it takes to
+// bring as many objects as a pack has lanes into their lanes.
+template <bool fromZero, int n, class T> [[gnu::always_inline]] inline void timesByPairs(auto a, const T* x, T* dst)
+{
+    using Pair = Pack<T, 2 * sizeof(T)>;
+    T y[n + 1];
+#pragma GCC unroll 3
+    for (int i = 0; i < n; i += 2) {
+        const int below = std::min(i + 1, n - 1); // of an odd order the last row is its own neighbour
+        Pair sum;
+#pragma GCC unroll 3
+        for (int j = 0; j + 1 < n; j += 2) {
+            const Pair upper = loadPack<Pair>(a.row(i) + j), lower = loadPack<Pair>(a.row(below) + j);
+            const Pair product = shuffled<OfPairs<0>, 2>(upper, lower) * splat<Pair>(x[j]);
+            sum = j == 0 ? begun<fromZero>(product) : sum + product;
+            sum = sum + shuffled<OfPairs<1>, 2>(upper, lower) * splat<Pair>(x[j + 1]);
+        }
+        if constexpr (n % 2 == 1) sum = sum + Pair{a(i, n - 1), a(below, n - 1)} * splat<Pair>(x[n - 1]);
+        storePack(y + i, sum);
+    }
+#pragma GCC unroll 6
+    for (int i = 0; i < n; ++i) dst[i] = y[i];
+}
+
 // The matrix as the right factor of vectors that are rows.
 template <class A> struct Flipped {
     const A& a;
@@ -97,6 +121,8 @@ template <class A> struct Flipped {
 
 // Vectors without any gap.
 template <class O> bool isRowAfterRow(const O& o, int n) { return o.stride0 == n * O::elementSize; }
+// They go as the rows of a tall matrix, but for short ones that fill three quarters of a pack at the best.
+template <int n, class T> constexpr bool fillPacks = n > 3 || lanes<Pack<T>> == 16;
 
 // ---- keslMul. Sums are in ascending order and, where the matrix is square of order 3 to 6, begin with their first
 // product; otherwise they begin at zero. Deliberate: in L functions on contiguous vectors they always begin at zero.
@@ -119,24 +145,31 @@ struct MatrixTimesVector {
             done = withOrder(order, [&](auto n) {
                 if constexpr (n == 0) return false;
                 else {
-                    if constexpr (F == S && !A::isArray && X::isArray)
+                    if constexpr (F == S && !A::isArray && X::isArray && fillPacks<n, T>)
                         if (isRowAfterRow(x, n) && isRowAfterRow(dst, n)) {
                             const auto single = load<n, n>(a, Objects<T>{0});
                             tallProduct<fromZero, 0, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count);
                             return true;
                         }
+                    if constexpr (n > 4 && sizeof(T) == 8 && A::isArray && !isTransposed<A>) {
+                        for (int k = 0; k < count; ++k)
+                            timesByPairs<fromZero, n>(a.object(k, n, n), x.address(X::isArray ? k : 0), dst.address(k));
+                        return true;
+                    }
                     int begin = 0;
                     if constexpr (n == 4 && F == S && A::isArray && X::isArray && !isTransposed<A> && widest == 64)
                         if (isRecord(a, n, n) && isRowAfterRow(dst, n)) begin = fourObjects<fromZero, T>(a, x, dst, count);
-                    withRuns<n>([&](auto from, auto to) {
-                        const auto rest = [&]<class V>(Objects<V> k) {
-                            k.first += begin;
-                            store(to, k, timesVector<fromZero, 0>(load<n, n>(a, k), load<1, n>(from, k)));
-                            return KeslStatus(keslStatusOk);
-                        };
-                        if constexpr (D::isArray) eachPack<T>(count - begin, rest);
-                        else eachPack<T>(count, rest);
-                    }, x, dst);
+                    withRuns<n>(
+                        [&](auto from, auto to) {
+                            const auto rest = [&]<class V>(Objects<V> k) {
+                                k.first += begin;
+                                store(to, k, timesVector<fromZero, 0>(load<n, n>(a, k), load<1, n>(from, k)));
+                                return KeslStatus(keslStatusOk);
+                            };
+                            if constexpr (D::isArray) eachPack<T>(count - begin, rest);
+                            else eachPack<T>(count, rest);
+                        },
+                        x, dst);
                     return true;
                 }
             });
@@ -171,8 +204,7 @@ struct MatrixTimesVector {
 template <bool t> struct VectorFits { // whether the matrix is transposed
     static constexpr auto sizesMatch = [](unsigned w, unsigned h, unsigned len, auto...) { return (t ? h : w) == len; };
 };
-template <bool t> struct Mul_oneVector : MatrixTimesVector, VectorFits<t> {
-};
+template <bool t> struct Mul_oneVector : MatrixTimesVector, VectorFits<t> {};
 template <bool t> struct Mul_arrayAndVector : MatrixTimesVector, VectorFits<t> {
     static unsigned measure(unsigned w, unsigned h, unsigned, unsigned count)
     {
@@ -270,6 +302,7 @@ struct Gaxpy_mvav : MatrixTimesVectorPlusVector {
 
 } // namespace kesl
 
+// clang-format off
 // ---- Their functions, by module: the kinds of the operands.
 #define KESL_TIMES(as, F, T, a, b, d)                                                                                       \
     as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), as##_in(b, src2, F, T), as##_size(src2Len),        \

@@ -6,8 +6,7 @@
 #include "frame/call.h"
 #include "products/sums.h"
 
-namespace kesl
-{
+namespace kesl {
 
 template <class V> V squared(V x) { return x * x; }
 template <class V> V rootOf(V x) { return sqrt(x); }
@@ -25,24 +24,26 @@ struct L2Norm {
     static constexpr Threshold threshold = Threshold::everywhere(20001);
 
     template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Results<T> dst, int len, Count count = {})
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> dst, int len, Count count = {})
     {
         using Src = decltype(src);
         constexpr bool single = !Src::isArray;
         return withOrder(len, [&](auto n) {
             if constexpr (n > 0) {
                 constexpr int ahead = (F == P && single ? aheadInNormOfP : aheadInNorm)[n - 3];
-                return withRuns<n>([&](auto x) {
-                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-                        V p[+n];
-                        termsOf<n>(k, p, [](V e) { return squared(e); }, x);
-                        storePack<V>(dst.p + k.first, rootOf(sumOfFew<n, ahead>(p)));
-                        return KeslStatus(keslStatusOk);
-                    });
-                }, src);
+                return withRuns<n>(
+                    [&](auto x) {
+                        return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                            V p[+n];
+                            termsOf<n>(
+                                k, p, [](V e) { return squared(e); }, x);
+                            storePack<V>(dst.p + k.first, rootOf(sumOfFew<n, ahead>(p)));
+                            return KeslStatus(keslStatusOk);
+                        });
+                    },
+                    src);
             } else if constexpr (F == S && single)
-                *dst.p =
-                    rootOf(sumOfMany<T>(len, [&]<class V>(std::int64_t k) { return squared(loadPack<V>(src.p + k)); }));
+                *dst.p = rootOf(sumOfMany<T>(len, [&]<class V>(std::int64_t k) { return squared(loadPack<V>(src.p + k)); }));
             else {
                 bool packs = false;
                 if constexpr (!single && !inL(F)) packs = areSideBySide(src);
@@ -55,8 +56,7 @@ struct L2Norm {
         });
     }
 };
-struct L2Norm_v : L2Norm {
-};
+struct L2Norm_v : L2Norm {};
 struct L2Norm_va : L2Norm {
     static unsigned measure(unsigned len, unsigned count) { return len * count; }
 };
@@ -80,7 +80,7 @@ struct FrobNorm {
     static constexpr Threshold threshold = setW;
 
     template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, int width, int height, Results<T> dst, Count count = {})
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, int width, int height, Table<T> dst, Count count = {})
     {
         using Src = decltype(src);
         if constexpr (F == S || F == L) {
@@ -102,10 +102,8 @@ struct FrobNorm {
         } else if constexpr (!Src::isArray && F == S2 && sizeof(T) == 4) {
             const bool contiguous = src.stride2 == src.elementSize, square = width == height && width < 7;
             T sum = 0;
-            if (square || !contiguous)
-                sum = byRows<T>(src, 0, width, height);
-            else if (src.stride1 == std::int64_t(width) * src.elementSize)
-                sum = run<T>(src.p, std::int64_t(width) * height);
+            if (square || !contiguous) sum = byRows<T>(src, 0, width, height);
+            else if (src.stride1 == std::int64_t(width) * src.elementSize) sum = run<T>(src.p, std::int64_t(width) * height);
             else
                 for (int i = 0; i < height; ++i) sum = run<T>(&src.object(0, height, width)(i, 0), width, sum);
             *dst.p = rootOf(sum);
@@ -152,8 +150,7 @@ struct FrobNorm {
         return sum;
     }
 };
-struct FrobNorm_m : FrobNorm {
-};
+struct FrobNorm_m : FrobNorm {};
 struct FrobNorm_ma : FrobNorm {
     static unsigned measure(unsigned width, unsigned height, unsigned count) { return width * height * count; }
 };
@@ -163,7 +160,7 @@ struct Trace {
     static constexpr Threshold threshold = setW;
 
     template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, int order, Results<T> dst, Count count = {})
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, int order, Table<T> dst, Count count = {})
     {
         bool packs = false;
         if constexpr (decltype(src)::isArray && !inL(F)) packs = areSideBySide(src);
@@ -179,26 +176,25 @@ struct Trace {
                 if (packs)
                     for (; count - k >= lanes<Pack<T>>; k += lanes<Pack<T>>) sum.template operator()<Pack<T>>(k);
                 for (; k < count; ++k) sum.template operator()<T>(k);
-            } else
-                sumsInOrder(dst.p, count, order, packs, at, [](auto sum) { return sum; });
+            } else sumsInOrder(dst.p, count, order, packs, at, [](auto sum) { return sum; });
         });
         return keslStatusOk;
     }
 };
-struct Trace_m : Trace {
-};
+struct Trace_m : Trace {};
 struct Trace_ma : Trace {
     static unsigned measure(unsigned order, unsigned count) { return order * count; }
 };
 
 } // namespace kesl
 
+// clang-format off
 // ---- Their functions, by module: the kind of src.
-#define KESL_L2NORM(as, F, T, k) as##_in(k, src, F, T), as##_results(dst, T), as##_size(len)
+#define KESL_L2NORM(as, F, T, k) as##_in(k, src, F, T), as##_table(KESL_T_##T, dst, 1), as##_size(len)
 #define KESL_L2NORMS(as, F, T, k) KESL_L2NORM(as, F, T, k), as##_count(count)
-#define KESL_FROBNORM(as, F, T, k) as##_in(k, src, F, T), as##_size(width), as##_size(height), as##_results(dst, T)
+#define KESL_FROBNORM(as, F, T, k) as##_in(k, src, F, T), as##_size(width), as##_size(height), as##_table(KESL_T_##T, dst, 1)
 #define KESL_FROBNORMS(as, F, T, k) KESL_FROBNORM(as, F, T, k), as##_count(count)
-#define KESL_TRACE(as, F, T, k) as##_in(k, src, F, T), as##_size(widthHeight), as##_results(dst, T)
+#define KESL_TRACE(as, F, T, k) as##_in(k, src, F, T), as##_size(widthHeight), as##_table(KESL_T_##T, dst, 1)
 #define KESL_TRACES(as, F, T, k) KESL_TRACE(as, F, T, k), as##_count(count)
 
 #define KESL_L2NORM_V(X) X(L2Norm, v, KESL_L2NORM, v)

@@ -5,8 +5,7 @@
 
 #include <bit>
 
-namespace kesl
-{
+namespace kesl {
 
 // The first n elements of a pack, at p: by halves, none behind them is touched. Masked loads would be as fast in cache,
 // but out of it they take three times as long.
@@ -15,26 +14,20 @@ template <int from> struct Upward {
 };
 template <int n, class V> [[gnu::always_inline]] inline V loadFirst(const ElementOf<V>* p)
 {
-    if constexpr (n == lanes<V>)
-        return loadPack<V>(p);
-    else if constexpr (n == 1)
-        return V{*p};
+    if constexpr (n == lanes<V>) return loadPack<V>(p);
+    else if constexpr (n == 1) return V{*p};
     else {
         constexpr int half = lanes<V> / 2;
         using Half = Pack<ElementOf<V>, sizeof(V) / 2>;
         const auto low = loadFirst<std::min(n, half), Half>(p);
-        if constexpr (n > half)
-            return shuffled<Upward<0>, lanes<V>>(low, loadFirst<n - half, Half>(p + half));
-        else
-            return shuffled<Upward<0>, lanes<V>>(low, Half{});
+        if constexpr (n > half) return shuffled<Upward<0>, lanes<V>>(low, loadFirst<n - half, Half>(p + half));
+        else return shuffled<Upward<0>, lanes<V>>(low, Half{});
     }
 }
 template <int n, class V> [[gnu::always_inline]] inline void storeFirst(ElementOf<V>* p, V x)
 {
-    if constexpr (n == lanes<V>)
-        storePack<V>(p, x);
-    else if constexpr (n == 1)
-        *p = x[0];
+    if constexpr (n == lanes<V>) storePack<V>(p, x);
+    else if constexpr (n == 1) *p = x[0];
     else {
         constexpr int half = lanes<V> / 2;
         storeFirst<std::min(n, half)>(p, shuffled<Upward<0>, half>(x, x));
@@ -62,11 +55,10 @@ template <class T, int n> struct Row {
     {
         Row x;
 #pragma GCC unroll 4
-        for (int i = 0; i < pieces; ++i) x.v[i] = [&]<int... l>(std::integer_sequence<int, l...>)
-            {
+        for (int i = 0; i < pieces; ++i)
+            x.v[i] = [&]<int... l>(std::integer_sequence<int, l...>) {
                 return V{element(at(i) + std::min(l, used - 1))...};
-            }
-        (std::make_integer_sequence<int, width>{});
+            }(std::make_integer_sequence<int, width>{});
         return x;
     }
     [[gnu::always_inline]] void to(T* p) const
@@ -82,10 +74,8 @@ constexpr int term(int k, int n, int ahead) { return k < ahead ? n - 1 - k : k -
 // How a sum begins: with its first product, or at zero.
 template <bool fromZero, class V> [[gnu::always_inline]] inline V begun(V product)
 {
-    if constexpr (fromZero)
-        return V{} + product;
-    else
-        return product;
+    if constexpr (fromZero) return V{} + product;
+    else return product;
 }
 
 // The product of row i of a and the rows of b.
@@ -112,13 +102,10 @@ template <int n, int k, int lanes> struct InItsRow {
 template <bool fromZero, int ahead, int n, class V> [[gnu::always_inline]] inline V rowsTimes(V a, const V* b)
 {
     V sum = begun<fromZero>(shuffled<InItsRow<n, term(0, n, ahead), lanes<V>>, lanes<V>>(a, a) * b[term(0, n, ahead)]);
-    [&]<int... k>(std::integer_sequence<int, k...>)
-    {
-        ((sum =
-              sum + shuffled<InItsRow<n, term(k + 1, n, ahead), lanes<V>>, lanes<V>>(a, a) * b[term(k + 1, n, ahead)]),
+    [&]<int... k>(std::integer_sequence<int, k...>) {
+        ((sum = sum + shuffled<InItsRow<n, term(k + 1, n, ahead), lanes<V>>, lanes<V>>(a, a) * b[term(k + 1, n, ahead)]),
          ...);
-    }
-    (std::make_integer_sequence<int, n - 1>{});
+    }(std::make_integer_sequence<int, n - 1>{});
     return sum;
 }
 
@@ -138,11 +125,10 @@ template <bool fromZero, int ahead, int n, class T, class Finish = AsItIs>
         if (all >= 2 * lanes<V>) {
             V repeated[n];
 #pragma GCC unroll 8
-            for (int k = 0; k < n; ++k) repeated[k] = [&]<int... l>(std::integer_sequence<int, l...>)
-                {
+            for (int k = 0; k < n; ++k)
+                repeated[k] = [&]<int... l>(std::integer_sequence<int, l...>) {
                     return V{b(k, l % n)...};
-                }
-            (std::make_integer_sequence<int, lanes<V>>{});
+                }(std::make_integer_sequence<int, lanes<V>>{});
             // The lanes behind the last whole row are written anew by the next step.
             for (; e + lanes<V> <= all; e += atOnce * n)
                 storePack<V>(dst + e, finish(rowsTimes<fromZero, ahead, n>(loadPack<V>(a + e), repeated), e));
@@ -150,8 +136,7 @@ template <bool fromZero, int ahead, int n, class T, class Finish = AsItIs>
     Row<T, n> row[n];
 #pragma GCC unroll 8
     for (int k = 0; k < n; ++k) row[k] = Row<T, n>::gathered([&](int j) { return b(k, j); });
-    for (; e < all; e += n)
-        finish(rowTimes<fromZero, ahead>([&](int, int k) { return a[e + k]; }, 0, row), e).to(dst + e);
+    for (; e < all; e += n) finish(rowTimes<fromZero, ahead>([&](int, int k) { return a[e + k]; }, 0, row), e).to(dst + e);
 }
 
 } // namespace kesl

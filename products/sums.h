@@ -4,8 +4,7 @@
 #include "products/rows.h"
 #include "products/tiles.h"
 
-namespace kesl
-{
+namespace kesl {
 
 // ---- term(x(j), y(j) ...) for each of the n elements of vectors x, y ...: of runs before their elements are sorted.
 template <int n, class V> [[gnu::always_inline]] inline void termsOf(Objects<V> k, V* p, auto term, const auto&... x)

@@ -4,8 +4,7 @@
 #pragma once
 #include "products/rows.h"
 
-namespace kesl
-{
+namespace kesl {
 
 template <class T> constexpr T plusZero = T(0);
 template <class T> constexpr T noStart = -T(0);
@@ -38,16 +37,13 @@ template <class O> auto seen(const O& o, int k, [[maybe_unused]] int width)
 }
 
 // ---- R rows by one value of type V. An operand that `varies` is read as a pack: along j, or along the objects.
-template <bool varies, class V>
-[[gnu::always_inline]] inline V valueIn(const auto& view, std::int64_t i, std::int64_t j)
+template <bool varies, class V> [[gnu::always_inline]] inline V valueIn(const auto& view, std::int64_t i, std::int64_t j)
 {
-    if constexpr (varies)
-        return loadPack<V>(&view(i, j));
-    else
-        return splat<V>(view(i, j));
+    if constexpr (varies) return loadPack<V>(&view(i, j));
+    else return splat<V>(view(i, j));
 }
-template <int R, class V, bool aVaries, bool bVaries> [[gnu::always_inline]] inline void
-tile(ElementOf<V> start, auto a, auto b, auto dst, std::int64_t i, std::int64_t j, int K)
+template <int R, class V, bool aVaries, bool bVaries>
+[[gnu::always_inline]] inline void tile(ElementOf<V> start, auto a, auto b, auto dst, std::int64_t i, std::int64_t j, int K)
 {
     V sum[R];
 #pragma GCC unroll 4
@@ -76,12 +72,9 @@ template <int R, int bytes, bool packs, class T>
     std::int64_t i = 0;
     for (; i + 4 <= M; i += 4) body(Fixed<4>{}, i);
     switch (M - i) {
-    case 1:
-        return body(Fixed<1>{}, i);
-    case 2:
-        return body(Fixed<2>{}, i);
-    case 3:
-        return body(Fixed<3>{}, i);
+    case 1: return body(Fixed<1>{}, i);
+    case 2: return body(Fixed<2>{}, i);
+    case 3: return body(Fixed<3>{}, i);
     }
 }
 
@@ -121,10 +114,8 @@ template <class T> struct Equidistant {
 };
 template <class T> Equidistant<T> equidistant(const auto& o, int k, int width)
 {
-    if constexpr (o.form == S && o.isArray)
-        return {seen(o, k, width), o.stride0};
-    else
-        return {seen(o, k, width), 0};
+    if constexpr (o.form == S && o.isArray) return {seen(o, k, width), o.stride0};
+    else return {seen(o, k, width), 0};
 }
 template <int n, class T> [[gnu::noinline]] void narrowProducts(T start, Equidistant<const T> a, Equidistant<const T> b,
                                                                 Equidistant<T> dst, int count, std::int64_t M, int K)

@@ -48,11 +48,13 @@ template <int n, class V> struct Minors {
     template <int size, int column> [[gnu::always_inline]] void join(const Block<V, n, n>& a)
     {
         [&]<int... rows>(std::integer_sequence<int, rows...>) KESL_INLINE {
-            ([&]() KESL_INLINE {
-                if constexpr (std::popcount(unsigned(rows)) != size) return;
-                else if constexpr (size == 1) m[rows] = a(std::countr_zero(unsigned(rows)), column);
-                else m[rows] = expanded<rows, column>(a);
-            }(), ...);
+            (
+                [&]() KESL_INLINE {
+                    if constexpr (std::popcount(unsigned(rows)) != size) return;
+                    else if constexpr (size == 1) m[rows] = a(std::countr_zero(unsigned(rows)), column);
+                    else m[rows] = expanded<rows, column>(a);
+                }(),
+                ...);
         }(std::make_integer_sequence<int, (1 << n)>{});
     }
     // Minors of all columns but `skipped`: those of the columns behind it are there already.
@@ -60,14 +62,14 @@ template <int n, class V> struct Minors {
     {
         constexpr int first = skipped ? skipped - 1 : n - 1, last = skipped ? 0 : 1;
         constexpr int size = skipped ? n - skipped : 1; // with column `first`
-        [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-            (join<size + i, first - i>(a), ...);
-        }(std::make_integer_sequence<int, first - last + 1>{});
+        [&]<int... i>(std::integer_sequence<int, i...>)
+            KESL_INLINE { (join<size + i, first - i>(a), ...); }(std::make_integer_sequence<int, first - last + 1>{});
     }
 };
 
 // False, and nothing else done, where the matrix is singular (in any lane).
-template <class T, int n, class V> [[gnu::always_inline]] inline bool invertClosed(const Block<V, n, n>& a, Block<V, n, n>& inverse)
+template <class T, int n, class V>
+[[gnu::always_inline]] inline bool invertClosed(const Block<V, n, n>& a, Block<V, n, n>& inverse)
 {
     constexpr int all = (1 << n) - 1;
     Minors<n, V> minors;
@@ -76,14 +78,16 @@ template <class T, int n, class V> [[gnu::always_inline]] inline bool invertClos
     if (any(singularBelow<T>(n) > abs(det))) return false; // a NaN passes
     const V r = T(1) / det;
     [&]<int... j>(std::integer_sequence<int, j...>) KESL_INLINE {
-        ([&]() KESL_INLINE {
-            if constexpr (j > 0) minors.template skip<j>(a);
+        (
+            [&]() KESL_INLINE {
+                if constexpr (j > 0) minors.template skip<j>(a);
 #pragma GCC unroll 8
-            for (int i = 0; i < n; ++i) {
-                const V minor = minors.m[all & ~(1 << i)];
-                inverse(j, i) = ((i + j) % 2 ? V{} - minor : minor) * r;
-            }
-        }(), ...);
+                for (int i = 0; i < n; ++i) {
+                    const V minor = minors.m[all & ~(1 << i)];
+                    inverse(j, i) = ((i + j) % 2 ? V{} - minor : minor) * r;
+                }
+            }(),
+            ...);
     }(std::make_integer_sequence<int, n>{});
     return true;
 }
@@ -97,11 +101,11 @@ template <class T, int n, class V> [[gnu::noinline]] bool invertLong(const Block
 
 // Gaussian elimination with partial pivoting by an index table, for the determinant alone.
 template <class T> struct Elimination {
-    T* a;            // rows of `pitch` elements
-    int* p;          // p[i] is the row that stands i-th
+    T* a;   // rows of `pitch` elements
+    int* p; // p[i] is the row that stands i-th
     int pitch;
     T threshold;
-    T pivots = 1;    // their product, but for the last
+    T pivots = 1; // their product, but for the last
     int sign = 1;
 
     T* row(int i) const { return a + std::int64_t(p[i]) * pitch; }
@@ -150,7 +154,8 @@ template <class T> KeslStatus invertCommon(auto src, T* buffer, auto dst, int n)
             for (int y = 0; y < n - 1; ++y)
                 for (int x = 0; x < n - 1; ++x) buffer[std::int64_t(y) * n + x] = src(y + (y >= i), x + (x >= j));
             Elimination<T> minor{buffer, p, n, threshold};
-            const T pivots = minor.run(n - 1) ? minor.pivots : threshold; // a singular minor counts as the threshold, not as 0
+            const T pivots =
+                minor.run(n - 1) ? minor.pivots : threshold; // a singular minor counts as the threshold, not as 0
             const T last = minor.row(n - 2)[n - 2];
             const T cofactor = abs(last) > threshold ? pivots * (last * T(minor.sign)) : threshold;
             dst(j, i) = cofactor * r * T((i + j) % 2 ? -1 : 1);

@@ -40,7 +40,10 @@ template <int n, class V> [[gnu::always_inline]] inline void choleskySolveBlock(
     choleskySolve<V>(l, at, at, Fixed<n>{});
 }
 // Orders 5 and 6 are long: one copy serves all kernels.
-template <int n, class V> [[gnu::noinline]] void choleskySolveLong(const Block<V, n, n>& l, Block<V, 1, n>& b) { choleskySolveBlock<n>(l, b); }
+template <int n, class V> [[gnu::noinline]] void choleskySolveLong(const Block<V, n, n>& l, Block<V, 1, n>& b)
+{
+    choleskySolveBlock<n>(l, b);
+}
 
 template <class T, int n> [[gnu::noinline]] void choleskySolveOne(auto stored, auto b, auto dst)
 {
@@ -53,7 +56,8 @@ template <class T, int n> [[gnu::noinline]] void choleskySolveOne(auto stored, a
 }
 template <class T> [[gnu::noinline]] void choleskySolveCommon(auto l, auto b, auto dst, int n)
 {
-    choleskySolve<T>(l, [&](int i) { return b(0, i); }, [&](int i) -> T& { return dst(0, i); }, n);
+    choleskySolve<T>(
+        l, [&](int i) { return b(0, i); }, [&](int i) -> T& { return dst(0, i); }, n);
 }
 
 // ---- The family.
@@ -64,41 +68,48 @@ struct CholeskyBackSubst {
         return withOrder(order, [&](auto n) {
             if constexpr (n == 0)
                 return eachObject(count, [&](int k) {
-                    choleskySolveCommon<T>(src1.object(k, order, order), src2.object(k, 1, order), dst.object(k, 1, order), order);
+                    choleskySolveCommon<T>(src1.object(k, order, order), src2.object(k, 1, order), dst.object(k, 1, order),
+                                           order);
                     return KeslStatus(keslStatusOk);
                 });
             else if constexpr (src1.isArray || !src2.isArray)
-                return withRuns<n>([&](auto from, auto to) {
-                    return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                        if constexpr (lanes<V> == 1)
-                            choleskySolveOne<T, n>(src1.object(k.first, n, n), from.object(k.first, 1, n), to.object(k.first, 1, n));
-                        else {
-                            const auto l = loadLower<n>(src1, k);
-                            auto b = load<1, n, true>(from, k);
-                            if constexpr (n < 5) choleskySolveBlock<n>(l, b);
-                            else choleskySolveLong<n>(l, b);
-                            store<true>(to, k, b);
-                        }
-                        return KeslStatus(keslStatusOk);
-                    });
-                }, src2, dst);
+                return withRuns<n>(
+                    [&](auto from, auto to) {
+                        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                            if constexpr (lanes<V> == 1)
+                                choleskySolveOne<T, n>(src1.object(k.first, n, n), from.object(k.first, 1, n),
+                                                       to.object(k.first, 1, n));
+                            else {
+                                const auto l = loadLower<n>(src1, k);
+                                auto b = load<1, n, true>(from, k);
+                                if constexpr (n < 5) choleskySolveBlock<n>(l, b);
+                                else choleskySolveLong<n>(l, b);
+                                store<true>(to, k, b);
+                            }
+                            return KeslStatus(keslStatusOk);
+                        });
+                    },
+                    src2, dst);
             else { // one matrix for all vectors
                 const auto stored = src1.object(0, n, n);
                 Block<T, n, n> l;
                 eachLower<n>([&](int i, int j) { l(i, j) = stored(i, j); });
-                return withRuns<n>([&](auto from, auto to) {
-                    return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                        auto b = load<1, n, true>(from, k);
-                        choleskySolveBlock<n>(l, b);
-                        store<true>(to, k, b);
-                        return KeslStatus(keslStatusOk);
-                    });
-                }, src2, dst);
+                return withRuns<n>(
+                    [&](auto from, auto to) {
+                        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                            auto b = load<1, n, true>(from, k);
+                            choleskySolveBlock<n>(l, b);
+                            store<true>(to, k, b);
+                            return KeslStatus(keslStatusOk);
+                        });
+                    },
+                    src2, dst);
             }
         });
     }
 };
 
+// clang-format off
 // ---- The members. Thresholds: { S, S2, L, LS2, P }, by 32f and 64f.
 struct CholeskyBackSubst_mv : CholeskyBackSubst {};
 struct CholeskyBackSubst_mva : CholeskyBackSubst {

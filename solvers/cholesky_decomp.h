@@ -16,7 +16,7 @@ namespace kesl {
 // The reciprocal of a root. That of a float is formed in double precision and rounded once.
 inline double reciprocalRoot(double d) { return 1 / sqrt(d); }
 inline float reciprocalRoot(float d) { return float(1 / sqrt(double(d))); }
-template <class V> requires (lanes<V> > 1) [[gnu::always_inline]] inline V reciprocalRoot(V d)
+template <class V> requires(lanes<V> > 1) [[gnu::always_inline]] inline V reciprocalRoot(V d)
 {
     if constexpr (sizeof(ElementOf<V>) == 8) return 1 / sqrt(d);
     else return narrowed<V>(1 / sqrt(widened<0>(d)), 1 / sqrt(widened<1>(d)));
@@ -24,7 +24,8 @@ template <class V> requires (lanes<V> > 1) [[gnu::always_inline]] inline V recip
 
 // A row of the factor l depends on those above it. The elements left of the diagonal are written before it is tested. The
 // comparison must hold to reject: a NaN passes.
-template <class T> [[gnu::always_inline]] inline KeslStatus choleskyRows(auto src, auto& l, auto dst, auto n, T bound, auto root)
+template <class T>
+[[gnu::always_inline]] inline KeslStatus choleskyRows(auto src, auto& l, auto dst, auto n, T bound, auto root)
 {
     for (int i = 0; i < n; ++i) {
         for (int j = 0; j < i; ++j) {
@@ -69,7 +70,10 @@ template <int n, class V> [[gnu::always_inline]] inline bool choleskyPack(Block<
     return !any(bad);
 }
 // Orders 5 and 6 are long: one copy serves all kernels.
-template <int n, class V> [[gnu::noinline]] bool choleskyLong(Block<V, n, n>& l, ElementOf<V> bound) { return choleskyPack<n>(l, bound); }
+template <int n, class V> [[gnu::noinline]] bool choleskyLong(Block<V, n, n>& l, ElementOf<V> bound)
+{
+    return choleskyPack<n>(l, bound);
+}
 
 // ---- The family.
 struct CholeskyDecomp {
@@ -93,10 +97,12 @@ struct CholeskyDecomp {
             constexpr T limit = bound<T, F, src.isArray>(n);
             if constexpr (n > 0)
                 return eachPack<T>(count, [&]<class V>(Objects<V> k) -> KeslStatus {
-                    if constexpr (lanes<V> == 1) return choleskyOne<T, n>(src.object(k.first, n, n), dst.object(k.first, n, n), limit);
+                    if constexpr (lanes<V> == 1)
+                        return choleskyOne<T, n>(src.object(k.first, n, n), dst.object(k.first, n, n), limit);
                     else {
                         auto l = loadLower<n>(src, k);
-                        if (!(n < 5 ? choleskyPack<n>(l, limit) : choleskyLong<n>(l, limit))) return keslStatusNotPositiveDefinite;
+                        if (!(n < 5 ? choleskyPack<n>(l, limit) : choleskyLong<n>(l, limit)))
+                            return keslStatusNotPositiveDefinite;
                         storeLower<n>(dst, k, l);
                         return keslStatusOk;
                     }
@@ -109,6 +115,7 @@ struct CholeskyDecomp {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct CholeskyDecomp_m : CholeskyDecomp {};
 struct CholeskyDecomp_ma : CholeskyDecomp {

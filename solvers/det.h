@@ -36,20 +36,21 @@ template <int n, class V> struct UpperMinors {
     template <int size> [[gnu::always_inline]] void join(const Block<V, n, n>& a)
     {
         [&]<int... columns>(std::integer_sequence<int, columns...>) KESL_INLINE {
-            ([&]() KESL_INLINE {
-                if constexpr (std::popcount(unsigned(columns)) != size) return;
-                else if constexpr (size == 1) m[columns] = a(0, std::countr_zero(unsigned(columns)));
-                else m[columns] = expanded<columns>(a);
-            }(), ...);
+            (
+                [&]() KESL_INLINE {
+                    if constexpr (std::popcount(unsigned(columns)) != size) return;
+                    else if constexpr (size == 1) m[columns] = a(0, std::countr_zero(unsigned(columns)));
+                    else m[columns] = expanded<columns>(a);
+                }(),
+                ...);
         }(std::make_integer_sequence<int, (1 << n)>{});
     }
 };
 template <int n, class V> [[gnu::always_inline]] inline V detClosed(const Block<V, n, n>& a)
 {
     UpperMinors<n, V> minors;
-    [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-        (minors.template join<i + 1>(a), ...);
-    }(std::make_integer_sequence<int, n>{});
+    [&]<int... i>(std::integer_sequence<int, i...>)
+        KESL_INLINE { (minors.template join<i + 1>(a), ...); }(std::make_integer_sequence<int, n>{});
     return minors.m[(1 << n) - 1];
 }
 // Orders 5 and 6 are long: one copy serves all kernels.
@@ -117,6 +118,7 @@ struct Det {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct Det_m : Det {};
 struct Det_ma : Det {

@@ -61,6 +61,7 @@ struct Invert {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct Invert_m : Invert {};
 struct Invert_ma : Invert {

@@ -38,7 +38,8 @@ template <int n, class V> [[gnu::always_inline]] inline void reciprocals(const a
 }
 
 // Of a matrix and a table for each lane.
-template <int n, class V> [[gnu::always_inline]] inline void luSolvePack(const Block<V, n, n>& stored, const MaskOf<V>* p, Block<V, 1, n>& b)
+template <int n, class V>
+[[gnu::always_inline]] inline void luSolvePack(const Block<V, n, n>& stored, const MaskOf<V>* p, Block<V, 1, n>& b)
 {
     const auto ordered = [&](int i, auto element) KESL_INLINE {
         V x = element(0);
@@ -60,7 +61,8 @@ template <int n, class V> [[gnu::always_inline]] inline void luSolvePack(const B
     for (int i = 0; i < n; ++i) b(0, i) = x[i];
 }
 // Orders 5 and 6 are long: one copy serves all kernels.
-template <int n, class V> [[gnu::noinline]] void luSolveLong(const Block<V, n, n>& stored, const MaskOf<V>* p, Block<V, 1, n>& b)
+template <int n, class V>
+[[gnu::noinline]] void luSolveLong(const Block<V, n, n>& stored, const MaskOf<V>* p, Block<V, 1, n>& b)
 {
     luSolvePack<n>(stored, p, b);
 }
@@ -97,32 +99,36 @@ template <class T> [[gnu::noinline]] void luSolveCommon(auto a, const int* p, au
 struct LUBackSubst {
     static constexpr Threshold threshold = Threshold::everywhere(1701);
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, Table<const int> index, auto src2, auto dst, Size order, Count count = {})
+    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
+    kernel(auto src1, Table<const int> index, auto src2, auto dst, Size order, Count count = {})
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n == 0)
                 return eachObject(count, [&](int k) {
-                    luSolveCommon<T>(src1.object(k, order, order), index.object(k), src2.object(k, 1, order), dst.object(k, 1, order), order);
+                    luSolveCommon<T>(src1.object(k, order, order), index.object(k), src2.object(k, 1, order),
+                                     dst.object(k, 1, order), order);
                     return KeslStatus(keslStatusOk);
                 });
             else if constexpr (src1.isArray || !src2.isArray)
-                return withRuns<n>([&](auto from, auto to) {
-                    return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                        if constexpr (lanes<V> == 1)
-                            luSolveOne<T, n>(src1.object(k.first, n, n), index.object(k.first), from.object(k.first, 1, n), to.object(k.first, 1, n));
-                        else {
-                            const auto a = load<n, n>(src1, k);
-                            auto b = load<1, n, true>(from, k);
-                            MaskOf<V> p[n];
-                            loadIndices<n>(index.object(k.first), p);
-                            if constexpr (n < 5) luSolvePack<n>(a, p, b);
-                            else luSolveLong<n>(a, p, b);
-                            store<true>(to, k, b);
-                        }
-                        return KeslStatus(keslStatusOk);
-                    });
-                }, src2, dst);
+                return withRuns<n>(
+                    [&](auto from, auto to) {
+                        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                            if constexpr (lanes<V> == 1)
+                                luSolveOne<T, n>(src1.object(k.first, n, n), index.object(k.first),
+                                                 from.object(k.first, 1, n), to.object(k.first, 1, n));
+                            else {
+                                const auto a = load<n, n>(src1, k);
+                                auto b = load<1, n, true>(from, k);
+                                MaskOf<V> p[n];
+                                loadIndices<n>(index.object(k.first), p);
+                                if constexpr (n < 5) luSolvePack<n>(a, p, b);
+                                else luSolveLong<n>(a, p, b);
+                                store<true>(to, k, b);
+                            }
+                            return KeslStatus(keslStatusOk);
+                        });
+                    },
+                    src2, dst);
             else { // one matrix for all vectors
                 const auto stored = src1.object(0, n, n);
                 int p[n];
@@ -131,21 +137,24 @@ struct LUBackSubst {
                 for (int i = 0; i < n; ++i) p[i] = index.object(0)[i];
                 eachElement<n, n>([&](int i, int j) { a(i, j) = stored(p[i], j); });
                 reciprocals<n>(a, r);
-                return withRuns<n>([&](auto from, auto to) {
-                    return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                        const auto b = load<1, n, true>(from, k);
-                        Block<V, 1, n> x;
-                        for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
-                        luSolve<n>(a, r, x.e[0]);
-                        store<true>(to, k, x);
-                        return KeslStatus(keslStatusOk);
-                    });
-                }, src2, dst);
+                return withRuns<n>(
+                    [&](auto from, auto to) {
+                        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                            const auto b = load<1, n, true>(from, k);
+                            Block<V, 1, n> x;
+                            for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
+                            luSolve<n>(a, r, x.e[0]);
+                            store<true>(to, k, x);
+                            return KeslStatus(keslStatusOk);
+                        });
+                    },
+                    src2, dst);
             }
         });
     }
 };
 
+// clang-format off
 // ---- The members.
 struct LUBackSubst_mv : LUBackSubst {};
 struct LUBackSubst_mva : LUBackSubst {

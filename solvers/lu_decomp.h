@@ -174,6 +174,7 @@ struct LUDecomp {
     }
 };
 
+// clang-format off
 // ---- The members.
 struct LUDecomp_m : LUDecomp {};
 struct LUDecomp_ma : LUDecomp {

@@ -41,20 +41,24 @@ template <class V> [[gnu::always_inline]] inline void qrSolve(const auto& a, aut
 }
 
 // The long ones: one copy serves all kernels.
-template <class V, int height, int width> [[gnu::noinline]] void qrSolveLong(const Block<V, height, width>& a, V* b, auto rows)
+template <class V, int height, int width>
+[[gnu::noinline]] void qrSolveLong(const Block<V, height, width>& a, V* b, auto rows)
 {
-    qrSolve(a, [&](int k) KESL_INLINE { return betaOf<V>(a, k, rows); }, b, Fixed<width>{}, rows);
+    qrSolve(
+        a, [&](int k) KESL_INLINE { return betaOf<V>(a, k, rows); }, b, Fixed<width>{}, rows);
 }
 template <class V, class T, int height, int width>
 [[gnu::noinline]] void qrSolveLong(const Block<T, height, width>& a, const T* beta, V* b, auto rows)
 {
-    qrSolve(a, [&](int k) KESL_INLINE { return beta[k]; }, b, Fixed<width>{}, rows);
+    qrSolve(
+        a, [&](int k) KESL_INLINE { return beta[k]; }, b, Fixed<width>{}, rows);
 }
 
 template <class T> [[gnu::noinline]] void qrSolveCommon(auto a, T* buffer, auto b, auto x, int width, int height)
 {
     for (int i = 0; i < height; ++i) buffer[i] = b(0, i);
-    qrSolve(a, [&](int k) KESL_INLINE { return betaOf<T>(a, k, height); }, buffer, width, height);
+    qrSolve(
+        a, [&](int k) KESL_INLINE { return betaOf<T>(a, k, height); }, buffer, width, height);
     for (int j = 0; j < width; ++j) x(0, j) = buffer[j];
 }
 
@@ -63,14 +67,15 @@ struct QRBackSubst {
     static constexpr Threshold threshold = setQ;
     static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, Buffer<T> buffer, auto src2, auto dst, Size width, Size height, Count count = {})
+    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
+    kernel(auto src1, Buffer<T> buffer, auto src2, auto dst, Size width, Size height, Count count = {})
     {
         return withShape(width, height, [&](auto w, auto h) {
             constexpr int rows = rowsOf<decltype(h)>;
             constexpr bool square = isFixed<decltype(h)>, brief = square && w < 5;
             const auto common = [&](int k) {
-                qrSolveCommon<T>(src1.object(k, height, width), buffer, src2.object(k, 1, height), dst.object(k, 1, width), width, height);
+                qrSolveCommon<T>(src1.object(k, height, width), buffer, src2.object(k, 1, height), dst.object(k, 1, width),
+                                 width, height);
                 return KeslStatus(keslStatusOk);
             };
             // x from b. The caller's scratch gets what the last object would leave there.
@@ -93,7 +98,9 @@ struct QRBackSubst {
                         Block<V, rows, w> a;
                         loadRows(src1, k, a, h);
                         return solved(k, [&](V* b) KESL_INLINE {
-                            if constexpr (brief) qrSolve(a, [&](int i) KESL_INLINE { return betaOf<V>(a, i, h); }, b, w, h);
+                            if constexpr (brief)
+                                qrSolve(
+                                    a, [&](int i) KESL_INLINE { return betaOf<V>(a, i, h); }, b, w, h);
                             else qrSolveLong(a, b, h);
                         });
                     }
@@ -108,7 +115,9 @@ struct QRBackSubst {
                     if constexpr (lanes<V> == 1 && !square) return common(k.first);
                     else
                         return solved(k, [&](V* b) KESL_INLINE {
-                            if constexpr (brief) qrSolve(a, [&](int i) KESL_INLINE { return beta[i]; }, b, w, h);
+                            if constexpr (brief)
+                                qrSolve(
+                                    a, [&](int i) KESL_INLINE { return beta[i]; }, b, w, h);
                             else qrSolveLong(a, beta, b, h);
                         });
                 });
@@ -118,6 +127,7 @@ struct QRBackSubst {
     static unsigned scratch(unsigned, unsigned height, unsigned) { return height; }
 };
 
+// clang-format off
 // ---- The members. Deliberately the sizes are matched last.
 struct QRBackSubst_mv : QRBackSubst {
     template <class T> static constexpr Checks checks = {"NSBM", "", "NSRM"};

@@ -17,7 +17,8 @@ namespace kesl {
 // Step k on several objects, or packs of them, abreast: it is a chain of a root and two divisions. Column k becomes an element of
 // R and, below it, the reflector v without its leading 1. d is scratch, an element for each column. Returns where a column
 // is singular: its squared norm is below an absolute bound. The comparison must hold to reject: a NaN passes.
-template <int abreast, class V> [[gnu::always_inline]] inline MaskOf<V> reflect(auto* a, auto d, int k, auto width, auto height)
+template <int abreast, class V>
+[[gnu::always_inline]] inline MaskOf<V> reflect(auto* a, auto d, int k, auto width, auto height)
 {
     constexpr Fixed<abreast> all;
     MaskOf<V> singular{};
@@ -56,7 +57,8 @@ template <int abreast, class V> [[gnu::always_inline]] inline MaskOf<V> reflect(
     return singular;
 }
 // False where an object is singular; a single one is left as it was before the step that failed.
-template <int abreast, int height, int width, class V> [[gnu::always_inline]] inline bool qrBlocks(Block<V, height, width>* a, auto rows)
+template <int abreast, int height, int width, class V>
+[[gnu::always_inline]] inline bool qrBlocks(Block<V, height, width>* a, auto rows)
 {
     Block<V, abreast, width> sums;
     const auto d = [&](int p, int j) KESL_INLINE -> V& { return sums(p, j); };
@@ -70,7 +72,8 @@ template <int abreast, int height, int width, class V> [[gnu::always_inline]] in
     return !any(bad);
 }
 // The long ones: one copy serves all kernels. One pack or all.
-template <int most, int height, int width, class V> [[gnu::noinline]] bool qrLong(Block<V, height, width>* a, int packs, auto rows)
+template <int most, int height, int width, class V>
+[[gnu::noinline]] bool qrLong(Block<V, height, width>* a, int packs, auto rows)
 {
     return packs == most ? qrBlocks<most>(a, rows) : qrBlocks<1>(a, rows);
 }
@@ -80,7 +83,9 @@ template <class T> [[gnu::noinline]] KeslStatus qrCommon(auto src, T* buffer, au
     for (int i = 0; i < height; ++i)
         for (int j = 0; j < width; ++j) a(i, j) = src(i, j);
     for (int k = 0; k < reflectors(width, height); ++k)
-        if (reflect<1, T>(&a, [&](int, int j) -> T& { return buffer[j]; }, k, width, height)) return keslStatusDivideByZero;
+        if (reflect<1, T>(
+                &a, [&](int, int j) -> T& { return buffer[j]; }, k, width, height))
+            return keslStatusDivideByZero;
     return keslStatusOk;
 }
 
@@ -90,8 +95,8 @@ struct QRDecomp {
     static constexpr bool canFail = true;
     static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size width, Size height, Count count = {})
+    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
+    kernel(auto src, Buffer<T> buffer, auto dst, Size width, Size height, Count count = {})
     {
         return withShape(width, height, [&](auto w, auto h) {
             constexpr int rows = rowsOf<decltype(h)>;
@@ -101,28 +106,31 @@ struct QRDecomp {
             };
             if constexpr (w == 0) return eachObject(count, [&](int k) { return common(k, buffer); });
             else
-                return eachPack<T, square && w < 5 ? 1 : 2>(count, [&]<class V, int most>(Objects<V, most> k) -> KeslStatus {
-                    if constexpr (lanes<V> == 1 && !square) {
-                        T d[w];
-                        return common(k.first, d);
-                    } else {
-                        Block<V, rows, w> a[most];
-                        const int packs = most == 1 ? 1 : k.packs;
-                        int p = 0;
-                        do loadRows(src, k.pack(p), a[p], h);
-                        while (++p < packs);
-                        const bool good = square && w < 5 ? qrBlocks<1>(a, h) : qrLong<most>(a, packs, h);
-                        if (!good && lanes<V> > 1) return keslStatusDivideByZero;
-                        p = 0;
-                        do storeRows(dst, k.pack(p), a[p], h);
-                        while (++p < packs);
-                        return good ? keslStatusOk : keslStatusDivideByZero;
-                    }
-                });
+                return eachPack < T,
+                       square && w < 5 ? 1 : 2 > (count, [&]<class V, int most>(Objects<V, most> k) -> KeslStatus {
+                                                 if constexpr (lanes<V> == 1 && !square) {
+                                                     T d[w];
+                                                     return common(k.first, d);
+                                                 } else {
+                                                     Block<V, rows, w> a[most];
+                                                     const int packs = most == 1 ? 1 : k.packs;
+                                                     int p = 0;
+                                                     do loadRows(src, k.pack(p), a[p], h);
+                                                     while (++p < packs);
+                                                     const bool good =
+                                                         square && w < 5 ? qrBlocks<1>(a, h) : qrLong<most>(a, packs, h);
+                                                     if (!good && lanes<V> > 1) return keslStatusDivideByZero;
+                                                     p = 0;
+                                                     do storeRows(dst, k.pack(p), a[p], h);
+                                                     while (++p < packs);
+                                                     return good ? keslStatusOk : keslStatusDivideByZero;
+                                                 }
+                                             });
         });
     }
 };
 
+// clang-format off
 // ---- The members.
 struct QRDecomp_m : QRDecomp {
     template <class T> static constexpr Checks checks = {"NSBM", "", "NSRM"}; // deliberately the match comes last

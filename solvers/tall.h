@@ -53,7 +53,8 @@ template <int height, int width, class V, class O>
         if (src.stride1 == width * src.elementSize) return loadRun(at, x.e[0], rows * width);
         for (int i = 0; i < rows; ++i) loadRun<width>(movedRow(at, std::int64_t(i) * src.stride1), x.e[i]);
     } else
-        for (int i = 0; i < rows; ++i) upTo(0, Fixed<width>{}, [&](int j) KESL_INLINE { x(i, j) = loadElement<V>(src, k.first, i, j, width); });
+        for (int i = 0; i < rows; ++i)
+            upTo(0, Fixed<width>{}, [&](int j) KESL_INLINE { x(i, j) = loadElement<V>(src, k.first, i, j, width); });
 }
 template <int height, int width, class V, class O>
 [[gnu::always_inline]] inline void storeRows(const O& dst, Objects<V> k, const Block<V, height, width>& x, auto rows)
@@ -64,9 +65,11 @@ template <int height, int width, class V, class O>
         if (dst.stride1 == width * dst.elementSize) return storeRun(at, x.e[0], rows * width);
         for (int i = 0; i < rows; ++i) storeRun<width>(movedRow(at, std::int64_t(i) * dst.stride1), x.e[i]);
     } else
-        for (int i = 0; i < rows; ++i) upTo(0, Fixed<width>{}, [&](int j) KESL_INLINE { storeElement(dst, k.first, i, j, width, x(i, j)); });
+        for (int i = 0; i < rows; ++i)
+            upTo(0, Fixed<width>{}, [&](int j) KESL_INLINE { storeElement(dst, k.first, i, j, width, x(i, j)); });
 }
-template <int height, class V, class O> [[gnu::always_inline]] inline void loadVector(const O& src, Objects<V> k, Block<V, 1, height>& x, auto length)
+template <int height, class V, class O>
+[[gnu::always_inline]] inline void loadVector(const O& src, Objects<V> k, Block<V, 1, height>& x, auto length)
 {
     if constexpr (isFixed<decltype(length)>) x = load<1, height, true>(src, k);
     else if constexpr (contiguousRows(O::form)) loadRun(lanesOf(src, k.first), x.e[0], length);

@@ -37,18 +37,21 @@ template <int n, class V, class O> [[gnu::always_inline]] inline Block<V, n, n> 
         return x;
     }
 }
-template <int n, class V, class O> [[gnu::always_inline]] inline void storeLower(const O& dst, Objects<V> k, const Block<V, n, n>& x)
+template <int n, class V, class O>
+[[gnu::always_inline]] inline void storeLower(const O& dst, Objects<V> k, const Block<V, n, n>& x)
 {
     if constexpr (contiguousRows(O::form)) {
         const auto at = lanesOf(dst, k.first);
         [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-            ([&]() KESL_INLINE {
-                const auto row = movedRow(at, std::int64_t(i) * dst.stride1);
-                if constexpr (O::elementSize == 4 && (i == 1 || i == 2)) {
-                    scatterPairs(row, x(i, 0), x(i, 1));
-                    if constexpr (i == 2) scatter(row + 2, x(i, 2));
-                } else storeRun<i + 1>(row, x.e[i]);
-            }(), ...);
+            (
+                [&]() KESL_INLINE {
+                    const auto row = movedRow(at, std::int64_t(i) * dst.stride1);
+                    if constexpr (O::elementSize == 4 && (i == 1 || i == 2)) {
+                        scatterPairs(row, x(i, 0), x(i, 1));
+                        if constexpr (i == 2) scatter(row + 2, x(i, 2));
+                    } else storeRun<i + 1>(row, x.e[i]);
+                }(),
+                ...);
         }(std::make_integer_sequence<int, n>{});
     } else eachLower<n>([&](int i, int j) KESL_INLINE { storeElement(dst, k.first, i, j, n, x(i, j)); });
 }

@@ -9,8 +9,7 @@
 #include <set>
 #include <sys/mman.h>
 
-namespace
-{
+namespace {
 // How an operand lies in memory: the order of its dimensions (k objects, r rows, c columns; the last one is nested
 // innermost), the distance of the innermost elements, gaps between runs, how many inner dimensions share a page of
 // their own between inaccessible ones (0: all is flat), and what else there is to it.
@@ -47,10 +46,8 @@ template <class T> T ordinary(Random& r)
 
 template <class T> T anyBits(Random& r)
 {
-    if constexpr (sizeof(T) == 4)
-        return std::bit_cast<float>(uint32_t(r.next()));
-    else
-        return std::bit_cast<double>(r.next());
+    if constexpr (sizeof(T) == 4) return std::bit_cast<float>(uint32_t(r.next()));
+    else return std::bit_cast<double>(r.next());
 }
 
 template <class T> T special(Random& r)
@@ -79,16 +76,11 @@ enum class Data { ordinary, integers, mixed, bits, specials };
 template <class T> T datum(Data kind, Random& r)
 {
     switch (kind) {
-    case Data::integers:
-        return T(r.between(-4, 4));
-    case Data::mixed:
-        return r.chance(8) ? special<T>(r) : ordinary<T>(r);
-    case Data::bits:
-        return anyBits<T>(r);
-    case Data::specials:
-        return special<T>(r);
-    default:
-        return ordinary<T>(r);
+    case Data::integers: return T(r.between(-4, 4));
+    case Data::mixed: return r.chance(8) ? special<T>(r) : ordinary<T>(r);
+    case Data::bits: return anyBits<T>(r);
+    case Data::specials: return special<T>(r);
+    default: return ordinary<T>(r);
     }
 }
 
@@ -142,8 +134,7 @@ Case::~Case()
         if (p.arena && p.arena->end - p.arena->begin >= hugeSpan)
             for (auto [begin, size] : p.windows) {
                 char* const page = reinterpret_cast<char*>(size_t(begin) & ~size_t(pageSize - 1));
-                for (char* at : {page, page + p.arena->toShadow})
-                    madvise(at, size_t(begin + size - page), MADV_DONTNEED);
+                for (char* at : {page, page + p.arena->toShadow}) madvise(at, size_t(begin + size - page), MADV_DONTNEED);
             }
 }
 
@@ -234,8 +225,7 @@ void Case::place(int operand, const Wish& wish, int form)
     // A list may hold its objects, or its elements, in any order.
     p.pointer = p.begin;
     if (o.list()) {
-        static const int shifts[] = {0,    1,      3,          16,
-                                     1000, 123456, INT_MAX / 8}; // in a team the sum of shift and slice wraps
+        static const int shifts[] = {0, 1, 3, 16, 1000, 123456, INT_MAX / 8}; // in a team the sum of shift and slice wraps
         p.shift = shifts[random.below(wish.plain ? 6 : 7)] * p.elemSize;
         const int entries = o.layout == 'L' ? p.objects : p.rows * p.columns;
         std::vector<int> slots = random.permutation(entries);
@@ -262,8 +252,7 @@ void Case::place(int operand, const Wish& wish, int form)
         if (a.role == Role::stride0 && count > 1 && !f.tested(a) && random.chance(50)) { // backwards, or all the same
             if (random.chance(50))
                 for (char*& entry : p.list) entry += ptrdiff_t(count - 1) * p.stride0;
-            else
-                p.stride0 = 0, p.overlaps = true;
+            else p.stride0 = 0, p.overlaps = true;
             p.stride0 = -p.stride0;
         }
         if (a.role == Role::stride1 && p.rows == 1 && random.chance(20)) p.stride1 = even;
@@ -286,29 +275,14 @@ void Case::arguments()
         const Placed* p = a.operand < 0 ? nullptr : &placed[size_t(a.operand)];
         values[i].p = nullptr;
         switch (a.role) {
-        case Role::pointer:
-            values[i].p = p->listAt ? static_cast<void*>(p->listAt) : p->pointer;
-            break;
-        case Role::stride0:
-            values[i].i = p->stride0;
-            break;
-        case Role::stride1:
-            values[i].i = p->stride1;
-            break;
-        case Role::stride2:
-            values[i].i = p->stride2;
-            break;
-        case Role::shift:
-            values[i].i = p->shift;
-            break;
-        case Role::size:
-            values[i].i = f.size(a.name, dims);
-            break;
-        case Role::count:
-            values[i].i = count;
-            break;
-        case Role::constant:
-            break; // data
+        case Role::pointer: values[i].p = p->listAt ? static_cast<void*>(p->listAt) : p->pointer; break;
+        case Role::stride0: values[i].i = p->stride0; break;
+        case Role::stride1: values[i].i = p->stride1; break;
+        case Role::stride2: values[i].i = p->stride2; break;
+        case Role::shift: values[i].i = p->shift; break;
+        case Role::size: values[i].i = f.size(a.name, dims); break;
+        case Role::count: values[i].i = count; break;
+        case Role::constant: break; // data
         }
     }
 }
@@ -320,8 +294,7 @@ template <class E> View<E> Case::view(int operand, int k, bool shadow) const
     View<E> v;
     if (o.byValue()) {
         for (size_t i = 0; i < values.size(); ++i)
-            if (f.arguments[i].operand == operand)
-                v.base = const_cast<char*>(reinterpret_cast<const char*>(&values[i]));
+            if (f.arguments[i].operand == operand) v.base = const_cast<char*>(reinterpret_cast<const char*>(&values[i]));
         return v;
     }
     const ptrdiff_t delta = shadow ? p.arena->toShadow : 0;
@@ -345,10 +318,8 @@ template <class T> Object<T> Case::object(int k, bool shadow)
     for (size_t i = 0; i < f.operands.size(); ++i) {
         const Operand& operand = f.operands[i];
         if (operand.scratch) continue;
-        if (operand.integer)
-            o.tables.push_back(view<int>(int(i), k, shadow));
-        else
-            (operand.destination ? o.destinations : o.sources).push_back(view<T>(int(i), k, shadow));
+        if (operand.integer) o.tables.push_back(view<int>(int(i), k, shadow));
+        else (operand.destination ? o.destinations : o.sources).push_back(view<T>(int(i), k, shadow));
     }
     if (!tolerance.empty())
         for (const Operand& operand : f.operands)
@@ -385,10 +356,8 @@ template <class T> void Case::fillElements(const Wish& wish)
             const std::vector<int> order = random.permutation(o.integer ? o.columns(dims) : 0);
             for (int r = 0; r < o.rows(dims); ++r)
                 for (int c = 0; c < o.columns(dims); ++c)
-                    if (o.integer)
-                        view<int>(int(i), k, false)(r, c) = order[size_t(c)];
-                    else
-                        view<T>(int(i), k, false)(r, c) = datum<T>(kind, random);
+                    if (o.integer) view<int>(int(i), k, false)(r, c) = order[size_t(c)];
+                    else view<T>(int(i), k, false)(r, c) = datum<T>(kind, random);
         }
     }
     const Hooks<T>& hooks = reference.of<T>();
@@ -400,8 +369,7 @@ template <class T> void Case::fillElements(const Wish& wish)
     }
     if (hooks.fail && random.chance(wish.failing)) {
         const int places[] = {0, count / 2, count - 1, random.below(count)};
-        for (int times = random.between(1, 2); times > 0; --times)
-            hooks.fail(object<T>(random.pick(places), false), random);
+        for (int times = random.between(1, 2); times > 0; --times) hooks.fail(object<T>(random.pick(places), false), random);
     }
 }
 
@@ -468,8 +436,7 @@ template <class T> std::string Case::compareAs(bool bufferIsFree)
         return true;
     };
     for (size_t i = 0; i < placed.size(); ++i)
-        if (!placed[i].list.empty() &&
-            std::memcmp(placed[i].listAt, placed[i].list.data(), placed[i].list.size() * 8) != 0)
+        if (!placed[i].list.empty() && std::memcmp(placed[i].listAt, placed[i].list.data(), placed[i].list.size() * 8) != 0)
             return "the list of " + f.operands[i].name + " changed";
     if (equal()) return "";
 
@@ -501,8 +468,8 @@ template <class T> std::string Case::compareAs(bool bufferIsFree)
                                           ? (std::isnan(a) && std::isnan(b)) || slack == INFINITY
                                           : std::fabs(double(a) - double(b)) <= slack && slack > 0;
                     if (!good)
-                        return format("%s(k=%d, i=%d, j=%d) is %.17g = %a, expected %.17g = %a%s", o.name.c_str(), k, r,
-                                      c, double(a), double(a), double(b), double(b),
+                        return format("%s(k=%d, i=%d, j=%d) is %.17g = %a, expected %.17g = %a%s", o.name.c_str(), k, r, c,
+                                      double(a), double(a), double(b), double(b),
                                       slack > 0 ? format(" within %g", slack).c_str() : "");
                     b = a;
                 }
@@ -513,9 +480,8 @@ template <class T> std::string Case::compareAs(bool bufferIsFree)
         for (auto [begin, size] : placed[i].windows)
             for (size_t b = 0; b < size; ++b)
                 if (begin[b] != begin[ptrdiff_t(b) + placed[i].arena->toShadow])
-                    return format(
-                        "byte %td of %s changed (0 is its first, %td behind its last), though it is not a result",
-                        begin + b - placed[i].begin, f.operands[i].name.c_str(), placed[i].end - placed[i].begin);
+                    return format("byte %td of %s changed (0 is its first, %td behind its last), though it is not a result",
+                                  begin + b - placed[i].begin, f.operands[i].name.c_str(), placed[i].end - placed[i].begin);
     return "";
 }
 
@@ -533,12 +499,9 @@ std::vector<char> Case::results() const
                         const char* bytes = reinterpret_cast<const char*>(&value);
                         all.insert(all.end(), bytes, bytes + sizeof value);
                     };
-                    if (o.integer)
-                        append(view<int>(int(i), k, false)(r, c));
-                    else if (f.elemSize == 4)
-                        append(view<float>(int(i), k, false)(r, c));
-                    else
-                        append(view<double>(int(i), k, false)(r, c));
+                    if (o.integer) append(view<int>(int(i), k, false)(r, c));
+                    else if (f.elemSize == 4) append(view<float>(int(i), k, false)(r, c));
+                    else append(view<double>(int(i), k, false)(r, c));
                 }
     }
     return all;
@@ -649,10 +612,8 @@ std::string Case::source(const std::string& problem) const
             const Operand& o = f.operands[size_t(a.operand)];
             text += (o.list() ? (o.destination ? "" : format("(const %s *const *)", f.type())) + o.name
                               : data[size_t(a.operand)]);
-        } else if (a.role == Role::constant)
-            text += format("%a", f.elemSize == 4 ? double(values[i].f) : values[i].d);
-        else
-            text += std::to_string(values[i].i);
+        } else if (a.role == Role::constant) text += format("%a", f.elemSize == 4 ? double(values[i].f) : values[i].d);
+        else text += std::to_string(values[i].i);
     }
     return text + ");\n";
 }

@@ -26,8 +26,7 @@ struct Placed {
     std::vector<std::pair<char*, size_t>> windows;        // what is compared, around and between the elements
 };
 
-class Case
-{
+class Case {
 public:
     Case(const Function&, const Reference&, int number, const Wish& = {});
     ~Case();

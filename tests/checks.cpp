@@ -1,8 +1,7 @@
 // Calls with bad arguments. Every pointer leads to inaccessible memory: a failed check touches nothing.
 #include "tests.h"
 
-namespace
-{
+namespace {
 struct Fault {
     size_t argument;
     Value value;
@@ -38,12 +37,8 @@ std::vector<Fault> faults(const Function& f, const std::vector<Value>& valid)
 {
     std::vector<Fault> list;
     for (size_t i = 0; i < valid.size(); ++i) switch (f.arguments[i].role) {
-        case Role::pointer:
-            list.push_back({i, integer(0)});
-            break;
-        case Role::size:
-            list.push_back({i, integer(valid[i].i + 1)});
-            [[fallthrough]]; // perhaps a mismatch
+        case Role::pointer: list.push_back({i, integer(0)}); break;
+        case Role::size: list.push_back({i, integer(valid[i].i + 1)}); [[fallthrough]]; // perhaps a mismatch
         case Role::count:
             for (int bad : {0, -1, INT_MIN}) list.push_back({i, integer(bad)});
             break;
@@ -51,11 +46,9 @@ std::vector<Fault> faults(const Function& f, const std::vector<Value>& valid)
             for (int bad : {-f.elemSize, 1, 2, f.elemSize / 2, f.elemSize + 1, -1, INT_MIN, INT_MAX})
                 list.push_back({i, integer(bad)});
             break;
-        case Role::constant:
-            break;
+        case Role::constant: break;
         default:
-            for (int bad :
-                 {0, -f.elemSize, 1, 2, f.elemSize / 2, 3 * f.elemSize / 2, f.elemSize + 1, -1, INT_MIN, INT_MAX})
+            for (int bad : {0, -f.elemSize, 1, 2, f.elemSize / 2, 3 * f.elemSize / 2, f.elemSize + 1, -1, INT_MIN, INT_MAX})
                 list.push_back({i, integer(bad)});
         }
     return list;
@@ -93,8 +86,7 @@ void testChecks(const Function& f, const Level& level)
         int status = Ok;
         const bool ended = survives([&] { status = call(f, address, values); });
         EXPECT_TRUE(ended) << print(f, values) << " touched its operands before it returned " << expected;
-        EXPECT_TRUE(!ended || status == expected)
-            << print(f, values) << " returned " << status << ", expected " << expected;
+        EXPECT_TRUE(!ended || status == expected) << print(f, values) << " returned " << status << ", expected " << expected;
         ++calls;
     };
     const auto with = [&](std::vector<Value> values, std::initializer_list<Fault> list) {

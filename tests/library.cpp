@@ -16,8 +16,7 @@ Watch watch;
 long callsMade = 0;
 bool regionsAreSeen = false;
 
-namespace
-{
+namespace {
 std::vector<int> answers = {1};
 constexpr unsigned char untouched = 0xA5;
 std::mutex blocksMutex;

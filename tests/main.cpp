@@ -6,10 +6,8 @@
 #include <iostream>
 #include <unistd.h>
 
-namespace
-{
-class Test : public testing::Test
-{
+namespace {
+class Test : public testing::Test {
 public:
     Test(const Level& l, std::function<void()> b) : level(l), body(std::move(b)) {}
     void TestBody() override

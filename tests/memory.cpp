@@ -11,8 +11,7 @@
 thread_local sigjmp_buf* trap;
 thread_local void* faultAddress;
 
-namespace
-{
+namespace {
 char running[4096];
 
 char* reserve(size_t bytes, int protection)

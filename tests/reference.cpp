@@ -1,7 +1,6 @@
 #include "reference.h"
 
-namespace
-{
+namespace {
 struct Entry {
     std::string operation, shapes;
     Reference reference;

@@ -79,10 +79,8 @@ struct Reference {
 
     template <class T> const Hooks<T>& of() const
     {
-        if constexpr (sizeof(T) == 4)
-            return single;
-        else
-            return twofold;
+        if constexpr (sizeof(T) == 4) return single;
+        else return twofold;
     }
 };
 const Reference* findReference(const Function&); // null if there is none

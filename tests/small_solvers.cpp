@@ -11,8 +11,7 @@ using kesl::Solution;
 template <class T> constexpr T smini = kesl::Precision<T>::floorNorm;
 template <class T> constexpr T big = kesl::bigNorm<T>;
 
-template <class T> struct SmallSolvers : testing::Test {
-};
+template <class T> struct SmallSolvers : testing::Test {};
 using Types = testing::Types<float, double>;
 TYPED_TEST_SUITE(SmallSolvers, Types);
 

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 std::vector<Special*>& list()
 {
     static std::vector<Special*> all;

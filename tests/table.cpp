@@ -5,8 +5,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace
-{
+namespace {
 std::vector<std::string> words(const std::string& text)
 {
     std::istringstream stream(text);
@@ -258,12 +257,10 @@ void describe(Function& f, int operand)
 
 std::string checksOf(const Function& f)
 {
-    const std::string typed =
-        f.operation + (f.shape.empty() ? "" : "_" + f.shape) + (f.elemSize == 4 ? "_32f" : "_64f");
+    const std::string typed = f.operation + (f.shape.empty() ? "" : "_" + f.shape) + (f.elemSize == 4 ? "_32f" : "_64f");
     const std::string untyped = typed.substr(0, typed.size() - 4);
     for (const CopyChecks& c : copies)
-        if (f.operation == "Copy" && f.layout == c.suffix)
-            return f.shape == "ma" ? c.ma : f.elemSize == 4 ? c.va32 : c.va64;
+        if (f.operation == "Copy" && f.layout == c.suffix) return f.shape == "ma" ? c.ma : f.elemSize == 4 ? c.va32 : c.va64;
     for (const Checks& c : exceptions)
         if (among(typed, c.functions) || among(untyped, c.functions))
             return f.layout.empty() ? c.standard : f.layout == "L" ? c.L : c.P;
@@ -284,21 +281,16 @@ Function make(const Family& family, const std::string& shape, const std::string&
     f.array = shape.find('a') != std::string::npos;
     std::vector<std::pair<char, bool>> letters; // and whether an array
     for (char c : kinds)
-        if (c == 'a')
-            letters.back().second = true;
-        else
-            letters.push_back({c, false});
+        if (c == 'a') letters.back().second = true;
+        else letters.push_back({c, false});
 
     // Operands stand in the order of the letters, which the arguments need not follow: in cav the constant comes first.
     std::vector<std::string> sources, constants, rest, order;
     for (const std::string& token : words(family.arguments)) {
         const bool operand = token.find_first_of(":!#*") != std::string::npos;
-        if (token.substr(0, 3) == "val")
-            constants.push_back(token);
-        else if (operand && token.substr(0, 3) == "src" && token.find(':') != std::string::npos)
-            sources.push_back(token);
-        else if (operand)
-            rest.push_back(token);
+        if (token.substr(0, 3) == "val") constants.push_back(token);
+        else if (operand && token.substr(0, 3) == "src" && token.find(':') != std::string::npos) sources.push_back(token);
+        else if (operand) rest.push_back(token);
         order.push_back(token);
     }
     for (auto [letter, array] : letters) {
@@ -314,10 +306,8 @@ Function make(const Family& family, const std::string& shape, const std::string&
         int operand = -1;
         for (size_t i = 0; i < f.operands.size(); ++i)
             if (f.operands[i].name == name) operand = int(i);
-        if (operand >= 0 && f.operands[size_t(operand)].byValue())
-            last.push_back(operand);
-        else if (operand >= 0)
-            describe(f, operand);
+        if (operand >= 0 && f.operands[size_t(operand)].byValue()) last.push_back(operand);
+        else if (operand >= 0) describe(f, operand);
         else if (name == "count" ? f.array : name.substr(0, 3) != "val")
             f.arguments.push_back({name == "count" ? Role::count : Role::size, -1, name, "int "});
     }
@@ -326,9 +316,7 @@ Function make(const Family& family, const std::string& shape, const std::string&
 
     for (const Measure& m : measures)
         if (among(f.operation, m.operations) && among(f.shape, m.shapes)) f.work = &m;
-    const auto either = [&](const char* first, const char* second) {
-        return f.at(first) >= 0 ? f.at(first) : f.at(second);
-    };
+    const auto either = [&](const char* first, const char* second) { return f.at(first) >= 0 ? f.at(first) : f.at(second); };
     const int places[] = {either("width", "src1Width"),
                           either("height", "src1Height"),
                           f.at("src1Width"),
@@ -375,10 +363,8 @@ int product(const std::string& sum, const Dims& d)
 {
     int result = 0, term = 1;
     for (char c : sum + '+')
-        if (c == '+')
-            result += term, term = 1;
-        else
-            term *= d[c];
+        if (c == '+') result += term, term = 1;
+        else term *= d[c];
     return result;
 }
 
@@ -475,9 +461,7 @@ int Function::expected(const std::vector<Value>& values) const
             if (mismatch()) return SizeMismatch;
             break;
         case 'B':
-            if (any([&](const Argument& a, Value v) {
-                    return badStride(a, v) && !(deferred && a.role == Role::stride0);
-                }))
+            if (any([&](const Argument& a, Value v) { return badStride(a, v) && !(deferred && a.role == Role::stride0); }))
                 return BadStride;
             break;
         case 'b':
@@ -494,8 +478,7 @@ int Function::expected(const std::vector<Value>& values) const
         case 'r':
             if (any([&](const Argument& a, Value v) { return badShift(a, v) && source(a); })) return BadRoiShift;
             break;
-        default:
-            throw std::logic_error("no such check");
+        default: throw std::logic_error("no such check");
         }
     return Ok;
 }

@@ -68,8 +68,7 @@ struct Function {
     std::string name, operation, shape, layout; // keslAdd_mam_32f_L, Add, mam, L
     int elemSize = 4;
     bool array = false;
-    std::vector<Operand>
-        operands; // sources in the order of the letters, other constants, then destinations and the rest
+    std::vector<Operand> operands; // sources in the order of the letters, other constants, then destinations and the rest
     std::vector<Argument> arguments;
     std::string sequence;                 // of its checks, as letters (see table.cpp)
     const struct Measure* work = nullptr; // null for those that have none

@@ -3,8 +3,7 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 struct Team {
     int first, second; // answers of the companion within one call
 };

@@ -2,8 +2,7 @@
 // call ends at its first access, whatever its size: measures that wrap cost nothing.
 #include "tests.h"
 
-namespace
-{
+namespace {
 std::vector<Value> argumentsOf(const Function& f, const Dims& dims, bool contiguous, Random& random)
 {
     std::vector<Value> values(f.arguments.size());
@@ -44,8 +43,7 @@ void testThresholds(const Function& f, const Level& level)
             if (f.arguments[i].role != Role::pointer && f.arguments[i].role != Role::constant)
                 text += " " + f.arguments[i].name + "=" + std::to_string(values[i].i);
         EXPECT_FALSE(ended) << f.name << text << ": returned " << status << " without a look at its operands";
-        EXPECT_EQ(watch.asked, int(parallel))
-            << f.name << text << ": measure " << measure << ", threshold " << threshold;
+        EXPECT_EQ(watch.asked, int(parallel)) << f.name << text << ": measure " << measure << ", threshold " << threshold;
         ++(parallel ? reached : below);
     };
 
@@ -74,8 +72,7 @@ void testThresholds(const Function& f, const Level& level)
         }
         int& count = values[size_t(f.at("count"))].i;
         if (f.measured())
-            for (int first = firstCount(values), c = std::max(1, first - 1); c <= first + 1; ++c)
-                count = c, check(values);
+            for (int first = firstCount(values), c = std::max(1, first - 1); c <= first + 1; ++c) count = c, check(values);
         for (int i = 0; i < 6; ++i) { // many of these wrap
             count = 1 + int(random.next() >> random.between(33, 60));
             check(values);
@@ -103,8 +100,6 @@ void testThresholds(const Function& f, const Level& level)
             }
         }
     }
-    if (f.threaded()) {
-        EXPECT_GT(reached, 0);
-    }
+    if (f.threaded()) { EXPECT_GT(reached, 0); }
     EXPECT_GT(below, 0);
 }

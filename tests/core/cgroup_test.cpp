@@ -10,8 +10,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // A made-up root directory with the files that tell a process its control groups.
-class Cgroup : public testing::Test
-{
+class Cgroup : public testing::Test {
 protected:
     Cgroup()
     {
@@ -97,9 +96,8 @@ TEST_F(Cgroup, Version1)
 
 TEST_F(Cgroup, Version1NeedsTheCpuController)
 {
-    process("2:cpuset:/\n3:cpuacct:/\n4:cpu:/\n",
-            "32 31 0:29 / /sys/fs/cgroup/cpuset rw - cgroup cgroup rw,cpuset\n"
-            "33 31 0:30 / /sys/fs/cgroup/cpuacct rw - cgroup cgroup rw,cpuacct\n");
+    process("2:cpuset:/\n3:cpuacct:/\n4:cpu:/\n", "32 31 0:29 / /sys/fs/cgroup/cpuset rw - cgroup cgroup rw,cpuset\n"
+                                                  "33 31 0:30 / /sys/fs/cgroup/cpuacct rw - cgroup cgroup rw,cpuacct\n");
     version1("sys/fs/cgroup/cpuset", "100000", "100000");
     version1("sys/fs/cgroup/cpuacct", "100000", "100000");
     EXPECT_EQ(processors(), INT_MAX);
@@ -131,8 +129,7 @@ TEST_F(Cgroup, ContainerWithThePathOfTheHost)
 
 TEST_F(Cgroup, BrokenFiles)
 {
-    process("\n:\n0:\ncpu\n0::",
-            "\n - \n1 2 3\n1 2 3 4 5 - cgroup\n1 2 3 / / - cgroup2\n" + std::string(10000, 'x') + "\n");
+    process("\n:\n0:\ncpu\n0::", "\n - \n1 2 3\n1 2 3 4 5 - cgroup\n1 2 3 / / - cgroup2\n" + std::string(10000, 'x') + "\n");
     EXPECT_EQ(processors(), INT_MAX);
     process("0::/" + std::string(5000, 'y') + "\n", mount2);
     file("sys/fs/cgroup/cpu.max", "100000 100000\n");

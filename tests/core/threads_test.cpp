@@ -62,8 +62,7 @@ std::string freshProcess(const std::string& environment)
 }
 std::string twice(int n) { return std::to_string(n) + " " + std::to_string(n) + "\n"; }
 
-class Threads : public testing::Test
-{
+class Threads : public testing::Test {
 protected:
     void TearDown() override { keslCoreSetNumThreads(0); }
 };

@@ -1,8 +1,7 @@
 // Element-wise sum and difference. A vector is a matrix of one row, a constant has its value everywhere.
 #include "../reference.h"
 
-namespace
-{
+namespace {
 struct ElementWise {
     // Of matrices each element is read before it is written; that cannot hold for a source that is read transposed, or
     // more than once. Of vectors nothing is promised.

@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace
-{
+namespace {
 struct AffineTransform {
     template <class T> Outcome operator()(const Object<T>& o) const
     {

@@ -1,8 +1,7 @@
 // Back substitution with a Cholesky factor whose diagonal is stored as its reciprocals.
 #include "../reference.h"
 
-namespace
-{
+namespace {
 // The terms of a row may be subtracted in any order at orders 3 to 6; the library takes that of the other orders for
 // all.
 struct CholeskySolve {

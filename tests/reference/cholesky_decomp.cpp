@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace
-{
+namespace {
 struct Cholesky {
     static int cost(const Dims& d) { return d['n'] * d['n'] * d['n'] / 2 + 1; }
     static bool inPlace(const Function&, const Dims&, int) { return true; }

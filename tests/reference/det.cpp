@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace
-{
+namespace {
 // The minor of the first rows and of some columns, along its last row, from the last column to the first. At orders 5
 // and 6 the terms may come in any order; the library takes the same as at orders 3 and 4.
 template <class T> T minor(const View<T>& a, std::vector<int> columns)
@@ -102,8 +101,7 @@ struct Determinant {
         } else if (what == 3) {
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j) a(i, j) = T(random.between(-1, 1));
-        } else
-            a(random.below(n), random.below(n)) = T(NAN);
+        } else a(random.below(n), random.below(n)) = T(NAN);
     }
 };
 

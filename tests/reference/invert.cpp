@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace
-{
+namespace {
 template <class T> struct Matrix {
     T at[9][9];
     T* operator[](int i) { return at[i]; }
@@ -17,18 +16,15 @@ template <class T> struct Matrix {
 template <class T> T minor(const Matrix<T>& a, const int* rows, const int* columns, int n)
 {
     if (n == 1) return a[rows[0]][columns[0]];
-    if (n == 2)
-        return a[rows[0]][columns[0]] * a[rows[1]][columns[1]] - a[rows[0]][columns[1]] * a[rows[1]][columns[0]];
+    if (n == 2) return a[rows[0]][columns[0]] * a[rows[1]][columns[1]] - a[rows[0]][columns[1]] * a[rows[1]][columns[0]];
     T sum = 0;
     for (int omitted = n - 1; omitted >= 0; --omitted) {
         int others[9];
         for (int i = 0, k = 0; i < n; ++i)
             if (i != omitted) others[k++] = rows[i];
         const T term = a[rows[omitted]][columns[0]] * minor(a, others, columns + 1, n - 1);
-        if (omitted == n - 1)
-            sum = omitted % 2 ? -term : term;
-        else
-            sum = omitted % 2 ? sum - term : sum + term;
+        if (omitted == n - 1) sum = omitted % 2 ? -term : term;
+        else sum = omitted % 2 ? sum - term : sum + term;
     }
     return sum;
 }
@@ -103,9 +99,9 @@ struct Inverse {
                 o.destination()(i, j) = ((i + j) % 2 ? 0 - m : m) * r;
                 if (n >= 5) {
                     const double scale = std::fabs(double(r));
-                    const double error = (n * n * unit * permanent(a, rows, columns, n - 1) +
-                                          std::fabs(double(m)) * (detError + 6 * unit)) *
-                                         scale * 1.01;
+                    const double error =
+                        (n * n * unit * permanent(a, rows, columns, n - 1) + std::fabs(double(m)) * (detError + 6 * unit)) *
+                        scale * 1.01;
                     // Nothing is known behind an overflow or a determinant that is all rounding.
                     o.tolerance(i, j) = std::isfinite(error) && detError < 0.5 ? error : INFINITY;
                 }

@@ -3,8 +3,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 struct LUSolve {
     static bool fixed(int n) { return n >= 3 && n <= 6; }
     static bool inPlace(const Function&, const Dims& d, int source) { return source == 2 && fixed(d['n']); }
@@ -54,8 +53,7 @@ struct LUSolve {
     {
         const int n = o.dims['n'];
         const View<T>& a = o.source(0);
-        if (random.chance(50))
-            a(random.below(n), random.below(n)) = random.chance(50) ? T(0) : -T(0);
+        if (random.chance(50)) a(random.below(n), random.below(n)) = random.chance(50) ? T(0) : -T(0);
         else
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j)

@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace
-{
+namespace {
 struct LU {
     static int cost(const Dims& d) { return d['n'] * d['n'] * d['n']; }
     static bool inPlace(const Function&, const Dims&, int) { return true; }
@@ -59,10 +58,7 @@ struct LU {
             const int small = random.below(n);
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j)
-                    a(p[size_t(i)], j) = j < i        ? T(0)
-                                         : j > i      ? T(random.below(5))
-                                         : i == small ? random.pick(list)
-                                                      : T(1);
+                    a(p[size_t(i)], j) = j < i ? T(0) : j > i ? T(random.below(5)) : i == small ? random.pick(list) : T(1);
         } else if (what == 1) { // ties
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j) a(i, j) = i == j ? T(2) : T(random.below(2) ? 2 : -2);

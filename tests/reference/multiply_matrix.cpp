@@ -3,8 +3,7 @@
 
 #include <limits>
 
-namespace
-{
+namespace {
 struct MatrixProduct {
     static bool fixed(const Dims& d) { return d['M'] == d['K'] && d['K'] == d['N'] && d['M'] >= 3 && d['M'] <= 6; }
 

@@ -3,8 +3,7 @@
 
 #include <limits>
 
-namespace
-{
+namespace {
 // Matrices that are square of order 3 to 6 have forms of their own.
 bool fixed(const Dims& d) { return d['M'] == d['K'] && d['M'] >= 3 && d['M'] <= 6; }
 
@@ -51,8 +50,7 @@ struct Gaxpy {
         for (int i = 0; i < o.dims['M']; ++i) {
             const auto product = [&](int k) { return o.source(0)(i, k) * o.source(1)(k); };
             T sum = 0;
-            if (fixed(o.dims) && K == 3)
-                sum = product(0) + product(1) + product(2);
+            if (fixed(o.dims) && K == 3) sum = product(0) + product(1) + product(2);
             else if (fixed(o.dims)) {
                 sum = product(K - 1);
                 for (int k = 0; k < K - 1; ++k) sum = sum + product(k);

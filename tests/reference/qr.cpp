@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace
-{
+namespace {
 int reflectors(const Dims& d) { return d['w'] < d['h'] ? d['w'] : d['w'] - 1; }
 
 struct QR {
@@ -58,8 +57,7 @@ struct QR {
             const int k = random.below(w);
             for (int i = 0; i < h; ++i)
                 for (int j = 0; j < w; ++j) a(i, j) = i > j ? T(0) : i == j ? T(1) : T(random.below(5));
-            const T half = T(std::sqrt(double(eps) / 2)),
-                    list[] = {half, half * (1 - 2 * eps), -half, half * (1 + 2 * eps)};
+            const T half = T(std::sqrt(double(eps) / 2)), list[] = {half, half * (1 - 2 * eps), -half, half * (1 + 2 * eps)};
             a(k, k) = random.pick(list);
             if (k + 1 < h) a(random.between(k + 1, h - 1), k) = random.pick(list);
         } else if (what == 2) {

@@ -3,8 +3,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 template <class T> using Terms = std::vector<T>;
 
 // In ascending order, from the first term on or, as most loops do, from zero.
@@ -48,16 +47,11 @@ struct Dot {
         for (int j = 0; j < n; ++j) p.push_back(o.source(0)(j) * o.source(1)(j));
         const bool anyStride = o.f.layout != "P" && !o.contiguous;
         T& dst = o.destination()(0);
-        if (n == 3)
-            dst = inOrder(p, {0, 1, 2});
-        else if (n == 4)
-            dst = anyStride ? inOrder(p, {3, 0, 1, 2}) : inOrder(p, {0, 1, 2, 3});
-        else if (n == 5)
-            dst = anyStride ? inOrder(p, {4, 0, 1, 2, 3}) : inOrder(p, {0, 1, 2, 3, 4});
-        else if (n == 6)
-            dst = anyStride ? inOrder(p, {5, 4, 0, 1, 2, 3}) : inOrder(p, {0, 1, 2, 3, 4, 5});
-        else
-            dst = o.f.shape == "vv" && o.f.layout.empty() && o.contiguous ? many(p) : ascending(p);
+        if (n == 3) dst = inOrder(p, {0, 1, 2});
+        else if (n == 4) dst = anyStride ? inOrder(p, {3, 0, 1, 2}) : inOrder(p, {0, 1, 2, 3});
+        else if (n == 5) dst = anyStride ? inOrder(p, {4, 0, 1, 2, 3}) : inOrder(p, {0, 1, 2, 3, 4});
+        else if (n == 6) dst = anyStride ? inOrder(p, {5, 4, 0, 1, 2, 3}) : inOrder(p, {0, 1, 2, 3, 4, 5});
+        else dst = o.f.shape == "vv" && o.f.layout.empty() && o.contiguous ? many(p) : ascending(p);
         return Ok;
     }
     template <class T> void inputs(const Object<T>& o, Random& random) const
@@ -87,14 +81,10 @@ struct L2 {
         for (int j = 0; j < n; ++j) q.push_back(o.source(0)(j) * o.source(0)(j));
         const bool single = o.f.shape == "v", plain = single && o.f.layout == "P";
         T sum;
-        if (n == 4 && !plain)
-            sum = inOrder(q, {3, 0, 1, 2});
-        else if (n == 5 && !plain)
-            sum = inOrder(q, {4, 0, 1, 2, 3});
-        else if (n == 6 && !plain)
-            sum = inOrder(q, {5, 0, 1, 2, 3, 4});
-        else
-            sum = single && o.f.layout.empty() && o.contiguous ? many(q) : ascending(q);
+        if (n == 4 && !plain) sum = inOrder(q, {3, 0, 1, 2});
+        else if (n == 5 && !plain) sum = inOrder(q, {4, 0, 1, 2, 3});
+        else if (n == 6 && !plain) sum = inOrder(q, {5, 0, 1, 2, 3, 4});
+        else sum = single && o.f.layout.empty() && o.contiguous ? many(q) : ascending(q);
         o.destination()(0) = root(sum);
         return Ok;
     }
@@ -119,18 +109,13 @@ struct Frobenius {
             size_t k = 0;
             for (; k + 1 < q.size(); k += 2) sum = sum + (q[k] + q[k + 1]);
             if (k < q.size()) sum = sum + q[k];
-        } else if (single && sizeof(T) == 8)
-            sum = ascending(q);
-        else if (single && w == h && w < 7)
-            sum = ascending(q);
-        else if (!o.contiguous)
-            sum = ascending(q);
+        } else if (single && sizeof(T) == 8) sum = ascending(q);
+        else if (single && w == h && w < 7) sum = ascending(q);
+        else if (!o.contiguous) sum = ascending(q);
         else if (single && gaps) // row by row, going on with the sum
             for (int i = 0; i < h; ++i) sum = many(Terms<T>(q.begin() + i * w, q.begin() + (i + 1) * w), sum);
-        else if (!gaps || (w == h && w >= 3 && w <= 6))
-            sum = many(q);
-        else
-            sum = ascending(q);
+        else if (!gaps || (w == h && w >= 3 && w <= 6)) sum = many(q);
+        else sum = ascending(q);
         o.destination()(0) = root(sum);
         return Ok;
     }

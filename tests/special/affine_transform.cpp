@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace
-{
+namespace {
 using Transform = decltype(keslAffineTransform3DH_mva_32f);
 const char* const name = "keslAffineTransform3DH_mva_32f";
 const float most = std::numeric_limits<float>::max(), least = std::numeric_limits<float>::min();
@@ -48,9 +47,8 @@ const Special bad("AffineTransform3DH", "one bad point among many", [](const Lev
                 }
                 setThreads({threads});
                 const int e = 4 * spacing;
-                EXPECT_EQ(
-                    get<Transform>(level, name)(m, 16, 4, points.data(), 3 * e, e, results.data(), 3 * e, e, count),
-                    keslStatusDivideByZero);
+                EXPECT_EQ(get<Transform>(level, name)(m, 16, 4, points.data(), 3 * e, e, results.data(), 3 * e, e, count),
+                          keslStatusDivideByZero);
                 EXPECT_EQ(watch.asked, count < 331 ? 0 : threads == 1 ? 1 : 2); // 6 * 331 + 16 is above 2000
                 for (int k = 0; k < count; ++k) {
                     const float* r = &results[size_t(3 * spacing * k)];

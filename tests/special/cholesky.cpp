@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <limits>
 
-namespace
-{
+namespace {
 // The factor of one matrix by an array function in the layout "", "2" (standard, with gaps in the rows) or "P".
 template <class T> struct Factor {
     std::vector<T> l;
@@ -28,8 +27,7 @@ Factor<T> decompose(const Level& level, const std::string& layout, bool array, i
         if (array)
             f.status = P ? maP(from.data(), 0, s0, to.data(), 0, s0, n, 1)
                          : ma(src.data(), s0, s1, s2, dst.data(), s0, s1, s2, n, 1);
-        else
-            f.status = P ? mP(from.data(), 0, to.data(), 0, n) : m(src.data(), s1, s2, dst.data(), s1, s2, n);
+        else f.status = P ? mP(from.data(), 0, to.data(), 0, n) : m(src.data(), s1, s2, dst.data(), s1, s2, n);
     };
 #define GET(name) get<decltype(name)>(level, #name)
     if constexpr (e == 4)
@@ -56,8 +54,7 @@ template <class T> void order1(const Level& level)
     EXPECT_EQ(f.status, keslStatusOk);
     EXPECT_EQ(f.l[0], T(0.5));
 }
-const Special orders1("CholeskyDecomp", "order 1",
-                      [](const Level& level) { order1<float>(level), order1<double>(level); });
+const Special orders1("CholeskyDecomp", "order 1", [](const Level& level) { order1<float>(level), order1<double>(level); });
 
 // The bound of every form: one unit below it, at it, above it.
 template <class T> void atThreshold(const Level& level)
@@ -135,11 +132,11 @@ template <class T> void residual(const Level& level)
                 worst = std::max(worst, std::fabs(sum) / (double(a[size_t(i * n + i)]) * n * eps));
             }
         if constexpr (e == 4)
-            get<decltype(keslCholeskyBackSubst_mv_32f)>(level, "keslCholeskyBackSubst_mv_32f")(
-                f.l.data(), n * e, e, b.data(), e, x.data(), e, n);
+            get<decltype(keslCholeskyBackSubst_mv_32f)>(level, "keslCholeskyBackSubst_mv_32f")(f.l.data(), n * e, e,
+                                                                                               b.data(), e, x.data(), e, n);
         else
-            get<decltype(keslCholeskyBackSubst_mv_64f)>(level, "keslCholeskyBackSubst_mv_64f")(
-                f.l.data(), n * e, e, b.data(), e, x.data(), e, n);
+            get<decltype(keslCholeskyBackSubst_mv_64f)>(level, "keslCholeskyBackSubst_mv_64f")(f.l.data(), n * e, e,
+                                                                                               b.data(), e, x.data(), e, n);
         for (int i = 0; i < n; ++i) {
             double sum = -double(b[size_t(i)]), scale = std::fabs(double(b[size_t(i)]));
             for (int j = 0; j < n; ++j) {
@@ -154,6 +151,5 @@ template <class T> void residual(const Level& level)
     EXPECT_LT(worst, 2);
     EXPECT_LT(worstSolution, 10);
 }
-const Special residuals("Cholesky", "residual",
-                        [](const Level& level) { residual<float>(level), residual<double>(level); });
+const Special residuals("Cholesky", "residual", [](const Level& level) { residual<float>(level), residual<double>(level); });
 } // namespace

@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <limits>
 
-namespace
-{
+namespace {
 // Of one matrix, by the function for one or by that for arrays.
 template <class T> T det(const Level& level, bool array, int n, const std::vector<T>& a)
 {
@@ -19,10 +18,8 @@ template <class T> T det(const Level& level, bool array, int n, const std::vecto
                        : m(a.data(), n * e, e, n, buffer.data(), &result);
     };
 #define GET(name) get<decltype(name)>(level, #name)
-    if constexpr (e == 4)
-        call(GET(keslDet_m_32f), GET(keslDet_ma_32f));
-    else
-        call(GET(keslDet_m_64f), GET(keslDet_ma_64f));
+    if constexpr (e == 4) call(GET(keslDet_m_32f), GET(keslDet_ma_32f));
+    else call(GET(keslDet_m_64f), GET(keslDet_ma_64f));
 #undef GET
     EXPECT_EQ(status, keslStatusOk);
     for (T x : buffer) EXPECT_TRUE(n < 3 || n > 6 || std::isnan(x)) << "the buffer is not for order " << n;
@@ -118,8 +115,8 @@ template <class T> void residual(const Level& level)
         const double error = std::fabs(double(expected - static_cast<long double>(det(level, false, n, a))));
         worst = std::max(worst, error / (double(scale) * n * double(std::numeric_limits<T>::epsilon())));
     }
-    std::printf("error of the determinant, float%d: %.2f n eps times the product of the rows' lengths\n",
-                int(8 * sizeof(T)), worst);
+    std::printf("error of the determinant, float%d: %.2f n eps times the product of the rows' lengths\n", int(8 * sizeof(T)),
+                worst);
     EXPECT_LT(worst, 10);
 }
 const Special residuals("Det", "residual", [](const Level& level) { residual<float>(level), residual<double>(level); });

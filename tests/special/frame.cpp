@@ -4,8 +4,7 @@
 #include <cstring>
 #include <sys/mman.h>
 
-namespace
-{
+namespace {
 const Special version("Version", "record", [](const Level& level) {
     const auto keslGetLibVersion_ = get<decltype(keslGetLibVersion)>(level, "keslGetLibVersion");
     const KeslVersionRecord* record = keslGetLibVersion_();
@@ -61,8 +60,7 @@ const Special order("Checks", "order at neighbours", [](const Level& level) {
         if (!find(level, row.function)) continue;
         std::vector<std::pair<const char*, int>> arguments = row.arguments;
         arguments.resize(3, arguments.back());
-        EXPECT_EQ(statusOf(level, row.function, {arguments[0], arguments[1], arguments[2]}), row.status)
-            << row.function;
+        EXPECT_EQ(statusOf(level, row.function, {arguments[0], arguments[1], arguments[2]}), row.status) << row.function;
     }
 });
 
@@ -117,19 +115,16 @@ const Special sides("Threads", "sides of a threshold", [](const Level& level) {
             {{"width", 1}, {"height", 1}, {"count", 18431}, {"src1Stride2", 4}, {"src2Stride2", 4}, {"dstStride2", 4}}),
         0); // 36863
     EXPECT_EQ(
-        questions(
-            level, "keslAdd_mam_32f",
-            {{"width", 64}, {"height", 64}, {"count", 4}, {"src1Stride2", 4}, {"src2Stride2", 4}, {"dstStride2", 4}}),
+        questions(level, "keslAdd_mam_32f",
+                  {{"width", 64}, {"height", 64}, {"count", 4}, {"src1Stride2", 4}, {"src2Stride2", 4}, {"dstStride2", 4}}),
         1); // 36864
     EXPECT_EQ(
-        questions(
-            level, "keslAdd_mam_32f",
-            {{"width", 64}, {"height", 32}, {"count", 4}, {"src1Stride2", 4}, {"src2Stride2", 4}, {"dstStride2", 4}}),
+        questions(level, "keslAdd_mam_32f",
+                  {{"width", 64}, {"height", 32}, {"count", 4}, {"src1Stride2", 4}, {"src2Stride2", 4}, {"dstStride2", 4}}),
         0); // 18432
     EXPECT_EQ(
-        questions(
-            level, "keslAdd_mam_32f",
-            {{"width", 64}, {"height", 32}, {"count", 4}, {"src1Stride2", 4}, {"src2Stride2", 8}, {"dstStride2", 4}}),
+        questions(level, "keslAdd_mam_32f",
+                  {{"width", 64}, {"height", 32}, {"count", 4}, {"src1Stride2", 4}, {"src2Stride2", 8}, {"dstStride2", 4}}),
         1);
     EXPECT_EQ(questions(level, "keslAdd_mam_32f", {{"width", 1 << 14}, {"height", 1 << 14}, {"count", INT_MAX}}), 0);
 });

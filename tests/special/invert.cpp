@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <limits>
 
-namespace
-{
+namespace {
 template <class T> struct Inverse {
     std::vector<T> result;
     int status;
@@ -113,14 +112,12 @@ template <class T> void residual(const Level& level)
         for (int i = 0; i < n; ++i)
             for (int j = 0; j < n; ++j) {
                 double sum = -(i == j);
-                for (int k = 0; k < n; ++k)
-                    sum += double(a[size_t(i * n + k)]) * double(inverse.result[size_t(k * n + j)]);
+                for (int k = 0; k < n; ++k) sum += double(a[size_t(i * n + k)]) * double(inverse.result[size_t(k * n + j)]);
                 worst = std::max(worst, std::fabs(sum) / (n * double(std::numeric_limits<T>::epsilon())));
             }
     }
     std::printf("residual of the inverse, float%d: %.2f n eps\n", int(8 * sizeof(T)), worst);
     EXPECT_LT(worst, 30) << "largest element of A inv(A) - I, in units of n eps";
 }
-const Special residuals("Invert", "residual",
-                        [](const Level& level) { residual<float>(level), residual<double>(level); });
+const Special residuals("Invert", "residual", [](const Level& level) { residual<float>(level), residual<double>(level); });
 } // namespace

@@ -5,10 +5,9 @@
 #include <cstdio>
 #include <limits>
 
-namespace
-{
-template <class T> std::vector<T> solve(const Level& level, int n, const std::vector<T>& lu, const std::vector<int>& p,
-                                        const std::vector<T>& b)
+namespace {
+template <class T>
+std::vector<T> solve(const Level& level, int n, const std::vector<T>& lu, const std::vector<int>& p, const std::vector<T>& b)
 {
     std::vector<T> x(size_t(n), T(77));
     const int e = sizeof(T);
@@ -38,8 +37,7 @@ const Special rounding("LUBackSubst", "division or reciprocal", [](const Level& 
 
 // The right-hand side stays in the caller's order; zero diagonals are not reported.
 const Special permuted("LUBackSubst", "permuted rows", [](const Level& level) {
-    EXPECT_EQ(solve<float>(level, 3, {0, 2, 0, 0, 0, 4, 1, 0, 0}, {2, 0, 1}, {6, 20, 9}),
-              (std::vector<float>{9, 3, 5}));
+    EXPECT_EQ(solve<float>(level, 3, {0, 2, 0, 0, 0, 4, 1, 0, 0}, {2, 0, 1}, {6, 20, 9}), (std::vector<float>{9, 3, 5}));
     EXPECT_EQ(solve<float>(level, 2, {0, 2, 1, 0}, {1, 0}, {6, 9}), (std::vector<float>{9, 3}));
     EXPECT_TRUE(std::isnan(solve<float>(level, 3, {1, 0, 0, 0, 1, 0, 0, 0, 0}, {0, 1, 2}, {1, 1, 0})[2]));
 });
@@ -56,19 +54,18 @@ template <class T> void residual(const Level& level)
         std::vector<int> p(size_t(n), 0);
         int status;
         if constexpr (e == 4)
-            status = get<decltype(keslLUDecomp_m_32f)>(level, "keslLUDecomp_m_32f")(a.data(), n * e, e, p.data(),
-                                                                                    lu.data(), n * e, e, n);
+            status = get<decltype(keslLUDecomp_m_32f)>(level, "keslLUDecomp_m_32f")(a.data(), n * e, e, p.data(), lu.data(),
+                                                                                    n * e, e, n);
         else
-            status = get<decltype(keslLUDecomp_m_64f)>(level, "keslLUDecomp_m_64f")(a.data(), n * e, e, p.data(),
-                                                                                    lu.data(), n * e, e, n);
+            status = get<decltype(keslLUDecomp_m_64f)>(level, "keslLUDecomp_m_64f")(a.data(), n * e, e, p.data(), lu.data(),
+                                                                                    n * e, e, n);
         if (status != keslStatusOk) continue; // order 1 by chance
         const std::vector<T> x = solve(level, n, lu, p, b);
         double error = 0, normA = 0, normX = 0;
         for (int i = 0; i < n; ++i) {
             double sum = -double(b[size_t(i)]), row = 0;
             for (int j = 0; j < n; ++j)
-                sum += double(a[size_t(i * n + j)]) * double(x[size_t(j)]),
-                    row += std::fabs(double(a[size_t(i * n + j)]));
+                sum += double(a[size_t(i * n + j)]) * double(x[size_t(j)]), row += std::fabs(double(a[size_t(i * n + j)]));
             error = std::max(error, std::fabs(sum)), normA = std::max(normA, row);
             normX = std::max(normX, std::fabs(double(x[size_t(i)])));
         }

@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <limits>
 
-namespace
-{
+namespace {
 template <class T> struct Factors {
     std::vector<T> lu;
     std::vector<int> p;
@@ -119,8 +118,7 @@ template <class T> void residual(const Level& level)
                 double sum = -double(a[row(i) + size_t(j)]), scale = 0;
                 for (int k = 0; k <= std::min(i, j); ++k) {
                     const double l = k == i ? 1 : double(f.lu[row(i) + size_t(k)]);
-                    sum += l * double(f.lu[row(k) + size_t(j)]),
-                        scale += std::fabs(l * double(f.lu[row(k) + size_t(j)]));
+                    sum += l * double(f.lu[row(k) + size_t(j)]), scale += std::fabs(l * double(f.lu[row(k) + size_t(j)]));
                 }
                 worst = std::max(worst, std::fabs(sum) / (scale * n * double(std::numeric_limits<T>::epsilon())));
             }
@@ -129,6 +127,5 @@ template <class T> void residual(const Level& level)
     EXPECT_LT(worst,
               1); // Higham, Accuracy and Stability of Numerical Algorithms, 9.3, and a rounding for the reciprocal
 }
-const Special residuals("LUDecomp", "residual",
-                        [](const Level& level) { residual<float>(level), residual<double>(level); });
+const Special residuals("LUDecomp", "residual", [](const Level& level) { residual<float>(level), residual<double>(level); });
 } // namespace

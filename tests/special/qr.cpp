@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <limits>
 
-namespace
-{
+namespace {
 template <class T> struct Factors {
     std::vector<T> qr;
     int status;
@@ -92,9 +91,7 @@ template <class T> void atThreshold(const Level& level)
                 a = diagonal(w, h, T(1));
                 a[size_t(w * w - 1)] = 0;
                 EXPECT_EQ(decompose(level, w, h, a).status, w == h ? keslStatusOk : keslStatusDivideByZero) << w << h;
-                if (w == h) {
-                    EXPECT_EQ(decompose(level, w, h, a).qr.back(), 0);
-                }
+                if (w == h) { EXPECT_EQ(decompose(level, w, h, a).qr.back(), 0); }
             }
     EXPECT_GT(outcomes[0], 0);
     EXPECT_GT(outcomes[1], 0);

@@ -73,12 +73,12 @@ template <bool fromZero, class T, int n>
         for (int i = 0; i < n; ++i) rowTimes<fromZero, 0>(from, i, rows).to(to.row(i));
     };
     if constexpr (!B::isArray) readB(0);
-    if constexpr (A::isArray || !B::isArray)
-        for (int k = 0; k < count; ++k) product(a.object(k, n, n), k);
-    else {
+    // A single a is kept, unless the rows of b take so many registers that its elements would be spilled as packs.
+    if constexpr (!A::isArray && B::isArray && n * Row<T, n>::pieces < 12) {
         const auto kept = load<n, n>(a, Objects<T>{0});
         for (int k = 0; k < count; ++k) product(kept, k);
-    }
+    } else
+        for (int k = 0; k < count; ++k) product(a.object(A::isArray ? k : 0, n, n), k);
 }
 
 // ---- The family.

@@ -121,8 +121,9 @@ template <class A> struct Flipped {
 
 // Vectors without any gap.
 template <class O> bool isRowAfterRow(const O& o, int n) { return o.stride0 == n * O::elementSize; }
-// They go as the rows of a tall matrix, but for short ones that fill three quarters of a pack at the best.
-template <int n, class T> constexpr bool fillPacks = n > 3 || lanes<Pack<T>> == 16;
+// They go as the rows of a tall matrix. Deliberate: not those of three doubles by packs of eight, where shuffles within the
+// whole pack and stores across cache lines cost more than sorting the elements.
+template <int n, class T> constexpr bool asRows = !(n == 3 && sizeof(T) == 8 && widest == 64);
 
 // ---- keslMul. Sums are in ascending order and, where the matrix is square of order 3 to 6, begin with their first
 // product; otherwise they begin at zero. Deliberate: in L functions on contiguous vectors they always begin at zero.
@@ -145,7 +146,7 @@ struct MatrixTimesVector {
             done = withOrder(order, [&](auto n) {
                 if constexpr (n == 0) return false;
                 else {
-                    if constexpr (F == S && !A::isArray && X::isArray && fillPacks<n, T>)
+                    if constexpr (F == S && !A::isArray && X::isArray && asRows<n, T>)
                         if (isRowAfterRow(x, n) && isRowAfterRow(dst, n)) {
                             const auto single = load<n, n>(a, Objects<T>{0});
                             tallProduct<fromZero, 0, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count);

@@ -113,9 +113,11 @@ struct LUBackSubst {
                 return withRuns<n>(
                     [&](auto from, auto to) {
                         return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                            if constexpr (lanes<V> == 1)
-                                luSolveOne<T, n>(src1.object(k.first, n, n), index.object(k.first),
-                                                 from.object(k.first, 1, n), to.object(k.first, 1, n));
+                            // Rows of five doubles would be joined from too many pieces.
+                            if constexpr (lanes<V> == 1 || (n == 5 && sizeof(T) == 8))
+                                for (int l = k.first; l < k.first + lanes<V>; ++l)
+                                    luSolveOne<T, n>(src1.object(l, n, n), index.object(l), from.object(l, 1, n),
+                                                     to.object(l, 1, n));
                             else {
                                 const auto a = load<n, n>(src1, k);
                                 auto b = load<1, n, true>(from, k);

@@ -3,20 +3,25 @@
 
 using namespace bench;
 
-namespace {
+namespace
+{
 
 template <bool subtract> auto plus(auto a, auto b)
 {
-    if constexpr (subtract) return a - b;
-    else return a + b;
+    if constexpr (subtract)
+        return a - b;
+    else
+        return a + b;
 }
 
 // Each object of an array and one matrix.
 template <bool subtract> struct WithOne {
     static constexpr const char* name = subtract ? "Sub_mam" : "Add_mam";
     static constexpr auto functions = [] {
-        if constexpr (subtract) return KESL_FUNCTIONS(keslSub_mam);
-        else return KESL_FUNCTIONS(keslAdd_mam);
+        if constexpr (subtract)
+            return KESL_FUNCTIONS(keslSub_mam);
+        else
+            return KESL_FUNCTIONS(keslAdd_mam);
     }();
     template <int N> using Operands = std::tuple<ma<N, N>, m<N, N>, out<ma<N, N>>>;
     template <int N> static constexpr std::tuple sizes{N, N};
@@ -26,7 +31,8 @@ template <bool subtract> struct WithOne {
         Peer{"plain",
              [](auto, Range range, auto a, auto b, auto d) {
                  const auto one = kept(b);
-                 elements(range, d, [&](int k, int i, int j) { d(k, i, j) = plus<subtract>(a(k, i, j), one(0, i, j)); });
+                 elements(range, d,
+                          [&](int k, int i, int j) { d(k, i, j) = plus<subtract>(a(k, i, j), one(0, i, j)); });
              }},
         Peer{"eigen",
              [](auto, Range range, auto a, auto b, auto d) {
@@ -48,12 +54,16 @@ template <bool subtract> struct WithOne {
 template <bool subtract> struct Pairwise {
     static constexpr const char* name = subtract ? "Sub_mama" : "Add_mama";
     static constexpr auto functions = [] {
-        if constexpr (subtract) return KESL_FUNCTIONS(keslSub_mama);
-        else return KESL_FUNCTIONS(keslAdd_mama);
+        if constexpr (subtract)
+            return KESL_FUNCTIONS(keslSub_mama);
+        else
+            return KESL_FUNCTIONS(keslAdd_mama);
     }();
     static constexpr auto alone = [] {
-        if constexpr (subtract) return KESL_ALONE(keslSub_mm);
-        else return KESL_ALONE(keslAdd_mm);
+        if constexpr (subtract)
+            return KESL_ALONE(keslSub_mm);
+        else
+            return KESL_ALONE(keslAdd_mm);
     }();
     template <int N> using Operands = std::tuple<ma<N, N>, ma<N, N>, out<ma<N, N>>>;
     template <int N> static constexpr std::tuple sizes{N, N};

@@ -3,7 +3,8 @@
 
 using namespace bench;
 
-namespace {
+namespace
+{
 
 struct Affine {
     static constexpr const char* name = "Affine";

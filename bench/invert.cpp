@@ -12,12 +12,16 @@ void dgetri_(const int*, double*, const int*, const int*, double*, const int*, i
 
 using namespace bench;
 
-namespace {
+namespace
+{
 
 void getrf(const int* n, float* a, int* pivots, int* info) { sgetrf_(n, n, a, n, pivots, info); }
 void getrf(const int* n, double* a, int* pivots, int* info) { dgetrf_(n, n, a, n, pivots, info); }
 void getri(const int* n, float* a, int* p, float* work, const int* l, int* info) { sgetri_(n, a, n, p, work, l, info); }
-void getri(const int* n, double* a, int* p, double* work, const int* l, int* info) { dgetri_(n, a, n, p, work, l, info); }
+void getri(const int* n, double* a, int* p, double* work, const int* l, int* info)
+{
+    dgetri_(n, a, n, p, work, l, info);
+}
 
 // What one writes by hand: closed forms up to order 4, above them Gauss-Jordan elimination with row exchanges.
 

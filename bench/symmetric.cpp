@@ -11,7 +11,8 @@ void dsyev_(const char*, const char*, const int*, double*, const int*, double*, 
 
 using namespace bench;
 
-namespace {
+namespace
+{
 
 void syev(const char* job, int n, float* a, float* values)
 {
@@ -97,32 +98,27 @@ struct ValuesSym {
                  for (int k = range.begin; k < range.end; ++k)
                      dst.assign(k, solver.compute(src.eigen(k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
              }},
-        Peer{
-            "eigen-direct", // the closed form of order 3, of less accuracy
-            [](auto n, Range range, auto src, auto, auto dst) requires(n == 3){using Matrix = typename decltype(src)::Matrix;
-    Eigen::SelfAdjointEigenSolver<Matrix> solver;
-    for (int k = range.begin; k < range.end; ++k)
-        dst.assign(k, solver.computeDirect(src.eigen(k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
-}, Where::aside
-} // namespace
-, Peer
-{
-    "lapack",
-        [](auto n, Range range, auto src, auto, auto dst) {
-            using Matrix = typename decltype(src)::Matrix;
-            for (int k = range.begin; k < range.end; ++k) {
-                Matrix a = src.eigen(k);
-                Eigen::Matrix<typename Matrix::Scalar, 1, n> values;
-                syev("N", n, a.data(), values.data());
-                dst.assign(k, values.reverse());
-            }
-        },
-        Where::cacheOnly
-}
-}
-;
-}
-;
+        Peer{"eigen-direct", // the closed form of order 3, of less accuracy
+             [](auto n, Range range, auto src, auto, auto dst) requires(n == 3)
+             {
+                 using Matrix = typename decltype(src)::Matrix;
+                 Eigen::SelfAdjointEigenSolver<Matrix> solver;
+                 for (int k = range.begin; k < range.end; ++k)
+                     dst.assign(k, solver.computeDirect(src.eigen(k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
+             },
+             Where::aside},
+        Peer{"lapack",
+             [](auto n, Range range, auto src, auto, auto dst) {
+                 using Matrix = typename decltype(src)::Matrix;
+                 for (int k = range.begin; k < range.end; ++k) {
+                     Matrix a = src.eigen(k);
+                     Eigen::Matrix<typename Matrix::Scalar, 1, n> values;
+                     syev("N", n, a.data(), values.data());
+                     dst.assign(k, values.reverse());
+                 }
+             },
+             Where::cacheOnly}};
+};
 
 // Six numbers for a symmetric matrix of order 3, read through nine pointers.
 struct ValuesSym6 {
@@ -134,8 +130,7 @@ struct ValuesSym6 {
         static_cast<void>(stride2);
         function(list, 0, stride0, buffer, dst, n, count);
     }
-    static constexpr auto functions =
-        std::make_tuple(call<float, keslEigenValuesSym_ma_32f_P>, call<double, keslEigenValuesSym_ma_64f_P>);
+    static constexpr auto functions = std::make_tuple(call<float, keslEigenValuesSym_ma_32f_P>, call<double, keslEigenValuesSym_ma_64f_P>);
     template <int> using Operands = std::tuple<va<6>, scratch<9>, results<3>>;
     template <int N> static constexpr std::tuple sizes{N};
     static constexpr double tolerance = 100;
@@ -145,8 +140,7 @@ struct ValuesSym6 {
     template <class T> static auto matrix(auto src, int k)
     {
         Eigen::Matrix<T, 3, 3> a;
-        a << src(k, 0, 0), src(k, 0, 1), src(k, 0, 2), src(k, 0, 1), src(k, 0, 3), src(k, 0, 4), src(k, 0, 2), src(k, 0, 4),
-            src(k, 0, 5);
+        a << src(k, 0, 0), src(k, 0, 1), src(k, 0, 2), src(k, 0, 1), src(k, 0, 3), src(k, 0, 4), src(k, 0, 2), src(k, 0, 4), src(k, 0, 5);
         return a;
     }
 
@@ -170,20 +164,15 @@ struct ValuesSym6 {
                  using T = std::decay_t<decltype(src(0, 0, 0))>;
                  Eigen::SelfAdjointEigenSolver<Eigen::Matrix<T, 3, 3>> solver;
                  for (int k = range.begin; k < range.end; ++k)
-                     dst.assign(
-                         k, solver.compute(matrix<T>(src, k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
+                     dst.assign(k, solver.compute(matrix<T>(src, k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
              }},
-        Peer{
-            "eigen-direct",
-            [](auto, Range range, auto src, auto, auto dst) {
-                using T = std::decay_t<decltype(src(0, 0, 0))>;
-                Eigen::SelfAdjointEigenSolver<Eigen::Matrix<T, 3, 3>> solver;
-                for (int k = range.begin; k < range.end; ++k)
-                    dst.assign(
-                        k,
-                        solver.computeDirect(matrix<T>(src, k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
-            },
-            Where::aside}};
+        Peer{"eigen-direct", [](auto, Range range, auto src, auto, auto dst) {
+                 using T = std::decay_t<decltype(src(0, 0, 0))>;
+                 Eigen::SelfAdjointEigenSolver<Eigen::Matrix<T, 3, 3>> solver;
+                 for (int k = range.begin; k < range.end; ++k)
+                     dst.assign(k, solver.computeDirect(matrix<T>(src, k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
+             },
+             Where::aside}};
 };
 
 struct VectorsSym {
@@ -205,66 +194,62 @@ struct VectorsSym {
         }
     }
 
-    static constexpr std::tuple peers{Peer{"plain",
-                                           [](auto n, Range range, auto src, auto, auto vectors, auto values) {
-                                               constexpr int N = n;
-                                               using T = std::decay_t<decltype(src(0, 0, 0))>;
-                                               for (int k = range.begin; k < range.end; ++k) {
-                                                   T a[N][N], v[N][N];
-                                                   for (int i = 0; i < N; ++i)
-                                                       for (int j = 0; j < N; ++j) a[i][j] = src(k, i, j), v[i][j] = i == j;
-                                                   jacobi<T, N>(a, v);
-                                                   int order[N];
-                                                   orderOf(a, order);
-                                                   for (int i = 0; i < N; ++i) {
-                                                       values(k, 0, i) = a[order[i]][order[i]];
-                                                       for (int j = 0; j < N; ++j) vectors(k, i, j) = v[i][order[j]];
-                                                   }
-                                               }
-                                           }},
-                                      Peer{"eigen",
-                                           [](auto, Range range, auto src, auto, auto vectors, auto values) {
-                                               using Matrix = typename decltype(src)::Matrix;
-                                               Eigen::SelfAdjointEigenSolver<Matrix> solver;
-                                               for (int k = range.begin; k < range.end; ++k) {
-                                                   solver.compute(src.eigen(k));
-                                                   values.assign(k, solver.eigenvalues().reverse().transpose());
-                                                   vectors.assign(k, solver.eigenvectors().rowwise().reverse());
-                                               }
-                                           }},
-                                      Peer{"eigen-direct", // the closed form of order 3, of less accuracy
-                                           [](auto n, Range range, auto src, auto, auto vectors,
-                                              auto values) requires(n == 3){using Matrix = typename decltype(src)::Matrix;
-    Eigen::SelfAdjointEigenSolver<Matrix> solver;
-    for (int k = range.begin; k < range.end; ++k) {
-        solver.computeDirect(src.eigen(k));
-        values.assign(k, solver.eigenvalues().reverse().transpose());
-        vectors.assign(k, solver.eigenvectors().rowwise().reverse());
-    }
-}, Where::aside
-}
-, Peer
-{
-    "lapack",
-        [](auto n, Range range, auto src, auto, auto vectors, auto values) {
-            using Matrix = typename decltype(src)::Matrix;
-            using T = typename Matrix::Scalar;
-            for (int k = range.begin; k < range.end; ++k) {
-                Eigen::Matrix<T, n, n> a = src.eigen(k); // by columns
-                Eigen::Matrix<T, 1, n> d;
-                syev("V", n, a.data(), d.data());
-                values.assign(k, d.reverse());
-                vectors.assign(k, a.rowwise().reverse());
-            }
-        },
-        Where::cacheOnly
-}
-}
-;
-}
-;
+    static constexpr std::tuple peers{
+        Peer{"plain",
+             [](auto n, Range range, auto src, auto, auto vectors, auto values) {
+                 constexpr int N = n;
+                 using T = std::decay_t<decltype(src(0, 0, 0))>;
+                 for (int k = range.begin; k < range.end; ++k) {
+                     T a[N][N], v[N][N];
+                     for (int i = 0; i < N; ++i)
+                         for (int j = 0; j < N; ++j) a[i][j] = src(k, i, j), v[i][j] = i == j;
+                     jacobi<T, N>(a, v);
+                     int order[N];
+                     orderOf(a, order);
+                     for (int i = 0; i < N; ++i) {
+                         values(k, 0, i) = a[order[i]][order[i]];
+                         for (int j = 0; j < N; ++j) vectors(k, i, j) = v[i][order[j]];
+                     }
+                 }
+             }},
+        Peer{"eigen",
+             [](auto, Range range, auto src, auto, auto vectors, auto values) {
+                 using Matrix = typename decltype(src)::Matrix;
+                 Eigen::SelfAdjointEigenSolver<Matrix> solver;
+                 for (int k = range.begin; k < range.end; ++k) {
+                     solver.compute(src.eigen(k));
+                     values.assign(k, solver.eigenvalues().reverse().transpose());
+                     vectors.assign(k, solver.eigenvectors().rowwise().reverse());
+                 }
+             }},
+        Peer{"eigen-direct", // the closed form of order 3, of less accuracy
+             [](auto n, Range range, auto src, auto, auto vectors, auto values) requires(n == 3)
+             {
+                 using Matrix = typename decltype(src)::Matrix;
+                 Eigen::SelfAdjointEigenSolver<Matrix> solver;
+                 for (int k = range.begin; k < range.end; ++k) {
+                     solver.computeDirect(src.eigen(k));
+                     values.assign(k, solver.eigenvalues().reverse().transpose());
+                     vectors.assign(k, solver.eigenvectors().rowwise().reverse());
+                 }
+             },
+             Where::aside},
+        Peer{"lapack",
+             [](auto n, Range range, auto src, auto, auto vectors, auto values) {
+                 using Matrix = typename decltype(src)::Matrix;
+                 using T = typename Matrix::Scalar;
+                 for (int k = range.begin; k < range.end; ++k) {
+                     Eigen::Matrix<T, n, n> a = src.eigen(k); // by columns
+                     Eigen::Matrix<T, 1, n> d;
+                     syev("V", n, a.data(), d.data());
+                     values.assign(k, d.reverse());
+                     vectors.assign(k, a.rowwise().reverse());
+                 }
+             },
+             Where::cacheOnly}};
+};
 
-[[maybe_unused]] const bool registered = rows<ValuesSym, Plan::layouts, 3, 4, 5, 6>() &&
-                                         rows<ValuesSym6, Plan::cache, 3>() && rows<VectorsSym, Plan::layouts, 3, 4, 5, 6>();
+[[maybe_unused]] const bool registered = rows<ValuesSym, Plan::layouts, 3, 4, 5, 6>() && rows<ValuesSym6, Plan::cache, 3>()
+                                      && rows<VectorsSym, Plan::layouts, 3, 4, 5, 6>();
 
 } // namespace

@@ -28,6 +28,6 @@ target_compile_options(keslmx_flags INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>
     # errors in a minted function: say what is wrong, not how its name was made
     $<$<CXX_COMPILER_ID:GNU>:-ftrack-macro-expansion=0 -fmax-errors=3>
-    # memory for time: a module needs half a gigabyte
+    # memory for time: a module takes up to 1.2 gigabytes
     "$<$<CXX_COMPILER_ID:GNU>:SHELL:--param ggc-min-heapsize=500000>")
 target_link_libraries(keslmx_flags INTERFACE keslmx_warnings)

@@ -19,7 +19,7 @@ void testValues(const Function& f, const Level& level)
     const Reference* reference = findReference(f);
     ASSERT_TRUE(reference) << "no reference for " << f.name << " in tests/reference";
     setThreads({1});
-    for (int number = 0; number < cases(2000); ++number) {
+    for (int number = 0; number < cases(3000); ++number) {
         if (!chosen(number)) continue;
         Wish wish;
         wish.elements = number % 3 == 0 ? Elements::contiguous : Elements::any;

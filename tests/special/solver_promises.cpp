@@ -134,7 +134,7 @@ template <class T> void luPromises(const Level& level, const std::string& layout
             e.solution.ours.add(n, double(solveResidual(a, object(solved.results[0], n, 1, k), b)) / unit);
 
             std::vector<T> f = slice(sources, n * n, k), x = slice(sides, n, k);
-            std::vector<int> exchanges(size_t(n), 0), rows(p.begin(), p.begin() + n), none;
+            std::vector<int> exchanges(size_t(n), 0), rows(p.begin(), p.begin() + n);
             lapack<T>(LAPACKE_sgetrf, LAPACKE_dgetrf)(LAPACK_ROW_MAJOR, n, n, f.data(), n, exchanges.data());
             lapack<T>(LAPACKE_sgetrs, LAPACKE_dgetrs)(LAPACK_ROW_MAJOR, 'N', n, 1, f.data(), n, exchanges.data(), x.data(),
                                                       1);

@@ -121,7 +121,7 @@ template <class A> struct Flipped {
 
 // Vectors without any gap.
 template <class O> bool isRowAfterRow(const O& o, int n) { return o.stride0 == n * O::elementSize; }
-// They go as the rows of a tall matrix. Deliberate: not those of three doubles by packs of eight, where shuffles within the
+// They go as the rows of a tall matrix, but not those of three doubles by packs of eight, where shuffles within the
 // whole pack and stores across cache lines cost more than sorting the elements.
 template <int n, class T> constexpr bool asRows = !(n == 3 && sizeof(T) == 8 && widest == 64);
 

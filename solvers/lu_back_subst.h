@@ -113,8 +113,8 @@ struct LUBackSubst {
                 return withRuns<n>(
                     [&](auto from, auto to) {
                         return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                            // Rows of five doubles would be joined from too many pieces.
-                            if constexpr (lanes<V> == 1 || (n == 5 && sizeof(T) == 8))
+                            // Contiguous rows of five doubles would be joined from too many pieces.
+                            if constexpr (lanes<V> == 1 || (n == 5 && sizeof(T) == 8 && contiguousRows(F)))
                                 for (int l = k.first; l < k.first + lanes<V>; ++l)
                                     luSolveOne<T, n>(src1.object(l, n, n), index.object(l), from.object(l, 1, n),
                                                      to.object(l, 1, n));

@@ -19,11 +19,13 @@ function(keslmx_library target directory)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
     target_compile_options(${target} PRIVATE ${ARGN})
     target_link_libraries(${target} PRIVATE keslmx_flags keslcorex64 OpenMP::OpenMP_CXX)
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--as-needed)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--as-needed
+        -Wl,-z,nodelete) # the OpenMP runtime's idle threads stay in it
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize") # with clang the program brings the sanitizer's runtime, not a library
         target_link_options(${target} PRIVATE -Wl,-z,defs)
     endif()
     set_target_properties(${target} PROPERTIES
+        BUILD_WITH_INSTALL_RPATH ON # the build tree lies as the installed one does
         OUTPUT_NAME keslmx  VERSION 6.1  SOVERSION 6.1  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib${directory}
         LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map
         UNITY_BUILD ON  UNITY_BUILD_MODE GROUP

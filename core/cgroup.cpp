@@ -1,4 +1,4 @@
-// Where the quota of a control group is found: /proc/self/mountinfo tells where each hierarchy is mounted, and
+// Where the limits of a control group are found: /proc/self/mountinfo tells where each hierarchy is mounted, and
 // /proc/self/cgroup which group of it holds the process. That group and all above it bound the process.
 #include "core/cgroup.h"
 #include <algorithm>
@@ -37,19 +37,19 @@ public:
 
 bool startsWith(const char* text, const char* start) { return !std::strncmp(text, start, std::strlen(start)); }
 
-// Whether "cpu" is a word of the list, which has commas between its words.
-bool hasCpu(const char* list)
+// Whether the word is in the list, which has commas between its words.
+bool hasWord(const char* list, const char* word)
 {
     for (;; ++list) {
         const std::size_t n = std::strcspn(list, ",\n");
-        if (n == 3 && startsWith(list, "cpu")) return true;
+        if (n == std::strlen(word) && startsWith(list, word)) return true;
         list += n;
         if (*list != ',') return false;
     }
 }
 
-// The group of the process in the hierarchy, from a line "number:controllers:path".
-bool findGroup(const char* root, Version version, Path& group)
+// The group of the process in the controller's hierarchy, from a line "number:controllers:path".
+bool findGroup(const char* root, Version version, const char* controller, Path& group)
 {
     Lines lines(root, "/proc/self", "cgroup");
     while (char* line = lines.next()) {
@@ -57,7 +57,7 @@ bool findGroup(const char* root, Version version, Path& group)
         char* const path = controllers ? std::strchr(controllers + 1, ':') : nullptr;
         if (!path) continue;
         *path = '\0'; // ends the list of controllers, which is empty in version 2
-        if (version == v2 ? controllers + 1 != path : !hasCpu(controllers + 1)) continue;
+        if (version == v2 ? controllers + 1 != path : !hasWord(controllers + 1, controller)) continue;
         return std::snprintf(group, sizeof group, "%.*s", int(std::strcspn(path + 1, "\n")), path + 1) < PATH_MAX;
     }
     return false;
@@ -69,7 +69,7 @@ void readNumbers(const char* directory, const char* name, long long& a, long lon
     if (const char* line = lines.next()) std::sscanf(line, b ? "%lld %lld" : "%lld", &a, b);
 }
 
-// The quota of the one group whose files lie in the directory.
+// What the files of one group in the directory say: its quota of processors ...
 int quotaOf(const char* directory, Version version)
 {
     long long quota = 0, period = 0; // microseconds; "max" and -1 stand for no quota
@@ -83,12 +83,21 @@ int quotaOf(const char* directory, Version version)
     return int(std::min<long long>(quota / period + (quota % period != 0), INT_MAX));
 }
 
+// ... and how many more processes and threads may come into it.
+int roomOf(const char* directory, Version)
+{
+    long long most = -1, now = 0; // "max" stands for no limit
+    readNumbers(directory, "pids.max", most, nullptr);
+    readNumbers(directory, "pids.current", now, nullptr);
+    return most < 0 ? INT_MAX : int(std::clamp<long long>(most - now, 0, INT_MAX));
+}
+
 // A mounted hierarchy, from a line "id parent device root point options [more] - type source options".
 struct Mount {
     Path root, point; // the group that is mounted, and where
     Version version;
 
-    bool read(const char* line)
+    bool read(const char* line, const char* controller)
     {
         const char* const end = std::strstr(line, " - ");
         char type[16];
@@ -98,38 +107,43 @@ struct Mount {
             std::sscanf(end, " - %15s %*s %n", type, &options) != 1 || !options)
             return false;
         version = std::strcmp(type, "cgroup2") ? v1 : v2;
-        return version == v2 || (!std::strcmp(type, "cgroup") && hasCpu(end + options));
+        return version == v2 || (!std::strcmp(type, "cgroup") && hasWord(end + options, controller));
     }
 };
 
-// The least quota of the process's group and of all above it, as far up as the mount shows them.
-int quotaUnder(const char* root, const Mount& mount)
+using LimitOf = int (*)(const char* directory, Version);
+
+// The least limit of the process's group and of all above it, as far up as the mount shows them.
+int leastUnder(const char* root, const Mount& mount, const char* controller, LimitOf limitOf)
 {
     Path group, directory;
-    if (!findGroup(root, mount.version, group)) return INT_MAX;
+    if (!findGroup(root, mount.version, controller, group)) return INT_MAX;
     const std::size_t above = std::strcmp(mount.root, "/") ? std::strlen(mount.root) : 0;
     const char* const below = group + above;
     if (!startsWith(group, mount.root) || (*below && *below != '/')) return INT_MAX; // the group of somebody else
     const int top = std::snprintf(directory, sizeof directory, "%s%s", root, mount.point);
     if (std::snprintf(directory, sizeof directory, "%s%s%s", root, mount.point, below) >= PATH_MAX) return INT_MAX;
     for (int least = INT_MAX;;) {
-        least = std::min(least, quotaOf(directory, mount.version));
+        least = std::min(least, limitOf(directory, mount.version));
         char* const last = std::strrchr(directory, '/');
         if (!last || last - directory < top) return least;
         *last = '\0';
     }
 }
 
-} // namespace
-
-int cgroupProcessors(const char* root)
+int leastOf(const char* root, const char* controller, LimitOf limitOf)
 {
     int least = INT_MAX;
     Mount mount;
     Lines lines(root, "/proc/self", "mountinfo");
     while (const char* line = lines.next())
-        if (mount.read(line)) least = std::min(least, quotaUnder(root, mount));
+        if (mount.read(line, controller)) least = std::min(least, leastUnder(root, mount, controller, limitOf));
     return least;
 }
+
+} // namespace
+
+int cgroupProcessors(const char* root) { return leastOf(root, "cpu", quotaOf); }
+int cgroupRoom(const char* root) { return leastOf(root, "pids", roomOf); }
 
 } // namespace kesl

@@ -1,22 +1,34 @@
 // How many threads a call may use.
 #include "core/cgroup.h"
+#include "core/limits.h"
 #include "keslcorex.h"
 #include <algorithm>
 #include <atomic>
+#include <climits>
 #include <omp.h>
 #include <pthread.h>
 #include <sched.h>
+#include <sys/stat.h>
 
 namespace {
 
-std::atomic<int> asked{0};  // by the program; 0: automatic
-std::atomic<int> quota{0};  // of the control group; 0: not read yet
-bool inForkedChild = false; // written only where no second thread exists
+std::atomic<int> asked{0};                // by the program; 0: automatic
+std::atomic<int> bound{0};                // by the limits of the process; 0: not read yet
+std::atomic<bool> hadOtherThreads{false}; // before the fork that is under way
+bool teamIsLost = false;                  // written only where no second thread exists
 
-// The threads of a team do not live on in a child, and the GNU runtime would wait for them for ever.
+// The directory of a process's threads has a link for each, and two of its own.
+bool hasOtherThreads()
+{
+    struct stat tasks;
+    return stat("/proc/self/task", &tasks) || tasks.st_nlink > 2 + 1;
+}
+
+// The threads of a team do not live on in a child, and the GNU runtime would wait for them for ever. It never lets go of
+// them either, so that a process without other threads has no team.
 [[gnu::constructor]] void watchForks()
 {
-    pthread_atfork(nullptr, nullptr, [] { inForkedChild = true; });
+    pthread_atfork([] { hadOtherThreads = hasOtherThreads(); }, nullptr, [] { teamIsLost |= hadOtherThreads; });
 }
 
 // The processors that the calling thread, and so a team that it starts, may run on.
@@ -28,10 +40,15 @@ int processors()
     return sched_getaffinity(0, sizeof set, set) ? omp_get_num_procs() : CPU_COUNT_S(sizeof set, set);
 }
 
-int quotaOnce()
+// The runtime ends a process that cannot create a thread, so there must be room for a team beside the calling thread.
+int boundOnce()
 {
-    int n = quota.load(std::memory_order_relaxed);
-    if (!n) quota.store(n = kesl::cgroupProcessors(""), std::memory_order_relaxed); // twice by a race: the same number
+    int n = bound.load(std::memory_order_relaxed);
+    if (!n) {
+        const int room = std::min(kesl::cgroupRoom(""), kesl::limitsRoom());
+        n = std::min(kesl::cgroupProcessors(""), room == INT_MAX ? room : room + 1);
+        bound.store(n, std::memory_order_relaxed); // twice by a race: much the same number
+    }
     return n;
 }
 
@@ -42,17 +59,17 @@ extern "C" {
 
 int ownGetNumThreads(void)
 {
-    if (inForkedChild || omp_in_parallel()) return 1;
+    if (teamIsLost || omp_in_parallel()) return 1;
     if (const int n = asked.load(std::memory_order_relaxed)) return n;
     const int n = omp_get_max_threads();
-    return n < 2 ? 1 : std::max(1, std::min({n, processors(), quotaOnce()}));
+    return n < 2 ? 1 : std::max(1, std::min({n, processors(), boundOnce()}));
 }
 
 int keslCoreGetNumThreads(void) { return ownGetNumThreads(); }
 
 KeslStatus keslCoreSetNumThreads(int numThreads)
 {
-    if (numThreads < 0 || numThreads > keslCoreMaxThreads) return keslStatusBadCount;
+    if (numThreads < 0 || numThreads > (teamIsLost ? 1 : keslCoreMaxThreads)) return keslStatusBadCount;
     asked.store(numThreads, std::memory_order_relaxed);
     return keslStatusOk;
 }

@@ -5,9 +5,9 @@
 
 namespace kesl {
 
-// Elements, in 32 bits. Threads have that of the vectors in both families.
+// Elements; what the functions return wraps at 32 bits. Threads have that of the vectors in both families.
 constexpr unsigned valuesBuffer(unsigned n) { return (n + 5) * n; }
-constexpr unsigned vectorsBuffer(unsigned n) { return (3 * n + 5) * n; }
+constexpr auto vectorsBuffer(auto n) { return (3 * n + 5) * n; }
 
 template <class T> struct EigenValuesGetBufSize {
     static void run(Size n, Table<int> bytes) { *bytes.p = int(valuesBuffer(unsigned(int(n))) * sizeof(T)); }

@@ -32,7 +32,7 @@ struct EigenValues {
         return withRows(src, [&](auto rows) KESL_INLINE {
             return withOrder(order, [&](auto n) KESL_INLINE {
                 if constexpr (n > 0)
-                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                    return eachPack<T>(count, rows, [&]<class V>(Objects<V> k) KESL_INLINE {
                         if constexpr (lanes<V> != 1 && !inPacks<V>) return keslStatusNoConvergence; // so they go one by one
                         else {
                             Block<V, n, n> h = load<n, n>(rows, k);
@@ -67,7 +67,7 @@ struct EigenValues_m : EigenValues {};
 struct EigenValues_ma : EigenValues {
     template <class T> static constexpr Checks checks = {"NSCB", "NSCRB", "NSCRB"};
     static unsigned measure(unsigned n, unsigned count) { return n * (n + 1) * count; }
-    static unsigned scratch(unsigned n, unsigned) { return vectorsBuffer(n); } // elements for a thread
+    static std::size_t scratch(std::size_t n, std::size_t) { return vectorsBuffer(n); } // elements for a thread
 };
 
 } // namespace kesl

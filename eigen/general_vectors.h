@@ -51,7 +51,7 @@ template <Sides sides> struct GeneralVectors {
                     return write(k, memory + all, n);
                 };
                 if constexpr (fixed > 0)
-                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
+                    return eachPack<T>(count, rows, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
                         constexpr int n = fixed, all = n * n;
                         if constexpr (lanes<V> == 1) {
                             T memory[vectorsBuffer(n)];
@@ -120,7 +120,7 @@ struct OverArrays {
     // In L and P the source is tested whole, and then the destinations.
     template <class T> static constexpr Checks checks = {"NSCB", "NSCR<B<R>B>", "NSCR<B<R>B>"};
     static unsigned measure(unsigned n, unsigned count) { return n * (3 * n + 1) * count; }
-    static unsigned scratch(unsigned n, unsigned) { return vectorsBuffer(n); } // elements for a thread
+    static std::size_t scratch(std::size_t n, std::size_t) { return vectorsBuffer(n); } // elements for a thread
 };
 struct EigenValuesVectors_m : BothSides<generalVectorsSingle> {};
 struct EigenValuesVectors_ma : BothSides<generalVectors>, OverArrays {};

@@ -45,7 +45,7 @@ template <class V, bool single, int rows, int columns = 1> struct Local {
         else e[i][j] = x;
     }
 };
-template <class V, class View> struct Cells { // elements in memory, in their own type
+template <class V, class View> struct InMemory { // elements in memory, in their own type
     View view;
     V operator()(int i, int j = 0) const { return view(i, j); }
     void set(V x, int i, int j = 0)
@@ -54,7 +54,7 @@ template <class V, class View> struct Cells { // elements in memory, in their ow
         e = std::remove_reference_t<decltype(e)>(x);
     }
 };
-template <class V, class View> Cells<V, View> cells(View view) { return {view}; }
+template <class V, class View> InMemory<V, View> inMemory(View view) { return {view}; }
 
 // f(i) for i = from .. to - 1; written out for packs, which live in registers.
 template <class V> [[gnu::always_inline]] inline void loop(int from, int to, auto f)
@@ -238,7 +238,7 @@ template <class V, class T> struct BandInPlace {
         std::ptrdiff_t step;
         T& operator()(int i, int) const { return first[i * step]; }
     };
-    Cells<V, Diagonal> d, e;
+    InMemory<V, Diagonal> d, e;
     BandInPlace(auto& a, int n, bool mirrored)
     {
         const std::ptrdiff_t step = mirrored ? -(std::ptrdiff_t(n) + 1) : n + 1;
@@ -251,7 +251,10 @@ Band<V, single, n> bandOf(Local<V, single, n, n>& a, Fixed<n> order, MaskOf<V> m
 {
     return {a, order, mirrored};
 }
-template <class V, class T> BandInPlace<V, T> bandOf(Cells<V, Rows<T>>& a, int n, bool mirrored) { return {a, n, mirrored}; }
+template <class V, class T> BandInPlace<V, T> bandOf(InMemory<V, Rows<T>>& a, int n, bool mirrored)
+{
+    return {a, n, mirrored};
+}
 
 // ---- The whole, from order 3 upward: a is used up, the values go to `values`, the vectors to the columns of z. What
 // `values` holds meanwhile is part of the interface, for one object: the reflectors, and values as they are found.

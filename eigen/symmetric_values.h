@@ -16,7 +16,7 @@ template <SymRules rules, class T, int n> [[gnu::noinline]] KeslStatus symValues
 {
     Local<T, false, n, n> a;
     eachElement<n, n>([&](int i, int j) { a.e[i][j] = src(i, j); });
-    auto values = cells<T>([dst](int i, int) -> T& { return dst[i]; });
+    auto values = inMemory<T>([dst](int i, int) -> T& { return dst[i]; });
     NoVectors none;
     return symmetric<rules, T>(a, values, none, Fixed<n>{}, Precision<T>::eps, Precision<T>::eps, false);
 }
@@ -31,8 +31,8 @@ template <SymRules rules, class V, int n>
 }
 template <SymRules rules, class T> [[gnu::noinline]] KeslStatus symValuesCommon(T* buffer, T* dst, int n)
 {
-    Cells<T, Rows<T>> a{{buffer, n * std::int64_t(sizeof(T))}};
-    auto values = cells<T>([dst](int i, int) -> T& { return dst[i]; });
+    InMemory<T, Rows<T>> a{{buffer, n * std::int64_t(sizeof(T))}};
+    auto values = inMemory<T>([dst](int i, int) -> T& { return dst[i]; });
     NoVectors none;
     return symmetric<rules, T>(a, values, none, n, Precision<T>::eps, Precision<T>::eps, false);
 }
@@ -52,7 +52,7 @@ struct EigenValuesSym {
         constexpr SymRules rules = src.isArray ? symValuesArray : symValuesSingle;
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) -> KeslStatus {
+                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
                     T* const to = dst.object(k.first);
                     const auto a = load<n, n>(src, k);
                     if constexpr (lanes<V> == 1) return symValuesOne<rules>(a, to);
@@ -89,7 +89,7 @@ struct EigenValuesSym_m : EigenValuesSym {};
 struct EigenValuesSym_ma : EigenValuesSym {
     template <class T> static constexpr Checks checks = {"NSCB", "NSCRB", "NSCRB"};
     static unsigned measure(unsigned n, unsigned count) { return n * (n + 1) * count; }
-    static unsigned scratch(unsigned n, unsigned) { return n * n; } // elements for a thread
+    static std::size_t scratch(std::size_t n, std::size_t) { return n * n; } // elements for a thread
 };
 
 } // namespace kesl

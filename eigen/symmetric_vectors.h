@@ -25,7 +25,7 @@ template <class S> struct SymLimits {
 template <SymRules rules, class V, class T>
 [[gnu::always_inline]] inline KeslStatus symVectors(auto& a, T* dst, auto& z, auto n, SymLimits<V> limits)
 {
-    auto values = cells<V>([dst](int i, int) -> T& { return dst[i]; });
+    auto values = inMemory<V>([dst](int i, int) -> T& { return dst[i]; });
     return symmetric<rules, V>(a, values, z, n, Precision<T>::eps, limits.reductionEps, limits.sortFirst);
 }
 template <SymRules rules, class S, class T, int n>
@@ -40,8 +40,8 @@ template <SymRules rules, class S, class T, int n>
 template <SymRules rules, class S, class T>
 [[gnu::noinline]] KeslStatus symVectorsCommon(T* buffer, T* dst, auto to, int n, SymLimits<S> limits)
 {
-    Cells<S, Rows<T>> a{{buffer, n * std::int64_t(sizeof(T))}};
-    auto z = cells<S>(to);
+    InMemory<S, Rows<T>> a{{buffer, n * std::int64_t(sizeof(T))}};
+    auto z = inMemory<S>(to);
     return symVectors<rules, S>(a, dst, z, n, limits);
 }
 
@@ -107,7 +107,7 @@ struct EigenValuesVectorsSym {
         constexpr SymRules rules = array ? symVectorsArray : symVectorsSingle;
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) -> KeslStatus {
+                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
                     T* const to = dstValues.object(k.first);
                     auto x = load<n, n>(src, k);
                     if constexpr (lanes<V> == 1) {
@@ -150,7 +150,7 @@ struct EigenValuesVectorsSym_m : EigenValuesVectorsSym {};
 struct EigenValuesVectorsSym_ma : EigenValuesVectorsSym {
     template <class T> static constexpr Checks checks = {"NSCB", "NSCRB", "NSCRB"};
     static unsigned measure(unsigned n, unsigned count) { return n * (2 * n + 1) * count; }
-    static unsigned scratch(unsigned n, unsigned) { return n * n; } // elements for a thread
+    static std::size_t scratch(std::size_t n, std::size_t) { return n * n; } // elements for a thread
 };
 
 } // namespace kesl

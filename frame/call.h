@@ -1,5 +1,6 @@
 // The road of a call: checks, measure, then the kernel or the threaded wrapper.
 #pragma once
+#include "frame/arithmetic.h"
 #include "frame/checks.h"
 #include "frame/thresholds.h"
 
@@ -33,6 +34,7 @@ template <class Member, class T, class Kernel, class General, class Wrapper, cla
     constexpr Form F = std::max({Args::form...});
     constexpr Checks checks = checksOf<Member, T, Args...>();
     if (const KeslStatus status = checkAll<Member, checks.of(F)>(args...)) return status;
+    const QuietArithmetic quiet;
     if constexpr (requires { Member::template first<T>(args...); })
         if (const std::optional<KeslStatus> done = Member::template first<T>(args...)) return *done;
     if constexpr (!std::is_same_v<Wrapper, Serial>) {
@@ -42,7 +44,8 @@ template <class Member, class T, class Kernel, class General, class Wrapper, cla
     return serially<F>(kernel, general, args...);
 }
 
-// The body of an exported function without kernels. A member may name its checks by the forms of all its operands.
+// The body of an exported function without kernels, which moves data and computes nothing. A member may name its checks
+// by the forms of all its operands.
 template <class Member, class T, class... Args> inline KeslStatus direct(const Args&... args)
 {
     constexpr Sequence sequence = [] {

@@ -231,7 +231,10 @@ template <class O> constexpr bool isArrayOfObjects = O::isArray && !isConstant<O
 template <class O> bool isRecord(const O& o, int height, int width)
 {
     if constexpr (isConstant<O> || O::kind == Kind::vector) return true;
-    else return height == 1 || o.stride1 == std::int64_t(isTransposed<O> ? height : width) * O::elementSize;
+    else {
+        const int rows = isTransposed<O> ? width : height, columns = isTransposed<O> ? height : width; // as stored
+        return rows == 1 || o.stride1 == std::int64_t(columns) * O::elementSize;
+    }
 }
 // It is one run of elements in the order in which it is read if it is not transposed besides.
 template <class O> bool isOneRun(const O& o, int height, int width)

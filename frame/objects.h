@@ -30,11 +30,20 @@ using One = Fixed<1>; // the count of a member without an array
     return keslStatusOk;
 }
 
+// Whether all these objects of a list are given. A null entry behind an object that fails belongs to no object.
+template <class O> bool areGiven([[maybe_unused]] const O& src, [[maybe_unused]] int first, [[maybe_unused]] int objects)
+{
+    bool given = true;
+    if constexpr (O::isArray && inL(O::form))
+        for (int l = 0; l < objects; ++l) given &= src.p[first + l] != nullptr;
+    return given;
+}
+
 // The same by packs: body(Objects<V>) must store nothing if it fails in any lane. Its objects are then done again one by
-// one, so that the first failure, and what it has written, are those of the scalar loop. What is left at the end, or a
-// small count, goes by packs of four. Where a pack is one long chain of operations, several abreast fill its gaps: the
-// widest then come as Objects<V, abreast>.
-template <class T, int abreast = 1> [[gnu::always_inline]] inline KeslStatus eachPack(auto count, auto body)
+// one, so that the first failure, and what it has written, are those of the scalar loop. So are those of a pack where an
+// object of `src` is missing. What is left at the end, or a small count, goes by packs of four. Where a pack is one long
+// chain of operations, several abreast fill its gaps: the widest then come as Objects<V, abreast>.
+template <class T, int abreast = 1> [[gnu::always_inline]] inline KeslStatus eachPack(auto count, const auto& src, auto body)
 {
     using Wide = Pack<T>;
     using Four = Pack<T, 4 * sizeof(T)>;
@@ -43,7 +52,7 @@ template <class T, int abreast = 1> [[gnu::always_inline]] inline KeslStatus eac
         int k = 0;
         const auto packs = [&]<class V, int most>(Objects<V, most>) KESL_INLINE {
             for (int used; (used = std::min((count - k) / lanes<V>, most)) > 0; k += used * lanes<V>)
-                if (body(Objects<V, most>{k, used})) break;
+                if (!areGiven(src, k, used * lanes<V>) || body(Objects<V, most>{k, used})) break;
         };
         while (k < count) {
             packs(Objects<Wide, abreast>{});
@@ -54,6 +63,12 @@ template <class T, int abreast = 1> [[gnu::always_inline]] inline KeslStatus eac
         }
         return keslStatusOk;
     }
+}
+
+// For bodies that cannot fail, whose objects are all needed.
+template <class T> [[gnu::always_inline]] inline KeslStatus eachPack(auto count, auto body)
+{
+    return eachPack<T>(count, Argument{}, body);
 }
 
 } // namespace kesl

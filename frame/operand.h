@@ -25,7 +25,8 @@ struct Argument {
     bool stride0Ok() const { return true; }
     bool shiftOk() const { return true; }
     bool rowsAreContiguous() const { return true; }
-    std::tuple<> sizes() const { return {}; } // what a work measure and a scratch size are made of
+    std::tuple<> sizes() const { return {}; }  // what a work measure and a scratch size are made of
+    bool sliceable(int) const { return true; } // into slices that begin at any of so many objects
 };
 
 enum class Kind { matrix, transposed, vector, constants };
@@ -64,11 +65,15 @@ template <class T, Kind K, bool array, Form F> struct Operand {
     bool rowsAreContiguous() const { return stride2 == int(sizeof(T)); }
     std::tuple<> sizes() const { return {}; }
 
-    // ---- this operand in the slice that begins at object `start`
+    // ---- this operand in the slice that begins at object `start`; in P the shift is an argument of 32 bits
+    bool sliceable(int count) const
+    {
+        return !(array && lists && F == P) || shift + std::int64_t(count - 1) * stride0 <= INT32_MAX;
+    }
     Operand slice(int start, int, void*) const
     {
         Operand o = *this;
-        if constexpr (array && lists && F == P) o.shift = int(unsigned(shift) + unsigned(start) * unsigned(stride0));
+        if constexpr (array && lists && F == P) o.shift = shift + start * stride0;
         else if constexpr (array && lists) o.p += start;
         else if constexpr (array) o.p = moved(p, std::int64_t(start) * stride0);
         return o;

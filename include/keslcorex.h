@@ -2,7 +2,17 @@
  *
  * A program need not touch any of this. Left alone, the number follows the OpenMP runtime (OMP_NUM_THREADS,
  * omp_set_num_threads) and never exceeds the processors that the calling thread may run on, nor the CPU quota of the
- * process's control group, rounded up and read once. Link with kesl::corex, or with -lkeslcorex64, to use it. */
+ * process's control group, rounded up. Link with kesl::corex, or with -lkeslcorex64, to use it.
+ *
+ * The OpenMP runtime ends the process where it cannot create a thread. So the automatic number is also bounded by the
+ * threads that may still be created: pids.max less pids.current of the control group, RLIMIT_NPROC less what runs of the
+ * same user (but for root), and RLIMIT_AS less what is mapped, by the size of a stack. All of this is read once, by the
+ * first call that is big enough for threads. What remains: limits that are lowered or used up later, by teams of several
+ * calling threads or by other processes; processes of the user in other containers; OMP_STACKSIZE; and a number that the
+ * program sets itself, which is taken as it is. Set the number to 1 where that can happen.
+ *
+ * After fork() a team does not live on in the child, and the GNU runtime would wait for it for ever. A child of a process
+ * that had no thread besides the forking one is free; a child of any other keeps to 1 thread. */
 #ifndef KESLCOREX_H
 #define KESLCOREX_H
 
@@ -16,10 +26,10 @@ extern "C" {
 enum { keslCoreMaxThreads = 8192 };
 
 /* Sets the number of threads for all calls of the process from here on; 0 goes back to the automatic number.
- * The number is taken as asked, also where it exceeds the processors. Two things go before it: a call from inside an
- * active parallel region of the program, and a call in a child of fork(), whose parent's threads are gone, use 1.
- * May be called from any thread at any time; calls that are already running may still see the old number.
- * Returns keslStatusOk, or keslStatusBadCount for a number below 0 or above keslCoreMaxThreads, which changes nothing. */
+ * The number is taken as asked, also where it exceeds the processors; but a call from inside an active parallel region of
+ * the program uses 1. May be called from any thread at any time; calls that are already running may still see the old
+ * number. Returns keslStatusOk, or keslStatusBadCount for a number that changes nothing: below 0, above
+ * keslCoreMaxThreads, or above 1 in a child of fork() that is bound to one thread. */
 KeslStatus keslCoreSetNumThreads(int numThreads);
 
 /* The number of threads, at least 1, that a call made here and now may use. */

@@ -96,7 +96,7 @@ struct CholeskyDecomp {
         return withOrder(order, [&](auto n) {
             constexpr T limit = bound<T, F, src.isArray>(n);
             if constexpr (n > 0)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) -> KeslStatus {
+                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
                     if constexpr (lanes<V> == 1)
                         return choleskyOne<T, n>(src.object(k.first, n, n), dst.object(k.first, n, n), limit);
                     else {

@@ -123,7 +123,7 @@ struct Det {
 struct Det_m : Det {};
 struct Det_ma : Det {
     static unsigned measure(unsigned n, unsigned count) { return n * count; }
-    static unsigned scratch(unsigned n, unsigned) { return n * n + n; } // elements for a thread
+    static std::size_t scratch(std::size_t n, std::size_t) { return n * n + n; } // elements for a thread
 };
 
 } // namespace kesl

@@ -40,7 +40,7 @@ struct Invert {
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) {
                     const auto a = load<n, n>(src, k);
                     Block<V, n, n> inverse;
                     if (!(n < 5 ? invertClosed<T>(a, inverse) : invertLong<T>(a, inverse))) return keslStatusSingular;
@@ -66,7 +66,7 @@ struct Invert {
 struct Invert_m : Invert {};
 struct Invert_ma : Invert {
     static unsigned measure(unsigned n, unsigned count) { return 2 * n * count; }
-    static unsigned scratch(unsigned n, unsigned) { return n * n + n; } // elements for a thread
+    static std::size_t scratch(std::size_t n, std::size_t) { return n * n + n; } // elements for a thread
 };
 
 } // namespace kesl

@@ -148,7 +148,7 @@ struct LUDecomp {
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) -> KeslStatus {
+                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
                     if constexpr (lanes<V> == 1)
                         return luFixed<T, n>(src.object(k.first, n, n), index.object(k.first), dst.object(k.first, n, n));
                     else {

@@ -124,7 +124,7 @@ struct QRBackSubst {
             }
         });
     }
-    static unsigned scratch(unsigned, unsigned height, unsigned) { return height; }
+    static std::size_t scratch(std::size_t, std::size_t height, std::size_t) { return height; }
 };
 
 // clang-format off

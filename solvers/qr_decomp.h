@@ -89,6 +89,9 @@ template <class T> [[gnu::noinline]] KeslStatus qrCommon(auto src, T* buffer, au
     return keslStatusOk;
 }
 
+// Packs of small square matrices are short chains; of all others two go abreast.
+template <bool square, int width> constexpr int abreastOf = square && width < 5 ? 1 : 2;
+
 // ---- The family.
 struct QRDecomp {
     static constexpr Threshold threshold = setQ;
@@ -106,26 +109,25 @@ struct QRDecomp {
             };
             if constexpr (w == 0) return eachObject(count, [&](int k) { return common(k, buffer); });
             else
-                return eachPack < T,
-                       square && w < 5 ? 1 : 2 > (count, [&]<class V, int most>(Objects<V, most> k) -> KeslStatus {
-                                                 if constexpr (lanes<V> == 1 && !square) {
-                                                     T d[w];
-                                                     return common(k.first, d);
-                                                 } else {
-                                                     Block<V, rows, w> a[most];
-                                                     const int packs = most == 1 ? 1 : k.packs;
-                                                     int p = 0;
-                                                     do loadRows(src, k.pack(p), a[p], h);
-                                                     while (++p < packs);
-                                                     const bool good =
-                                                         square && w < 5 ? qrBlocks<1>(a, h) : qrLong<most>(a, packs, h);
-                                                     if (!good && lanes<V> > 1) return keslStatusDivideByZero;
-                                                     p = 0;
-                                                     do storeRows(dst, k.pack(p), a[p], h);
-                                                     while (++p < packs);
-                                                     return good ? keslStatusOk : keslStatusDivideByZero;
-                                                 }
-                                             });
+                return eachPack<T, abreastOf<square, w>>(
+                    count, src, [&]<class V, int most>(Objects<V, most> k) -> KeslStatus {
+                        if constexpr (lanes<V> == 1 && !square) {
+                            T d[w];
+                            return common(k.first, d);
+                        } else {
+                            Block<V, rows, w> a[most];
+                            const int packs = most == 1 ? 1 : k.packs;
+                            int p = 0;
+                            do loadRows(src, k.pack(p), a[p], h);
+                            while (++p < packs);
+                            const bool good = abreastOf<square, w> == 1 ? qrBlocks<1>(a, h) : qrLong<most>(a, packs, h);
+                            if (!good && lanes<V> > 1) return keslStatusDivideByZero;
+                            p = 0;
+                            do storeRows(dst, k.pack(p), a[p], h);
+                            while (++p < packs);
+                            return good ? keslStatusOk : keslStatusDivideByZero;
+                        }
+                    });
         });
     }
 };
@@ -138,7 +140,7 @@ struct QRDecomp_m : QRDecomp {
 struct QRDecomp_ma : QRDecomp {
     template <class T> static constexpr Checks checks = {"NCSBM", "NCSBRM", "NCSBRM"};
     static unsigned measure(unsigned width, unsigned height, unsigned count) { return width * height * (2 * count); }
-    static unsigned scratch(unsigned, unsigned height, unsigned) { return height; }
+    static std::size_t scratch(std::size_t, std::size_t height, std::size_t) { return height; }
 };
 
 } // namespace kesl

@@ -30,12 +30,18 @@ template <class V> [[gnu::always_inline]] inline void scatterPairs(auto at, V x,
 
 template <int n, class V, class O> [[gnu::always_inline]] inline Block<V, n, n> loadLower(const O& src, Objects<V> k)
 {
-    if constexpr (contiguousRows(O::form)) return load<n, n>(src, k); // what is above lies between what is below
-    else {
-        Block<V, n, n> x;
-        eachLower<n>([&](int i, int j) KESL_INLINE { x(i, j) = loadElement<V>(src, k.first, i, j, n); });
-        return x;
-    }
+    Block<V, n, n> x;
+    if constexpr (!O::isArray) {
+        const auto object = src.object(0, n, n);
+        eachLower<n>([&](int i, int j) KESL_INLINE { x(i, j) = splat<V>(object(i, j)); });
+    } else if constexpr (contiguousRows(O::form)) {
+        if (src.stride1 == n * O::elementSize) return load<n, n, true>(src, k); // what is above lies between what is below
+        const auto at = lanesOf(src, k.first);
+        [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
+            (loadRun<i + 1>(movedRow(at, std::int64_t(i) * src.stride1), x.e[i]), ...);
+        }(std::make_integer_sequence<int, n>{});
+    } else eachLower<n>([&](int i, int j) KESL_INLINE { x(i, j) = loadElement<V>(src, k.first, i, j, n); });
+    return x;
 }
 template <int n, class V, class O>
 [[gnu::always_inline]] inline void storeLower(const O& dst, Objects<V> k, const Block<V, n, n>& x)

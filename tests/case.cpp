@@ -390,7 +390,7 @@ int Case::run(const Level& level)
                 faultAddress < placed[i].arena->end + pageSize)
                 fault += format(", %td bytes from the begin of %s", static_cast<char*>(faultAddress) - placed[i].begin,
                                 f.operands[i].name.c_str());
-    }
+    } else if (watch.control) fault = "leaves another floating-point control word, or flags in it";
     return status;
 }
 

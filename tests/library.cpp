@@ -11,8 +11,10 @@
 #include <stdexcept>
 #include <sys/mman.h>
 #include <sys/platform/x86.h>
+#include <xmmintrin.h>
 
 Watch watch;
+bool refuseBlocks = false, strict = false;
 long callsMade = 0;
 bool regionsAreSeen = false;
 
@@ -53,6 +55,10 @@ extern "C" {
 // Scratch that ends at an inaccessible page, so that the threads cannot use more than there is.
 [[gnu::visibility("default")]] void* omp_alloc(size_t bytes, omp_allocator_handle_t)
 {
+    if (refuseBlocks) {
+        watch.bytes = bytes;
+        return nullptr;
+    }
     const size_t pages = (bytes + pageSize - 1) / pageSize + 1;
     char* begin =
         static_cast<char*>(mmap(nullptr, pages * pageSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
@@ -129,7 +135,11 @@ int call(const Function& f, void* address, const std::vector<Value>& values)
     for (size_t i = 0; i < values.size(); ++i) pointers[i] = const_cast<Value*>(&values[i]);
     ffi_arg status;
     ++callsMade;
+    const unsigned own = _mm_getcsr(), during = strict ? own & ~unsigned(_MM_MASK_MASK | _MM_EXCEPT_MASK) : own;
+    _mm_setcsr(during);
     ffi_call(&interface.cif, FFI_FN(address), &status, pointers);
+    watch.control = strict && _mm_getcsr() != during;
+    _mm_setcsr(own);
     return int(status);
 }
 

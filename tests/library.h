@@ -24,9 +24,12 @@ void setThreads(std::vector<int> answers);
 struct Watch {
     int asked = 0;             // calls of ownGetNumThreads
     int regions = 0, team = 0; // parallel regions, and the threads that the last one asked for
+    bool control = false;      // the floating-point control word is another afterwards, or has flags
     int blocks = 0, freed = 0; // of the OpenMP runtime's allocator
     size_t bytes = 0;          // of the last block
     std::vector<bool> used;    // its bytes, as they were when it was freed
 };
 extern Watch watch;
+extern bool refuseBlocks;   // the allocator has none
+extern bool strict;         // calls run with every floating-point exception unmasked
 extern bool regionsAreSeen; // regions and team are counted (GNU runtime only)

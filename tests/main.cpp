@@ -47,6 +47,7 @@ int main(int argc, char** argv)
     }
     testing::InitGoogleTest(&argc, argv);
     installTrap();
+    strict = true;
     for (const Level& level : levels()) {
         for (const Special* special : specials())
             enroll("special", level, special->name, [special, &level] { special->run(level); });

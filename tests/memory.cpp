@@ -87,6 +87,7 @@ void installTrap()
     action.sa_flags = SA_SIGINFO | SA_NODEFER; // left by a jump, so the signal must not stay blocked
     sigaction(SIGSEGV, &action, nullptr);
     sigaction(SIGBUS, &action, nullptr);
+    sigaction(SIGFPE, &action, nullptr);
 }
 
 void setRunning(const char* description) { strncpy(running, description, sizeof running - 1); }

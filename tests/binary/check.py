@@ -60,6 +60,9 @@ needed = set(re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic))
 openmp = needed & {"libgomp.so.1", "libomp.so.5"}
 soname = "libkeslcorex64.so.6.1" if companion else "libkeslmx.so.6.1"
 check(f"soname is not {soname}", re.findall(r"\(SONAME\).*\[(.*)\]", dynamic) == [soname])
+check("may be unmapped while the OpenMP runtime's threads are in it", "NODELETE" in dynamic)
+path = re.findall(r"\((?:RUNPATH|RPATH)\).*\[(.*)\]", dynamic)
+check(f"libraries are sought in {path}", path in (["$ORIGIN"], ["$ORIGIN:$ORIGIN/../.."]))
 check("not exactly one OpenMP runtime is needed", len(openmp) == 1)
 same("needed", needed - openmp - {"libc.so.6", "libm.so.6", "ld-linux-x86-64.so.2"},
      set() if companion else {"libkeslcorex64.so.6.1"})
@@ -87,14 +90,14 @@ if not companion:
     headers = re.findall(r"^\s*\[\s*(\d+)\] (\S+)\s+\S+\s+\S+ \S+ (\S+)", run("readelf", "-SW", library), re.M)
     section = {number: name for number, name, _ in headers}
     size = {name: int(size, 16) for _, name, size in headers}
-    critical = ".gomp_critical_user_.var"  # the lock of the unnamed critical section; with g++ the runtime has it
-    brought = {"completed.0", "__dso_handle", "__TMC_END__", critical}
+    critical = {".gomp_critical_user_keslmx", ".gomp_critical_user_keslmx.var"}  # the lock of the critical section
+    brought = {"completed.0", "__dso_handle", "__TMC_END__", *critical}
     for s in table:
         if s.type in ("OBJECT", "COMMON", "TLS") and s.name not in brought:
             check(f"{s.name} can be written",
                   not re.match(r"\.(data|l?bss|tdata|tbss)(?!\.rel\.ro)", section.get(s.section, "")))
     check("data without a name that can be written", size.get(".data", 0) <= 8 and
-          size.get(".bss", 0) <= (64 if any(s.name == critical for s in table) else 8))
+          size.get(".bss", 0) <= (64 if any(s.name in critical for s in table) else 8))
     check("data per thread", ".tdata" not in size and ".tbss" not in size)
     check("static constructor", size.get(".init_array", 0) <= 8 and not {".ctors", ".preinit_array"} & size.keys())
 

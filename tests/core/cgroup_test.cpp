@@ -37,6 +37,8 @@ protected:
     }
     int processors() const { return kesl::cgroupProcessors(root.c_str()); }
 
+    int room() const { return kesl::cgroupRoom(root.c_str()); }
+
     fs::path root;
 };
 
@@ -110,6 +112,23 @@ TEST_F(Cgroup, BothVersionsAtOnce)
     EXPECT_EQ(processors(), 4);
     file("sys/fs/cgroup/b/cpu.max", "300000 100000\n");
     EXPECT_EQ(processors(), 3);
+}
+
+TEST_F(Cgroup, RoomForThreads)
+{
+    process("4:pids:/job\n0::/b\n", "34 31 0:31 / /sys/fs/cgroup/pids rw - cgroup cgroup rw,pids\n" + mount2);
+    EXPECT_EQ(room(), INT_MAX);
+    file("sys/fs/cgroup/pids/job/pids.max", "max\n");
+    file("sys/fs/cgroup/pids/job/pids.current", "7\n");
+    EXPECT_EQ(room(), INT_MAX);
+    file("sys/fs/cgroup/pids/job/pids.max", "20\n");
+    EXPECT_EQ(room(), 13);
+    file("sys/fs/cgroup/b/pids.max", "9\n");
+    file("sys/fs/cgroup/b/pids.current", "9\n");
+    EXPECT_EQ(room(), 0);
+    file("sys/fs/cgroup/b/pids.current", "12\n"); // a limit may be set below what runs
+    EXPECT_EQ(room(), 0);
+    EXPECT_EQ(processors(), INT_MAX);
 }
 
 // A container sees its own group as the root of the mount, while /proc/self/cgroup gives the path of the host.

@@ -161,16 +161,6 @@ TEST_F(Threads, BoundThreadsStillUseAllProcessors)
     EXPECT_EQ(freshProcess("OMP_PROC_BIND=false"), twice(bound));
 }
 
-TEST_F(Threads, OneInAForkedChild)
-{
-    EXPECT_EQ(inChild([] { return ownGetNumThreads(); }), 1);
-    keslCoreSetNumThreads(4);
-    EXPECT_EQ(inChild([] { return ownGetNumThreads(); }), 1);
-    EXPECT_EQ(inChild([] { return keslCoreSetNumThreads(3) ? -1 : ownGetNumThreads(); }), 1);
-    EXPECT_EQ(inChild([] { return inChild([] { return ownGetNumThreads(); }); }), 1);
-    EXPECT_EQ(ownGetNumThreads(), 4);
-}
-
 int addsRight()
 {
     constexpr int order = 3, elements = order * order, count = 100000;
@@ -190,13 +180,32 @@ long threadsOfThisProcess()
     return std::distance(begin(tasks), end(tasks));
 }
 
+// As a daemon does, which forks before it has any thread: the child may have a team of its own.
+TEST_F(Threads, ForkedChildOfAProcessWithoutThreads)
+{
+    ASSERT_EQ(threadsOfThisProcess(), 1);
+    const int automatic = ownGetNumThreads();
+    EXPECT_EQ(inChild([] { return ownGetNumThreads(); }), automatic);
+    EXPECT_EQ(inChild([] { return inChild([] { return ownGetNumThreads(); }); }), automatic);
+    const auto usesATeam = [] {
+        if (keslCoreSetNumThreads(4) || ownGetNumThreads() != 4) return 4;
+        if (const int wrong = addsRight()) return wrong;
+        return threadsOfThisProcess() < 2 ? 5 : 0;
+    };
+    EXPECT_EQ(inChild(usesATeam), 0);
+    EXPECT_EQ(inChild([=] { return inChild(usesATeam); }), 0);
+}
+
 TEST_F(Threads, ForkedChildOfAProcessThatUsedATeam)
 {
     keslCoreSetNumThreads(2);
     ASSERT_EQ(addsRight(), 0);
     ASSERT_GE(threadsOfThisProcess(), 2) << "no team was used, so this test would show nothing";
+    EXPECT_EQ(inChild([] { return ownGetNumThreads(); }), 1);
+    EXPECT_EQ(inChild([] { return inChild([] { return ownGetNumThreads(); }); }), 1);
     EXPECT_EQ(inChild(addsRight), 0);
-    EXPECT_EQ(inChild([] { return keslCoreSetNumThreads(2) ? 4 : addsRight(); }), 0);
+    EXPECT_EQ(inChild([] { return keslCoreSetNumThreads(2) == keslStatusBadCount ? addsRight() : 4; }), 0);
+    EXPECT_EQ(inChild([] { return keslCoreSetNumThreads(1) || keslCoreSetNumThreads(0) ? 4 : ownGetNumThreads(); }), 1);
     EXPECT_EQ(addsRight(), 0); // the parent goes on
 }
 

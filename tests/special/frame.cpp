@@ -2,7 +2,6 @@
 #include "../special.h"
 
 #include <cstring>
-#include <sys/mman.h>
 
 namespace {
 const Special version("Version", "record", [](const Level& level) {
@@ -77,28 +76,24 @@ const Special entries("Lists", "may hold null", [](const Level& level) {
     EXPECT_EQ(c, 3);
 });
 
-// The shift of a slice is a 32-bit sum: behind 2 GB it wraps, and the objects of that slice lie 4 GB lower.
-const Special wraps("Threads", "shift of a slice wraps", [](const Level& level) {
+// A slice of a P array begins at a shift of 32 bits: an array that goes on beyond 2 GB is not cut into slices.
+const Special beyond("Threads", "shift of a slice beyond 31 bits", [](const Level& level) {
     const auto add = get<decltype(keslAdd_mam_32f_P)>(level, "keslAdd_mam_32f_P");
-    const size_t gigabyte = size_t(1) << 30;
-    char* memory = static_cast<char*>(
-        mmap(nullptr, 6 * gigabyte, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
-    ASSERT_NE(memory, MAP_FAILED);
     constexpr int count = 5000, stride0 = 4;
-    const int shift = INT_MAX - 3 - stride0 * count / 2 + stride0; // the second half begins beyond INT_MAX
-    float* const a = reinterpret_cast<float*>(memory + 5 * gigabyte);
-    float* const low = reinterpret_cast<float*>(memory + 1 * gigabyte); // 4 GB below
-    for (int k = 0; k < count; ++k) a[k] = float(k), low[k] = float(-k);
-    const float* source = reinterpret_cast<float*>(reinterpret_cast<char*>(a) - shift);
-    std::vector<float> result(count);
+    std::vector<float> a(count), result(count);
+    for (int k = 0; k < count; ++k) a[size_t(k)] = float(k);
     float* destination = result.data();
-    setThreads({2});
     const float one = 1;
     const float* single = &one;
-    EXPECT_EQ(add(&source, shift, stride0, &single, 0, &destination, 0, stride0, 1, 1, count), keslStatusOk);
-    EXPECT_EQ(watch.asked, 2);
-    for (int k = 0; k < count; ++k) ASSERT_EQ(result[size_t(k)], 1 + float(k < count / 2 ? k : -k)) << k;
-    munmap(memory, 6 * gigabyte);
+    for (int past : {0, stride0}) {
+        const int shift = INT_MAX - 3 - stride0 * (count - 1) + past; // of the last object: INT_MAX - 3, and one more
+        const float* source = reinterpret_cast<float*>(reinterpret_cast<char*>(a.data()) - shift);
+        setThreads({2});
+        std::fill(result.begin(), result.end(), 0.f);
+        EXPECT_EQ(add(&source, shift, stride0, &single, 0, &destination, 0, stride0, 1, 1, count), keslStatusOk);
+        EXPECT_EQ(watch.asked, past ? 1 : 2);
+        for (int k = 0; k < count; ++k) ASSERT_EQ(result[size_t(k)], 1 + float(k)) << k;
+    }
 });
 
 int questions(const Level& level, const char* function, std::initializer_list<std::pair<const char*, int>> arguments)

@@ -1,0 +1,74 @@
+// Powers of two: they bring objects of any magnitude to where nothing over- or underflows, and change no digit.
+#pragma once
+#include "stacks/tile.h"
+
+namespace kesl::stacks {
+
+template <class V> constexpr int exponentBits = sizeof(ElementOf<V>) == 4 ? 23 : 52; // where the exponent begins
+template <class V> constexpr int bias = sizeof(ElementOf<V>) == 4 ? 127 : 1023;
+
+// 2^e for a normal power of two.
+template <class V> V powerOfTwo(IndexOf<V> e) { return V((e + bias<V>) << exponentBits<V>); }
+
+// The largest magnitude, NaN and infinity aside.
+template <class V, class N, class M> V largestOf(const Tile<V, N, M>& x)
+{
+    V largest{};
+#pragma GCC unroll 8
+    for (int i = 0; i < x.n; ++i)
+#pragma GCC unroll 8
+        for (int j = 0; j < x.m; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
+    return largest;
+}
+template <class V, class N> V largestOfLower(const Tile<V, N, N>& x)
+{
+    V largest{};
+#pragma GCC unroll 8
+    for (int i = 0; i < x.n; ++i)
+#pragma GCC unroll 8
+        for (int j = 0; j <= i; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
+    return largest;
+}
+
+// For elimination, whose quotients never exceed 1: elements so small that products would lose digits are brought up, those
+// so large that their sums could overflow (by a factor of two in each of n - 1 steps) down; all others stay. The power is
+// even, so that it has a root.
+template <class V> V eliminationScale(V largest, int n)
+{
+    using T = ElementOf<V>;
+    constexpr int up = sizeof(T) == 4 ? 80 : 600;
+    const V small = splat<V>(sizeof(T) == 4 ? T(0x1p-60) : T(0x1p-500));
+    const V big = powerOfTwo<V>(index<V>(bias<V> - n));
+    const V down = powerOfTwo<V>(index<V>(-(n + 1) / 2 * 2));
+    return largest < small ? powerOfTwo<V>(index<V>(up)) : largest >= big ? down : splat<V>(1);
+}
+
+template <class V, class N, class M> void scaleBy(V power, Tile<V, N, M>& x)
+{
+#pragma GCC unroll 8
+    for (int i = 0; i < x.n; ++i)
+#pragma GCC unroll 8
+        for (int j = 0; j < x.m; ++j) x(i, j) *= power;
+}
+
+// x * 2^e for any e, rounded once: x from 1 to 2, e not beyond twice the range of exponents.
+template <class V> V timesPowerOfTwo(V x, IndexOf<V> e)
+{
+    const IndexOf<V> low = index<V>(1 - bias<V>), high = index<V>(bias<V>);
+    const IndexOf<V> first = e < low ? low : e > high ? high : e;
+    const IndexOf<V> rest = e - first, second = rest < low ? low : rest > high ? high : rest;
+    return x * powerOfTwo<V>(first) * powerOfTwo<V>(second);
+}
+
+// x = (its value, from 1 to 2 with the sign) * 2^e, whatever x is but 0, NaN and infinity.
+template <class V> V splitExponent(V x, IndexOf<V>& e)
+{
+    using T = ElementOf<V>;
+    const IndexOf<V> tiny = abs(x) < splat<V>(std::numeric_limits<T>::min());
+    x = tiny ? x * splat<V>(T(0x1p64)) : x;
+    const IndexOf<V> bits = IndexOf<V>(x), exponent = (IndexOf<V>(abs(x)) >> exponentBits<V>) - bias<V>;
+    e = exponent - (tiny & 64);
+    return V(bits - (exponent << exponentBits<V>));
+}
+
+} // namespace kesl::stacks

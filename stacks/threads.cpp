@@ -1,0 +1,31 @@
+#include "stacks/threads.h"
+
+#include "keslcorex.h"
+
+#include <algorithm>
+#include <atomic>
+#include <tbb/parallel_for.h>
+#include <tbb/task_arena.h>
+
+namespace kesl::stacks {
+
+// Every thread takes the next chunk as long as there is one, so that a worker that gets no processor takes none.
+std::ptrdiff_t sumOfChunks(std::ptrdiff_t chunks, std::ptrdiff_t (*chunk)(const void*, std::ptrdiff_t), const void* context)
+{
+    std::atomic<std::ptrdiff_t> next{0}, sum{0};
+    const auto work = [&] {
+        std::ptrdiff_t own = 0;
+        for (std::ptrdiff_t i; (i = next.fetch_add(1, std::memory_order_relaxed)) < chunks;) own += chunk(context, i);
+        sum.fetch_add(own, std::memory_order_relaxed);
+    };
+    const int threads = int(std::min<std::ptrdiff_t>(ownGetNumThreads(), chunks));
+    if (threads > 1)
+        try {
+            tbb::task_arena(threads).execute([&] { tbb::parallel_for(0, threads, [&](int) { work(); }); });
+        } catch (...) { // no memory or no threads: this one does what is left
+        }
+    work();
+    return sum;
+}
+
+} // namespace kesl::stacks

@@ -1,0 +1,100 @@
+// Tiles: n by m packs on the stack, one object in each lane. The sizes are Fixed<n> or come with the call; the same text
+// serves both: `for (int i = 0; i < n; ++i)` is written out by the compiler where n is fixed.
+#pragma once
+#include "frame/lanes.h"
+
+#include <limits>
+
+namespace kesl::stacks {
+
+template <int n> using Fixed = std::integral_constant<int, n>;
+constexpr int largestSize = 32; // the largest size that comes with the call
+
+template <class N> struct Rows {
+    int n;
+    N rows() const { return n; }
+};
+template <class M> struct Columns {
+    int m;
+    M columns() const { return m; }
+};
+template <int size> struct Rows<Fixed<size>> {
+    static constexpr int n = size;
+    explicit Rows(Fixed<size>) {}
+    Fixed<size> rows() const { return {}; }
+};
+template <int size> struct Columns<Fixed<size>> {
+    static constexpr int m = size;
+    explicit Columns(Fixed<size>) {}
+    Fixed<size> columns() const { return {}; }
+};
+
+template <class N> constexpr int most = largestSize;
+template <int n> constexpr int most<Fixed<n>> = n;
+template <class N> constexpr bool isFixed = !std::is_same_v<N, int>;
+
+template <class V, class N, class M> struct Tile : Rows<N>, Columns<M> {
+    V e[most<N> * most<M>];
+
+    Tile(N height, M width) : Rows<N>{height}, Columns<M>{width} {}
+    V& operator()(int i, int j) { return e[i * this->m + j]; }
+    const V& operator()(int i, int j) const { return e[i * this->m + j]; }
+};
+
+// One int for each lane, as wide as the lane: a mask, an index, an info.
+template <class V> using IndexOf = MaskOf<V>;
+template <class V> IndexOf<V> index(int i) { return IndexOf<V>{} + i; }
+
+template <class V> V notANumber() { return splat<V>(std::numeric_limits<ElementOf<V>>::quiet_NaN()); }
+
+// Lanes where an element of the tile is NaN or infinite.
+template <class V, class N, class M> IndexOf<V> notFinite(const Tile<V, N, M>& x)
+{
+    V zeros{};
+#pragma GCC unroll 8
+    for (int i = 0; i < x.n; ++i)
+#pragma GCC unroll 8
+        for (int j = 0; j < x.m; ++j) zeros += x(i, j) - x(i, j);
+    return zeros != 0;
+}
+
+// The same for what is read of a symmetric matrix or a factor: its lower triangle.
+template <class V, class N> IndexOf<V> lowerNotFinite(const Tile<V, N, N>& x)
+{
+    V zeros{};
+#pragma GCC unroll 8
+    for (int i = 0; i < x.n; ++i)
+#pragma GCC unroll 8
+        for (int j = 0; j <= i; ++j) zeros += x(i, j) - x(i, j);
+    return zeros != 0;
+}
+
+// Puts the identity into the lanes of a mask, so that an iteration ends there; and NaN, as the results of a failure.
+template <class V, class N, class M> void makeHarmless(IndexOf<V> where, Tile<V, N, M>& x)
+{
+    for (int i = 0; i < x.n; ++i)
+        for (int j = 0; j < x.m; ++j) x(i, j) = where ? splat<V>(i == j) : x(i, j);
+}
+template <class V, class N, class M> void spoil(IndexOf<V> where, Tile<V, N, M>& x)
+{
+    for (int i = 0; i < x.n; ++i)
+        for (int j = 0; j < x.m; ++j) x(i, j) = where ? notANumber<V>() : x(i, j);
+}
+
+// f(Fixed<n>) for orders that have code of their own, and f(int) for any other.
+[[gnu::always_inline]] inline auto withOrder(std::ptrdiff_t n, auto f)
+{
+    switch (n) {
+    case 1: return f(Fixed<1>{});
+    case 2: return f(Fixed<2>{});
+    case 3: return f(Fixed<3>{});
+    case 4: return f(Fixed<4>{});
+    case 5: return f(Fixed<5>{});
+    case 6: return f(Fixed<6>{});
+    case 7: return f(Fixed<7>{});
+    case 8: return f(Fixed<8>{});
+    default: return f(int(n));
+    }
+}
+
+} // namespace kesl::stacks

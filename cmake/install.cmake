@@ -6,8 +6,8 @@ set_target_properties(keslmx keslcorex64 PROPERTIES INSTALL_RPATH $ORIGIN)
 install(TARGETS keslmx keslcorex64 EXPORT keslmx LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 foreach(level IN LISTS KESLMX_LEVELS)
     set_target_properties(keslmx_${level} PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/../..")
-    install(TARGETS keslmx_${level} LIBRARY NAMELINK_SKIP
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-${level})
+    install(TARGETS keslmx_${level} # with its link, for dlopen("libkeslmx.so")
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-${level})
 endforeach()
 install(FILES include/keslmx.h include/keslcorex.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 

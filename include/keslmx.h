@@ -1,13 +1,47 @@
 /* keslmx: operations on many small matrices and vectors in one call.
  *
- * OBJECTS. A function works on one object or on an array of `count` objects of one size: matrices of `height` rows and
- * `width` columns, vectors of `len` elements, constants. Its name tells them, as in keslAdd_mam_32f_L:
+ * OBJECTS. A function works on one object or on an array of `count` objects of one size: matrices of `height` rows and `width`
+ * columns, vectors of `len` elements, constants. Its name tells them, as in keslAdd_mam_32f_L:
  *
  *     Add    the operation
  *     mam    the sources in order: m matrix, t matrix that is read transposed, v vector, c constant; an `a` behind a letter
  *            makes it an array. The destination is an array as soon as a source is; it is never transposed.
  *     32f    the element type of all operands: 32f is float, 64f is double
  *     _L     the layout; no ending for the standard layout
+ *
+ * FAMILIES. Each has a comment of its own below, in this order. The number is the smallest count from which some function of
+ * the family uses threads, for matrices of order 3 and vectors of length 3.
+ *
+ *     keslAdd, keslSub            sums and differences of matrices                                 342
+ *     keslAdd, keslSub            the same of vectors and constants                               2223
+ *     keslMul                     matrices and vectors by constants                                834
+ *     keslSaxpy                   src1 * val + src2 of vectors                                    4445
+ *     keslLComb                   src1 * val1 + src2 * val2 of vectors                            2223
+ *     keslCopy                    from one layout to another                                     never
+ *     keslExtract                 into packed memory                                             never
+ *     keslLoadIdentity            the unit matrix                                                never
+ *     keslTranspose               out of place                                                   never
+ *     keslMul                     matrices by matrices                                             342
+ *     keslMul                     matrices by vectors                                              615
+ *     keslGaxpy                   a matrix by a vector, plus a vector                              556
+ *     keslDotProduct              of two vectors                                                  3334
+ *     keslCrossProduct            of two vectors of three elements                                6667
+ *     keslL2Norm                  the Euclidean length of a vector                                6667
+ *     keslFrobNorm                the Frobenius norm of a matrix                                  2223
+ *     keslTrace                   the sum of the diagonal                                         6667
+ *     keslLUDecomp                LU factors with partial pivoting                                2223
+ *     keslLUBackSubst             solves A x = b with them                                         114
+ *     keslCholeskyDecomp          the Cholesky factor                                               81
+ *     keslCholeskyBackSubst       solves A x = b with it                                           114
+ *     keslQRDecomp                Householder's QR factors                                         101
+ *     keslQRBackSubst             least squares with them                                          121
+ *     keslDet                     the determinant                                                 6667
+ *     keslInvert                  the inverse                                                     3334
+ *     keslEigenValuesSym          eigenvalues of symmetric matrices                               1667
+ *     keslEigenValuesVectorsSym   and eigenvectors                                                  81
+ *     keslEigenValues             eigenvalues of general matrices; keslEigenValuesGetBufSize       834
+ *     keslEigenValuesVectors      and eigenvectors, also ...Right, ...Left, ...GetBufSize          234
+ *     keslAffineTransform3DH      points through a matrix in homogeneous coordinates               331
  *
  * LAYOUTS. Where element (i, j) of object k lies (i the row, j the column; a vector has no i and no stride1):
  *
@@ -16,19 +50,66 @@
  *     P         src[i*width + j] + roiShift + k*stride0              a list with one pointer for each element of object 0
  *
  * STRIDES AND SHIFTS ARE IN BYTES, all sizes and counts in objects or elements. Every stride must be at least 1 and every
- * roiShift at least 0, and all must be multiples of the element size; nothing else is asked of them, so rows may have gaps,
- * objects may be interleaved and lists may name an element twice. A single object in an L function keeps the arguments of
- * the standard layout. An operand t is stored with `width` rows of `height` elements when the sizes of a function are those
- * of its result: element (i, j) is read at src + j*stride1 + i*stride2, in P at src[j*height + i].
+ * roiShift at least 0, and all must be multiples of the element size; nothing else is asked of them, so rows may have gaps and
+ * objects may be interleaved. A single object in an L function keeps the arguments of the standard layout. An operand t is
+ * stored with `width` rows of `height` elements when the sizes of a function are those of its result: element (i, j) is read
+ * at src + j*stride1 + i*stride2, in P at src[j*height + i]. Strides are of type int, so neighbours lie at most 2 GiB apart;
+ * an array may be of any length. An element must lie at a multiple of its size; no pointer needs more alignment than that.
+ *
+ * A list of sources may name an object or an element more than once. A destination must not: each of its elements has an
+ * address of its own, or the result depends on the processor.
+ *
+ * EXAMPLES. The inverses of `count` matrices of order 3, allocated one by one (L), then the eigenvalues of `count` symmetric
+ * tensors of six numbers (P; the list names the upper and the lower triangle by the same addresses):
+ *
+ *     KeslStatus invertAll(const float *const *a, float *const *inverse, int count)
+ *     {
+ *         float buffer[3 * 3 + 3];
+ *         return keslInvert_ma_32f_L(a, 0, 12, 4, buffer, inverse, 0, 12, 4, 3, count);
+ *     }
+ *
+ *     KeslStatus principalValues(const float (*t)[6], float (*values)[3], int count)       // xx xy xz yy yz zz
+ *     {
+ *         const float *xx = &t[0][0], *xy = xx + 1, *xz = xx + 2, *yy = xx + 3, *yz = xx + 4, *zz = xx + 5;
+ *         const float *const list[9] = {xx, xy, xz, xy, yy, yz, xz, yz, zz};
+ *         float buffer[3 * 3];
+ *         return keslEigenValuesSym_ma_32f_P(list, 0, sizeof *t, buffer, &values[0][0], 3, count);
+ *     }
+ *
+ * In Voigt's order xx yy zz yz xz xy that list is {t, t + 5, t + 4, t + 5, t + 1, t + 3, t + 4, t + 3, t + 2}.
+ *
+ * MATRICES STORED BY COLUMNS. Exchange stride1 and stride2, for each operand by itself: then every function does what it says,
+ * though slower where a stride2 is not the element size. Often it is faster to give them as if they were stored by rows, so
+ * that the library sees the transpose A' of each A. Up to rounding:
+ *     keslDet, keslTrace, keslFrobNorm, keslEigenValues    give the same (eigenvalues perhaps in another order),
+ *     keslInvert         gives the inverse, in a destination that is stored by columns, too,
+ *     keslAdd, keslSub, keslMul by constants, keslCopy     the same, if all operands are stored by columns; exchange the sizes,
+ *     keslMul            B A in place of A B: exchange the two sources. A matrix by a vector: the members with t,
+ *     keslEigenValuesSym, keslEigenValuesVectorsSym    the same values: a symmetric matrix is its own transpose. Row c of
+ *                        dstVectors, read by columns, is then the vector of value c,
+ *     keslEigenValuesVectors    works on the transpose of src, and so on the A that is stored by columns: VectorsRight gives
+ *                        its right eigenvectors, as columns if the strides of the destination are exchanged, else as rows,
+ *     keslCholeskyDecomp, keslCholeskyBackSubst    the same, if both triangles of src are stored. The factor lies in the lower
+ *                        triangle by rows, which is the upper one by columns, and both functions have it there,
+ *     keslLUDecomp, keslQRDecomp    factors of A', which are not those of A: exchange the strides instead.
  *
  * SPEED. The functions are made for matrices of order 3 to 6 and vectors of length 3 to 6. Rows without gaps between their
- * elements (every stride2 the element size) are fast, objects without any gap the fastest; so are arrays that are
- * interleaved as a structure of arrays (stride0 the element size). Large calls are spread over OpenMP threads; the result
- * does not depend on how many.
+ * elements (every stride2 the element size) are fast, objects without any gap the fastest; so are arrays that are interleaved
+ * as a structure of arrays (stride0 the element size). Orders 1, 2 and 7 upward are worked on object by object, in plain
+ * loops: additions cost of the order of n squared, products, factors, determinants and eigenvalues n cubed, keslInvert n to
+ * the fifth power. A call takes at most 32 KiB of stack.
  *
- * BITS. Each operation is rounded to the element type before the next; nothing is fused, and subnormal numbers are kept.
- * Every layout, stride, count, number of threads and processor gives the same bits, unless a family says otherwise; but the
- * sign and the payload of a NaN are not promised where there is arithmetic.
+ * BITS. Each operation is rounded to the element type before the next; nothing is fused, and subnormal numbers are kept. A
+ * result has the same bits on every processor, for every count and place in the array, every alignment and every number of
+ * threads. Layouts and strides do not matter either, nor whether an object is in an array, but for what these families tell:
+ * keslMul of matrices and of matrices and vectors, keslDotProduct, keslL2Norm, keslFrobNorm, keslDet (the sign of a zero),
+ * keslCholeskyDecomp, keslEigenValuesSym, keslEigenValuesVectorsSym, keslEigenValuesVectors. The sign and the payload of a NaN
+ * are not promised where there is arithmetic. All this is for rounding to nearest; the functions work under the rounding
+ * direction, flush-to-zero and denormals-are-zero that the calling thread has set, and with another direction the sign of a
+ * zero may differ between processors.
+ *
+ * EXCEPTIONS. Infinities and NaN run through the arithmetic. No call traps, and no call leaves a floating-point exception flag
+ * that was not set before it, whatever the data.
  *
  * STATUS. Every function returns a KeslStatus. Arguments are tested class by class, in an order that each family states by
  * these letters, and the first test that fails gives the status; then no operand has been read or written.
@@ -41,10 +122,34 @@
  *     R  a roiShift below 0, or not a multiple of the element size                 keslStatusBadRoiShift
  *
  * The order is N S B (P: N S R) without an array operand and N C S B (L, P: N C S B R) with one, unless a family says
- * otherwise. Operands may overlap only where a family says so; that is not tested.
+ * otherwise. A good status says that the arguments were good and no object failed as its family defines it; it does not say
+ * that results are finite. All `count` objects of the sources must be readable, also those behind one that fails: several are
+ * read at a time.
  *
- * THREADS. Any number of threads may call any function at once if their destinations do not overlap. Nothing is kept
- * between calls.
+ * OVERLAP of the operands is not tested. Where a family allows it, a destination on a source of the same layout, with the same
+ * strides, shift and sizes, and lists that name the same addresses in the same order, gives the same result as apart from it.
+ * All other overlap of a destination with a source gives results that mean nothing. Sources may overlap each other.
+ *
+ * THREADS. Any number of threads may call any function at once if their destinations do not overlap. Nothing is kept between
+ * calls.
+ *     Calls on large arrays are spread over a team of OpenMP threads, each of which takes a contiguous slice: the sizes of the
+ * slices differ by one object at most, and the first count % threads of them are the longer ones. A measure of the elements to
+ * be read and written, from sizes and count, decides, by a threshold for each family, type and layout; the table above tells
+ * the order of magnitude. The number of threads is that of OMP_NUM_THREADS or omp_set_num_threads, within what affinity and
+ * control group allow, and keslcorex.h sets another. Calls with fewer objects than threads, calls from inside a parallel
+ * region, and all calls while the number is 1 run on the calling thread.
+ *     Where no object fails the results do not depend on the number of threads. Where objects fail, each slice ends at its own
+ * first failure, as its family says, and the others are worked on to their ends or failures: so the number of threads decides
+ * which objects are done. If the statuses of the slices differ the call returns one of them, not always the same. To know
+ * which objects are done, set one thread.
+ *     A team has scratch of its own and leaves `buffer` alone. It comes from the OpenMP runtime's allocator for the time of
+ * the call, in elements for each thread: n*n + n in keslDet and keslInvert, n*n in keslEigenValuesSym and
+ * keslEigenValuesVectorsSym, (3 n + 5) * n in the other eigenproblems, height in keslQRDecomp and keslQRBackSubst. Where it
+ * cannot be had the call runs on one thread, with `buffer`. So does a call in P whose last object lies 2 GiB or more behind
+ * the entries of a list, which is where roiShift + (count - 1) * stride0 is no int.
+ *     The threads of a team that has done its work wait for the next, and by default do so without sleeping. On a machine that
+ * shares its processors with other programs this can cost milliseconds a call: set OMP_WAIT_POLICY=passive or GOMP_SPINCOUNT=0
+ * there, or one thread.
  */
 #ifndef KESLMX_H
 #define KESLMX_H
@@ -61,9 +166,9 @@ enum {                                    /* 0, or what went wrong: */
     keslStatusNullPointer         =   -8,  /* a pointer is null */
     keslStatusDivideByZero        =  -10,  /* a divisor too small to use */
     keslStatusNotPositiveDefinite = -179,  /* the matrix has no Cholesky factor */
-    keslStatusBadStride           = -182,  /* a stride below 1 or of broken elements */
+    keslStatusBadStride           = -182,  /* a stride below 1, or not a multiple of the element size */
     keslStatusSingular            = -195,  /* a matrix is singular to working precision */
-    keslStatusBadRoiShift         = -202,  /* a roiShift below 0 or of broken elements */
+    keslStatusBadRoiShift         = -202,  /* a roiShift below 0, or not a multiple of the element size */
     keslStatusBadCount            = -203,  /* count below 1 */
     keslStatusSizeMismatch        = -204,  /* the sizes of two operands do not fit */
     keslStatusNoConvergence       = -205   /* an iteration reached its limit */
@@ -90,8 +195,8 @@ const KeslVersionRecord *keslGetLibVersion(void);
  * Shapes     mm, tm, tt (single);  mam, mat, tam, tat (an array and a single matrix, which is added to each object);
  *            mama, tama, tata (two arrays, object by object). Addition commutes: a sum in another order is one of these.
  * Sizes      width, height: those of the result; an operand t is stored with width rows of height elements.
- * Overlap    dst may be the same storage as an operand that is not transposed, with the same strides, in the shapes without
- *            an array and as the array operand of mam.
+ * Overlap    dst may be the same storage, with the same strides, as an operand that is not transposed and, where there is an
+ *            array, is one: in mm either source, in tm src2; in mam and mat src1; in mama either source, in tama src2.
  * Status     mam: N C B S (L, P: N C S B R), strides before sizes; all others in the usual order.
  *            Overflow and NaN are not reported. keslStatusOk once the arguments are good.
  */
@@ -244,8 +349,9 @@ KeslStatus keslAdd_tata_64f_P(const double *const *src1, int src1RoiShift, int s
  * Shapes     mm, mt, tm, tt (single);  mam, mat, tam, tat (a single matrix is subtracted from each object);
  *            mma, mta, tma, tta (each object is subtracted from a single matrix);  mama, mata, tama, tata (two arrays).
  * Sizes      width, height: those of the result; an operand t is stored with width rows of height elements.
- * Overlap    dst may be the same storage as an operand that is not transposed, with the same strides, in the shapes without
- *            an array and as the array operand of mam and mma.
+ * Overlap    dst may be the same storage, with the same strides, as an operand that is not transposed and, where there is an
+ *            array, is one: in mm either source, in tm src2, in mt src1; in mam and mat src1, in mma and tma src2; in mama
+ *            either source, in tama src2, in mata src1.
  * Status     mam, mma: N C B S (L, P: N C S B R), strides before sizes; all others in the usual order.
  *            Overflow and NaN are not reported. keslStatusOk once the arguments are good.
  */
@@ -492,7 +598,7 @@ KeslStatus keslSub_tata_64f_P(const double *const *src1, int src1RoiShift, int s
  * Sizes      len: the length of every vector.
  * val        By value it is the last argument. An array of constants has a base pointer and valStride0 in the standard layout
  *            and in P, and a list of pointers with valRoiShift in L.
- * Overlap    None.
+ * Overlap    None: unlike matrices, vectors are not added in place.
  * Status     vav: N S B C (L: N S B R C, P: N S B C R), the count behind the strides; all others in the usual order.
  *            Not tested: the roiShifts of keslAdd_vca_64f_P; srcStride0 of keslAdd_vaca_32f_P.
  *            Overflow and NaN are not reported. keslStatusOk once the arguments are good.
@@ -584,7 +690,7 @@ KeslStatus keslAdd_vca_64f_P(const double *const *src, int srcRoiShift, const do
  * Sizes      len: the length of every vector.
  * val        By value it is the last argument. An array of constants has a base pointer and valStride0 in the standard layout
  *            and in P, and a list of pointers with valRoiShift in L.
- * Overlap    None.
+ * Overlap    None: unlike matrices, vectors are not subtracted in place.
  * Status     vav: N S B C (L: N S B R C, P: N S B C R), the count behind the strides; all others in the usual order.
  *            Not tested: the roiShifts of keslSub_cav_32f_P.
  *            Overflow and NaN are not reported. keslStatusOk once the arguments are good.
@@ -822,7 +928,7 @@ KeslStatus keslMul_vca_64f_P(const double *const *src, int srcRoiShift, const do
  * Shapes     vv (single);  vav (src2 is a single vector);  vva (src1 is);  vava (two arrays, object by object).
  * Sizes      len: the length of every vector.
  * val        By value, the last argument. Any value is good, 0 too (which makes NaN of infinity).
- * Overlap    vv: dst may be the same storage as src2, with the same stride.
+ * Overlap    vv: dst may be the same storage as src2, with the same stride. None in the shapes with an array.
  * Status     In the usual order. Overflow and NaN are not reported. keslStatusOk once the arguments are good.
  */
 KeslStatus keslSaxpy_vv_32f(const float *src1, int src1Stride2, const float *src2, int src2Stride2, float *dst,
@@ -1544,7 +1650,8 @@ KeslStatus keslMul_tava_64f_P(const double *const *src1, int src1RoiShift, int s
  * Order      Each product is rounded before it is added, src3 is added last. Products are added in ascending order from +0,
  *            but where the matrix is square of order 3 to 6 a sum begins with its first product, and in orders 4 to 6 that is
  *            the product of the last column, the others following in ascending order. This is deliberate and unlike keslMul.
- * Overlap    None.
+ * Overlap    mv with a square matrix of order 3 to 6: dst may overlap the sources in any way, as all is read before anything is
+ *            written. None otherwise.
  * Status     N S M B (P: N S M R) without an array, N C S M B (L, P: N C S M B R) with one. Overflow and NaN are not reported.
  */
 KeslStatus keslGaxpy_mv_32f(const float *src1, int src1Stride1, int src1Stride2, int src1Width, int src1Height,
@@ -2090,7 +2197,9 @@ KeslStatus keslQRBackSubst_mva_64f_P(const double *const *src1, int src1RoiShift
  *            any test. The other orders by Gaussian elimination with partial pivoting (Golub and Van Loan, Matrix
  *            Computations, 3.4).
  * dst        One element for each matrix, in every layout a plain pointer without strides and shifts.
- * buffer     n*n + n elements of scratch, without strides in any layout; needed at every order, used at orders 1, 2 and 7 upward.
+ * buffer     n*n + n elements of scratch, without strides in any layout; needed at every order, used at orders 1, 2 and 7
+ *            upward by calls that run on one thread.
+ * Overflow   Products of n elements must fit: diag(1e13, 1e13, 1e13) in 32f has the determinant 1e39 and gives infinity.
  * Singular   is no failure: the determinant is 0. At orders 1, 2 and 7 upward a pivot is zero if it is below 2 n^3 times the
  *            smallest normal number (2^-126, 2^-1022), and the last one also if it equals that or is a NaN. The integer 2 n^3
  *            is taken in 32 bits. In arrays the zero may have either sign, and a NaN stands for it where the pivots before it
@@ -2127,7 +2236,11 @@ KeslStatus keslDet_ma_64f_P(const double *const *src, int srcRoiShift, int srcSt
  *            the order of n to the fifth power. For large n an LU decomposition serves better.
  * Accuracy   An expansion loses what the terms of the determinant cancel, more than elimination does: where a matrix of order 3
  *            to 6 has several small singular values, keslLUDecomp and keslLUBackSubst solve much more exactly.
- * buffer     n*n + n elements of scratch, without strides in any layout; needed at every order, used at orders 2 and 7 upward.
+ * buffer     n*n + n elements of scratch, without strides in any layout; needed at every order, used at orders 2 and 7 upward
+ *            by calls that run on one thread.
+ * Overflow   is not reported. Where the determinant overflows its reciprocal is 0, and the inverse 0, or NaN where a cofactor
+ *            overflows, too: diag(1e13, 1e13, 1e13) in 32f, of determinant 1e39, gives zeros with keslStatusOk. Elements near 1
+ *            in magnitude, by a power of two, avoid this and the bound below; the inverse takes the same power.
  * Singular   A determinant or pivot counts as zero below 2 n^3 times the smallest normal number (2^-126, 2^-1022). At orders 3
  *            to 6 the determinant is singular if it is below, at order 1 the element if it is not above, and a NaN then; at the
  *            other orders a pivot below or a determinant not above. In the other orders a minor that is itself singular counts
@@ -2165,7 +2278,8 @@ KeslStatus keslInvert_ma_64f_P(const double *const *src, int srcRoiShift, int sr
  * src        All n*n elements are read, and symmetry is not tested: give both triangles. (Order 2 does not use element (1,0);
  *            what the method makes of a matrix that is not symmetric from order 3 on has no meaning.) In P both triangles may
  *            be the same storage: six numbers of a symmetric tensor, named by nine pointers.
- * buffer     n*n elements of scratch, without strides in any layout; needed at every order, used at orders 7 upward.
+ * buffer     n*n elements of scratch, without strides in any layout; needed at every order, used at orders 7 upward by calls
+ *            that run on one thread.
  * Order      Descending, signs included, from order 3 on. Order 2: the value of greater magnitude first, so with a trace
  *            below -eps the more negative one; with a trace of at most eps in magnitude root/2, -root/2.
  * Method     Order 1: the element. Order 2: the roots of the quadratic, the second as determinant over the first. From order 3

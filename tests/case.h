@@ -4,6 +4,8 @@
 #include "memory.h"
 #include "reference.h"
 
+#include <cstdio>
+
 enum class Elements { any, contiguous, general }; // every stride2 the element size, or not
 
 struct Wish {
@@ -47,12 +49,12 @@ public:
     bool usesBuffer() const { return bufferUsed; }           // as the reference has it
     std::string compare(bool bufferIsFree);                  // empty if memory is as expected
     std::vector<char> results() const;                       // all bytes that count, every NaN alike
-    std::string compareWithSingle(const Level&);             // each object against the call for one, contiguous
     std::string source(const std::string& problem) const;    // as C, of a case that has not run yet
     std::string name() const;
 
 private:
     void sizes(const Wish&);
+    void placeAll(const Wish&);
     void place(int operand, const Wish&, int form);
     void arguments();
     void fill(const Wish&);
@@ -61,12 +63,18 @@ private:
     template <class E> View<E> view(int operand, int k, bool shadow) const;
     template <class T> bool expectAs(int status, const std::vector<int>& slices);
     template <class T> std::string compareAs(bool bufferIsFree);
-    template <class T> std::string compareWithSingleAs(const Level&);
 
     Random random;
-    std::vector<double> tolerance;
     bool bufferUsed = false, copied = false;
 };
 
 // The sizes of the slices that a team works on.
 std::vector<int> slicesOf(int count, int threads);
+
+// As printf.
+template <class... Args> std::string format(const char* text, Args... args)
+{
+    char buffer[1000];
+    snprintf(buffer, sizeof buffer, text, args...);
+    return buffer;
+}

@@ -18,7 +18,7 @@ std::vector<Value> validArguments(const Function& f, Random& random)
 {
     Dims dims;
     for (char c : f.letters()) dims[c] = random.between(1, 9);
-    if (f.operation.substr(0, 2) == "QR") dims['h'] = dims['w'] + random.below(3);
+    if (f.tallOnly()) dims['h'] = dims['w'] + random.below(3);
     std::vector<Value> values(f.arguments.size());
     for (size_t i = 0; i < values.size(); ++i) {
         const Argument& a = f.arguments[i];

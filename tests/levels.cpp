@@ -9,9 +9,12 @@ void testLevels(const Function& f, const Level& level)
         if (!chosen(number)) continue;
         Case c(f, *reference, number);
         const int plain = c.run(levels().front());
+        std::string problem = c.fault;
         const std::vector<char> results = c.results();
         const int status = c.run(level);
-        if (status != plain || c.results() != results)
-            FAIL() << Case(f, *reference, number).source("differs from level " + levels().front().name);
+        if (problem.empty()) problem = c.fault;
+        if (problem.empty() && (status != plain || c.results() != results))
+            problem = "differs from level " + levels().front().name;
+        if (!problem.empty()) FAIL() << Case(f, *reference, number).source(problem);
     }
 }

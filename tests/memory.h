@@ -21,7 +21,7 @@ constexpr int lists = 16; // flat arenas from here on hold the lists of pointers
 
 char* forbidden(); // the middle of 64 GB that nobody may touch
 
-// Runs what it is given; false if that touched inaccessible memory, whose address is then faultAddress().
+// Runs what it is given; false if that touched inaccessible memory, whose address is then faultAddress.
 extern thread_local sigjmp_buf* trap;
 extern thread_local void* faultAddress;
 void installTrap();

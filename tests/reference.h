@@ -9,7 +9,6 @@
 //         template <class T> void inputs(const Object<T>&, Random&) const       sources as this family needs them
 //         template <class T> void edges(const Object<T>&, Random&) const        sources where something turns
 //         template <class T> void fail(const Object<T>&, Random&) const         sources that make the object fail
-//         static constexpr bool tolerant = true;                                fills o.tolerance, too
 //         static int cost(const Dims&)                                          of an object, where it is dear
 //         static bool zerosAlike(const Dims&)                                   a zero may have either sign
 //         static constexpr bool scratchAtWill = true;                           bodies without scratch are allowed
@@ -55,7 +54,6 @@ template <class T> struct Object {
     bool contiguous;                            // every stride2 is the element size
     std::vector<View<T>> sources, destinations; // constants are sources; both in the order of Function::operands
     std::vector<View<int>> tables;
-    View<double> tolerance; // of destination 0, at first 0: how far a result may be from the reference
     bool* buffer = nullptr; // to be set where the family uses the scratch of the caller, or may do so
 
     const View<T>& source(int i) const { return sources[size_t(i)]; }
@@ -72,7 +70,6 @@ struct Reference {
     Hooks<float> single;
     Hooks<double> twofold;
     std::function<bool(const Function&, const Dims&, int)> inPlace;
-    bool tolerant = false; // fills Object::tolerance; results must not depend on layout, strides, count and threads
     int (*cost)(const Dims&) = nullptr; // of one object, in element operations, where that is far from its size
     bool (*zerosAlike)(const Dims&) = nullptr;
     bool scratchAtWill = false;
@@ -91,7 +88,6 @@ struct Register {
         Reference r;
         hooks(r.single, family), hooks(r.twofold, family);
         if constexpr (requires { Family::inPlace; }) r.inPlace = Family::inPlace;
-        if constexpr (requires { Family::tolerant; }) r.tolerant = Family::tolerant;
         if constexpr (requires { Family::cost; }) r.cost = Family::cost;
         if constexpr (requires { Family::zerosAlike; }) r.zerosAlike = Family::zerosAlike;
         if constexpr (requires { Family::scratchAtWill; }) r.scratchAtWill = Family::scratchAtWill;

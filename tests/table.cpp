@@ -207,6 +207,16 @@ const Measure measures[] = {
 
 // These compute their measure, and then call the same serial kernel on both outcomes.
 const char* const measuredOnly = "keslSub_vva_64f_P keslCrossProduct_vva_64f_P";
+// A call of order 1 ends before any measure is taken.
+const char* const earlyAtOrder1 = "Invert";
+
+// ---- What else sets operations apart -----------------------------------------------------------------------------------
+// Width is at most height.
+const char* const tall = "QRDecomp QRBackSubst";
+// Threads take the scratch that eigenvectors need, though values need less.
+const char* const scratchOfVectors = "EigenValues";
+// Bits arrive unchanged.
+const char* const moving = "Copy Extract LoadIdentity Transpose";
 // clang-format on
 
 void addOperand(Function& f, const std::string& token, char letter = 0, bool array = false)
@@ -264,7 +274,7 @@ std::string checksOf(const Function& f)
     for (const Checks& c : exceptions)
         if (among(typed, c.functions) || among(untyped, c.functions))
             return f.layout.empty() ? c.standard : f.layout == "L" ? c.L : c.P;
-    const bool match = f.operation == "Gaxpy" || f.at("src2Width") >= 0 || f.at("src2Len") >= 0;
+    const bool match = f.at("src2Width") >= 0 || f.at("src2Len") >= 0;
     return std::string(f.array ? "NCS" : "NS") + (match ? "M" : "") +
            (f.array            ? f.layout.empty() ? "B" : "BR"
             : f.layout.empty() ? "B"
@@ -440,10 +450,10 @@ int Function::expected(const std::vector<Value>& values) const
     const auto badStride = [&](const Argument& a, Value v) { return stride(a) && (uneven(v.i) || v.i < 1); };
     const auto badShift = [&](const Argument& a, Value v) { return a.role == Role::shift && (uneven(v.i) || v.i < 0); };
     const auto mismatch = [&] {
-        if (operation.substr(0, 2) == "QR") return value("width") > value("height");
+        if (tallOnly()) return value("width") > value("height");
         const int inner = shape[0] == 't' ? value("src1Height") : value("src1Width");
         if (at("src2Len") >= 0)
-            return inner != value("src2Len") || (operation == "Gaxpy" && value("src1Height") != value("src3Len"));
+            return inner != value("src2Len") || (at("src3Len") >= 0 && value("src1Height") != value("src3Len"));
         const char second = shape.substr(1, 1) == "a" ? shape[2] : shape[1];
         return inner != (second == 't' ? value("src2Width") : value("src2Height"));
     };
@@ -505,10 +515,14 @@ int Function::threshold(bool contiguousElements) const
 
 std::string Function::scratch() const
 {
-    if (operation == "EigenValues") return "3nn+5n"; // the larger size of the vectors, though it needs less
+    if (among(operation, scratchOfVectors)) return "3nn+5n";
     for (const Operand& o : operands)
         if (o.scratch) return o.extents;
     return "";
 }
 
-bool Function::movesData() const { return among(operation, "Copy Extract LoadIdentity Transpose"); }
+bool Function::tallOnly() const { return among(operation, tall); }
+
+bool Function::beforeMeasure(int order) const { return order == 1 && among(operation, earlyAtOrder1); }
+
+bool Function::movesData() const { return among(operation, moving); }

@@ -89,6 +89,8 @@ struct Function {
     int measure(const std::vector<Value>&) const;     // wraps
     int threshold(bool contiguousElements) const;     // parallel from here on
     std::string scratch() const;                      // of one thread, in elements; empty if none
+    bool tallOnly() const;                            // width is at most height
+    bool beforeMeasure(int order) const;              // a call of this order ends before any measure is taken
     bool movesData() const;                           // bits arrive unchanged, NaN included
 };
 

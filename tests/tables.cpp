@@ -1,6 +1,7 @@
 // The tables of the tests against what is known of the whole, against the header and against the list of exports.
 #include "special.h"
 
+#include <climits>
 #include <fstream>
 #include <regex>
 #include <set>
@@ -109,4 +110,50 @@ TEST(tables, agree_with_the_status_codes)
     EXPECT_EQ(int(SizeMismatch), keslStatusSizeMismatch);
     EXPECT_EQ(int(NoConvergence), keslStatusNoConvergence);
     EXPECT_EQ(sizeof(KeslStatus), 4u);
+}
+
+namespace {
+// The families of the header's table of contents, by the operands where several have one name.
+std::string familyOf(const Function& f)
+{
+    const bool matrices = f.shape.find_first_of("mt") != std::string::npos;
+    if (f.operation == "Add" || f.operation == "Sub") return matrices ? "Add, matrices" : "Add, constants";
+    if (f.operation == "Mul")
+        return f.at("src2Width") >= 0 ? "Mul, matrices" : f.at("src2Len") >= 0 ? "Mul, vectors" : "Mul, constants";
+    return std::regex_replace(f.operation, std::regex("GetBufSize|Right$|Left$"), "");
+}
+
+// The smallest count from which a call on matrices of order 3 and vectors of length 3 asks for threads.
+int threadedFrom(const Function& f, bool contiguous)
+{
+    Dims dims;
+    for (char c : f.letters()) dims[c] = 3;
+    std::vector<Value> values(f.arguments.size());
+    for (size_t i = 0; i < values.size(); ++i)
+        if (f.arguments[i].role == Role::size) values[i].i = f.size(f.arguments[i].name, dims);
+    int& count = values[size_t(f.at("count"))].i;
+    for (count = 1; f.measure(values) < f.threshold(contiguous);) ++count;
+    return count;
+}
+} // namespace
+
+TEST(tables, agree_with_the_table_of_contents)
+{
+    std::map<std::string, int> expected; // 0: never threaded
+    for (const auto& [name, f] : functions()) {
+        int& least = expected[familyOf(f)];
+        for (bool contiguous : {true, false})
+            if (f.threaded()) least = std::min(least ? least : INT_MAX, threadedFrom(f, contiguous));
+    }
+    std::map<std::string, int> listed;
+    std::ifstream file(KESLMX_HEADER);
+    const std::regex line(R"( \*     kesl(\w+).* {2,}.*(\b\w+) +(\d+|never))");
+    std::smatch m;
+    for (std::string text; std::getline(file, text) && text != " */";)
+        if (std::regex_match(text, m, line)) {
+            const std::string name = m[1];
+            const bool several = name == "Add" || name == "Mul";
+            listed[several ? name + ", " + m[2].str() : name] = m[3] == "never" ? 0 : std::stoi(m[3]);
+        }
+    EXPECT_EQ(listed, expected);
 }

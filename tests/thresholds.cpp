@@ -30,8 +30,8 @@ void testThresholds(const Function& f, const Level& level)
     Random random(f.name + "thresholds", 0);
     int reached = 0, below = 0;
     const auto check = [&](const std::vector<Value>& values) {
-        // Order 1 of the inverse is done before any measure is taken.
-        const bool never = !f.threaded() || (f.operation == "Invert" && values[size_t(f.at("widthHeight"))].i == 1);
+        const int order = f.at("widthHeight") < 0 ? 0 : values[size_t(f.at("widthHeight"))].i;
+        const bool never = !f.threaded() || f.beforeMeasure(order);
         const int measure = f.measured() ? f.measure(values) : 0;
         const int threshold = f.measured() ? f.threshold(f.contiguous(values)) : 0;
         const bool parallel = !never && measure >= threshold;
@@ -64,7 +64,7 @@ void testThresholds(const Function& f, const Level& level)
         Dims dims;
         const int largest = n % 4 == 3 ? 1 << 15 : n % 4 == 2 ? 100 : 9;
         for (char c : f.letters()) dims[c] = random.between(1, largest);
-        if (f.operation.substr(0, 2) == "QR") dims['h'] = dims['w'];
+        if (f.tallOnly()) dims['h'] = dims['w'];
         std::vector<Value> values = argumentsOf(f, dims, n % 2 == 0, random);
         if (!f.array) {
             check(values);
@@ -89,7 +89,7 @@ void testThresholds(const Function& f, const Level& level)
             if ((exact >= 3 && less >= 3) || testing::Test::HasFailure()) break;
             Dims dims;
             for (char c : f.letters()) dims[c] = sizes[n % int(std::size(sizes))], n /= int(std::size(sizes));
-            if (f.operation.substr(0, 2) == "QR" && dims['w'] > dims['h']) continue;
+            if (f.tallOnly() && dims['w'] > dims['h']) continue;
             std::vector<Value> values = argumentsOf(f, dims, contiguous, random);
             const int threshold = f.threshold(f.contiguous(values)), first = firstCount(values);
             for (int c = std::max(1, first - 1); c <= first; ++c) {

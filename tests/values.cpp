@@ -28,7 +28,6 @@ void testValues(const Function& f, const Level& level)
         std::string problem = c.fault;
         if (problem.empty() && !c.expect(status, {c.count})) problem = "status " + std::to_string(status);
         if (problem.empty()) problem = c.compare(true);
-        if (problem.empty() && reference->tolerant) problem = c.compareWithSingle(level);
         if (!problem.empty()) FAIL() << Case(f, *reference, number, wish).source(problem);
     }
 }

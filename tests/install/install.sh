@@ -1,7 +1,9 @@
 #!/bin/sh
 # Usage: install.sh tree WORK LEVELS BUILD
 #        install.sh program WORK LEVELS SOURCE LANGUAGE COMPILER FLAGS PACKAGES
-# The first form installs BUILD into WORK/tree, the second builds a program of consumer/ against that tree and runs it.
+#        install.sh dlopen WORK LEVELS COMPILER
+# The first form installs BUILD into WORK/tree, the second builds a program of consumer/ against that tree and runs it, the
+# third one that knows the library by its unversioned name alone.
 set -eu
 unset LD_LIBRARY_PATH
 what=$1 work=$2 levels=$3
@@ -34,10 +36,11 @@ install_tree() { # BUILD
     for level in $levels; do
         file=$lib/glibc-hwcaps/x86-64-$level/libkeslmx.so.6.1
         same "the path in the library of $level" "$(needs "$file")" "\$ORIGIN:\$ORIGIN/../.."
+        same "libkeslmx.so of $level" "$(readlink "$(dirname "$file")/libkeslmx.so")" libkeslmx.so.6.1
     done
     # shellcheck disable=SC2086
     set -- "$1" $levels
-    same "the number of files for levels" "$(find "$lib" -path '*hwcaps*' ! -type d | wc -l)" $(($# - 1))
+    same "the number of files for levels" "$(find "$lib" -path '*hwcaps*' ! -type d | wc -l)" $((2 * ($# - 1)))
     if grep -rF -e "$work" -e "$1" "$lib/pkgconfig" "$lib/cmake"; then fail "these files are tied to a directory"; fi
 }
 
@@ -51,17 +54,22 @@ run() { # PROGRAM LIST FILE
     echo "ok: $(basename "$(dirname "$1")"), $3"
 }
 
-run_at_all_levels() { # PROGRAM
+# COMMAND... LIST FILE, for the plain library and for each level of this processor; leaves the last one's file in `best`.
+at_all_levels() {
     best=$lib/libkeslmx.so.6.1
-    run "$1" none "$best"
+    "$@" none "$best"
     for level in $levels; do # in rising order
         if ! "$loader" --help | grep -q "x86-64-$level (supported, searched)"; then
             echo "skipped: this processor has no x86-64-$level"
             continue
         fi
         best=$lib/glibc-hwcaps/x86-64-$level/libkeslmx.so.6.1
-        run "$1" "x86-64-$level" "$best"
+        "$@" "x86-64-$level" "$best"
     done
+}
+
+run_at_all_levels() { # PROGRAM
+    at_all_levels run "$1"
     same "the library of a plain start" \
         "$(LD_TRACE_LOADED_OBJECTS=1 "$1" | awk '$1 == "libkeslmx.so.6.1" { print $3 }' | xargs realpath)" "$best"
     "$1" || fail "$1 fails"
@@ -86,7 +94,21 @@ build_program() { # SOURCE LANGUAGE COMPILER FLAGS PACKAGES
     run_at_all_levels "$out/find_package/program"
 }
 
+opens() { # PROGRAM LIST FILE
+    same "what dlopen finds for $2" "$(realpath "$("$loader" --glibc-hwcaps-mask "$2" "$1")")" "$3"
+}
+
+open_library() { # COMPILER
+    lib=$(realpath "$(libdir "$tree")")
+    out=$work/dlopen.c
+    mkdir -p "$out"
+    "$1" "$consumer/dlopen.c" -o "$out/program" -ldl -Wl,-rpath,"$lib"
+    at_all_levels opens "$out/program"
+    same "what dlopen finds at a plain start" "$(realpath "$("$out/program")")" "$best"
+}
+
 case $what in
 tree) install_tree "$@" ;;
 program) build_program "$@" ;;
+dlopen) open_library "$@" ;;
 esac

@@ -29,20 +29,6 @@ template <class T> T minor(const Matrix<T>& a, const int* rows, const int* colum
     return sum;
 }
 
-// The same with magnitudes and without signs: a bound of every sum that can arise.
-template <class T> double permanent(const Matrix<T>& a, const int* rows, const int* columns, int n)
-{
-    if (n == 1) return std::fabs(double(a[rows[0]][columns[0]]));
-    double sum = 0;
-    for (int omitted = 0; omitted < n; ++omitted) {
-        int others[9];
-        for (int i = 0, k = 0; i < n; ++i)
-            if (i != omitted) others[k++] = rows[i];
-        sum += std::fabs(double(a[rows[omitted]][columns[0]])) * permanent(a, others, columns + 1, n - 1);
-    }
-    return sum;
-}
-
 const int all[9] = {0, 1, 2, 3, 4, 5, 6, 7, 8};
 
 void without(int omitted, int n, int* rest)
@@ -52,8 +38,6 @@ void without(int omitted, int n, int* rest)
 }
 
 struct Inverse {
-    static constexpr bool tolerant = true;
-
     static int cost(const Dims& d)
     {
         const int n = d['n'];
@@ -86,25 +70,12 @@ struct Inverse {
         const T det = minor(a, all, all, n);
         if (threshold<T>(n) > std::fabs(det)) return Singular;
         const T r = T(1) / det;
-        // Orders 5 and 6 may be grouped in other ways. An expansion of order m passes each of its products through less
-        // than m(m+1)/2 roundings, so two groupings differ by at most twice that many units of the sum of magnitudes.
-        // r brings in the same for the determinant, relative to it, and three roundings more.
-        const double unit = std::numeric_limits<T>::epsilon() / 2;
-        const double detError = 2 * (n * (n + 1) / 2) * unit * permanent(a, all, all, n) / std::fabs(double(det));
         for (int i = 0; i < n; ++i)
             for (int j = 0; j < n; ++j) {
                 int rows[9], columns[9];
                 without(j, n, rows), without(i, n, columns);
                 const T m = minor(a, rows, columns, n - 1);
                 o.destination()(i, j) = ((i + j) % 2 ? 0 - m : m) * r;
-                if (n >= 5) {
-                    const double scale = std::fabs(double(r));
-                    const double error =
-                        (n * n * unit * permanent(a, rows, columns, n - 1) + std::fabs(double(m)) * (detError + 6 * unit)) *
-                        scale * 1.01;
-                    // Nothing is known behind an overflow or a determinant that is all rounding.
-                    o.tolerance(i, j) = std::isfinite(error) && detError < 0.5 ? error : INFINITY;
-                }
             }
         return Ok;
     }
@@ -156,17 +127,6 @@ struct Inverse {
                 o.destination()(j, i) = (cofactor * reciprocal) * T((i + j) % 2 ? -1 : 1);
             }
         return Ok;
-    }
-
-    // Where the grouping is free, whether a product overflows or vanishes on the way is free as well.
-    template <class T> void inputs(const Object<T>& o, Random& random) const
-    {
-        const int n = o.dims['n'];
-        const View<T>& a = o.source(0);
-        for (int i = 0; i < n && (n == 5 || n == 6); ++i)
-            for (int j = 0; j < n; ++j)
-                if (!(std::fabs(a(i, j)) < 32 && (std::fabs(a(i, j)) > T(1) / 1024 || a(i, j) == 0)))
-                    a(i, j) = T(random.unit() - 0.5);
     }
 
     // Determinants at the threshold and next to it, minors that vanish, tied pivots.

@@ -42,11 +42,15 @@ struct MatrixVectorProduct {
 // The same in every kernel: from +0 in ascending order, but in the fixed forms from the first product, which in orders
 // 4 to 6 is that of the last column.
 struct Gaxpy {
+    // One object of the fixed orders is read whole before it is written.
+    static bool inPlace(const Function& f, const Dims& d, int source) { return f.shape == "mv" && fixed(d) && source > 0; }
+
     static int cost(const Dims& d) { return d['M'] * (d['K'] + 1); }
 
     template <class T> Outcome operator()(const Object<T>& o) const
     {
         const int K = o.dims['K'];
+        std::vector<T> result; // all of it before any is written
         for (int i = 0; i < o.dims['M']; ++i) {
             const auto product = [&](int k) { return o.source(0)(i, k) * o.source(1)(k); };
             T sum = 0;
@@ -56,8 +60,9 @@ struct Gaxpy {
                 for (int k = 0; k < K - 1; ++k) sum = sum + product(k);
             } else
                 for (int k = 0; k < K; ++k) sum = sum + product(k);
-            o.destination()(i) = sum + o.source(2)(i);
+            result.push_back(sum + o.source(2)(i));
         }
+        for (int i = 0; i < o.dims['M']; ++i) o.destination()(i) = result[size_t(i)];
         return Ok;
     }
 

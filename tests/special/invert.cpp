@@ -97,7 +97,20 @@ template <class T> void tinyMinors(const Level& level)
 const Special tiny("Invert", "singular minors",
                    [](const Level& level) { tinyMinors<float>(level), tinyMinors<double>(level); });
 
-// Orders 5 and 6 leave the grouping of terms free, so here is what they promise: the inverse, to the conditioning.
+// A determinant that overflows is not reported: zeros, or NaN where a cofactor overflows, too.
+const Special overflow("Invert", "overflow", [](const Level& level) {
+    const auto scaled = [&](float d) { return invert<float>(level, 3, {d, 0, 0, 0, d, 0, 0, 0, d}); };
+    EXPECT_EQ(scaled(1e13f).status, keslStatusOk);
+    EXPECT_EQ(scaled(1e13f).result, std::vector<float>(9, 0));
+    EXPECT_EQ(scaled(1e20f).status, keslStatusOk);
+    EXPECT_TRUE(std::isnan(scaled(1e20f).result[0]));
+    const float a[9] = {1e13f, 0, 0, 0, 1e13f, 0, 0, 0, 1e13f};
+    float buffer[12], det;
+    EXPECT_EQ(get<decltype(keslDet_m_32f)>(level, "keslDet_m_32f")(a, 12, 4, 3, buffer, &det), keslStatusOk);
+    EXPECT_EQ(det, INFINITY);
+});
+
+// Whether it is the inverse, whatever the order of terms: to the conditioning.
 template <class T> void residual(const Level& level)
 {
     Random random("residual", sizeof(T));

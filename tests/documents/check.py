@@ -1,0 +1,66 @@
+#!/usr/bin/env python3
+"""Compiles and runs the code in the pages, and follows their links.
+
+check.py ROOT WORK CC CXX LIBRARY...
+
+Pages are README.md, CONTRIBUTING.md, CHANGELOG.md, docs/*.md and the README of each directory; code is what stands in blocks ```c and
+```cpp, and under EXAMPLES in the first comment of include/keslmx.h. A block with a main is a program and must return 0. Any
+other is compiled as it is, or, behind a comment <!-- in: PARAMETERS -->, as the body of a function with these parameters.
+Links and pictures of a page must lead to files.
+"""
+import os, re, subprocess, sys
+
+root, work, cc, cxx, *libraries = sys.argv[1:]
+os.makedirs(work, exist_ok=True)
+faults = []
+
+
+def compiled(name, language, code):
+    """Compiles one block and runs it if it is a program."""
+    source, program = os.path.join(work, name + "." + language), os.path.join(work, name)
+    with open(source, "w") as file:
+        file.write(code)
+    isProgram = re.search(r"\bmain\(", code)
+    command = [cc, "-std=c99"] if language == "c" else [cxx, "-std=c++17", "-isystem", "/usr/include/eigen3"]
+    command += ["-pedantic", "-Wall", "-Wextra", "-Werror", "-I", os.path.join(root, "include"), source, "-o", program]
+    if isProgram:
+        command += libraries + ["-Wl,-rpath," + os.path.dirname(l) for l in libraries] + ["-lm"]
+    else:
+        command += ["-c", "-Wno-unused"]
+    for step in [command] + ([[program]] if isProgram else []):
+        done = subprocess.run(step, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        if done.returncode:
+            faults.append(f"{name}: {os.path.basename(step[0])} returns {done.returncode}\n{done.stdout}")
+            return
+
+
+def page(path):
+    text = open(os.path.join(root, path)).read()
+    name = path.replace("/", "_").replace(".md", "")
+    blocks = re.findall(r"(?:<!-- in: (.*?) -->\n)?^```(cp?p?)\n(.*?)^```", text, re.M | re.S)
+    for number, (parameters, language, code) in enumerate(blocks, 1):
+        if parameters:
+            code = f"#include <keslmx.h>\nvoid fragment({parameters});\nvoid fragment({parameters})\n{{\n{code}}}\n"
+        compiled(f"{name}_{number}", language, code)
+    prose = re.sub(r"^```.*?^```|^ {4}.*?$|`[^`]*`", "", text, flags=re.M | re.S)
+    for link in re.findall(r"\]\(([^)#]+)[^)]*\)", prose):
+        if not re.match(r"https?:", link) and not os.path.exists(os.path.join(root, os.path.dirname(path), link)):
+            faults.append(f"{path}: no such file: {link}")
+    return len(blocks)
+
+
+def header():
+    comment = open(os.path.join(root, "include/keslmx.h")).read().split("*/")[0]
+    lines = re.search(r"^ \* EXAMPLES\.(.*?)^ \* [A-Z]{2}", comment, re.M | re.S)[1].splitlines()
+    code = "\n".join(line[6:].split("//")[0] for line in lines if line.startswith(" *     "))
+    compiled("header", "c", "#include <keslmx.h>\n" + re.sub(r"^KeslStatus", "static KeslStatus", code, flags=re.M))
+
+
+listed = subprocess.run(["find", ".", "-name", "*.md", "-not", "-path", "./build/*", "-not", "-path", "./.*"], cwd=root, check=True,
+                        stdout=subprocess.PIPE, text=True).stdout.split()
+blocks = sum(page(os.path.normpath(path)) for path in sorted(listed))
+header()
+print(f"{len(listed)} pages, {blocks} blocks")
+if blocks < 4:
+    faults.append("hardly any code was found")
+sys.exit("\n".join(faults) if faults else 0)

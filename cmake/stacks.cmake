@@ -7,7 +7,11 @@ set_source_files_properties(${PROJECT_SOURCE_DIR}/stacks/threads.cpp PROPERTIES 
 function(kesl_library target directory)
     add_library(${target} SHARED ${KESL_SOURCES})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
-    target_compile_options(${target} PRIVATE ${ARGN})
+    target_compile_options(${target} PRIVATE ${ARGN}
+        # loops over tiles of fixed orders are written out, so that their packs live in registers
+        "$<$<CXX_COMPILER_ID:GNU>:SHELL:--param max-completely-peeled-insns=4000>"
+        # g++ 12 calls intrinsics on purpose left undefined uninitialised
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_libraries(${target} PRIVATE keslmx_flags keslcorex64 TBB::tbb)
     target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/stacks.map -Wl,--as-needed
         -Wl,-z,nodelete) # the threads' library keeps threads that return to this code

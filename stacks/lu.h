@@ -11,30 +11,37 @@ template <class V, class N> struct Pivots {
     const IndexOf<V>& operator[](int k) const { return e[k]; }
 };
 
-// 1/d, such that quotient(x, d, reciprocal(d)) is x/d also where 1/d would overflow.
-template <class V> V reciprocal(V d) { return 1 / d; }
-template <class V> V quotient(V x, V d, V reciprocal)
-{
-    return abs(reciprocal) > splat<V>(std::numeric_limits<ElementOf<V>>::max()) ? x / d : x * reciprocal;
-}
+// x / d as x * (1/d), and by a division in lanes where 1/d would overflow.
+template <class V> class Divisor {
+public:
+    explicit Divisor(V d) : inverse(1 / d)
+    {
+        const IndexOf<V> over = abs(inverse) > splat<V>(std::numeric_limits<ElementOf<V>>::max());
+        overflows = any(over);
+        if (!overflows) return;
+        divisor = over ? d : splat<V>(1);
+        inverse = over ? splat<V>(1) : inverse;
+    }
+    V under(V x) const { return (overflows ? x / divisor : x) * inverse; }
+
+private:
+    V inverse, divisor{};
+    bool overflows;
+};
 
 // Exchanges rows k and p of x in each lane.
 template <class V, class N, class M> [[gnu::always_inline]] inline void exchangeRows(Tile<V, N, M>& x, int k, IndexOf<V> p)
 {
     V rowK[most<M>];
-#pragma GCC unroll 8
     for (int j = 0; j < x.m; ++j) rowK[j] = x(k, j);
-#pragma GCC unroll 8
     for (int i = k + 1; i < x.n; ++i) {
         const IndexOf<V> here = p == i;
-#pragma GCC unroll 8
         for (int j = 0; j < x.m; ++j) {
             const V own = x(i, j);
             x(i, j) = here ? x(k, j) : own;
             rowK[j] = here ? own : rowK[j];
         }
     }
-#pragma GCC unroll 8
     for (int j = 0; j < x.m; ++j) x(k, j) = rowK[j];
 }
 
@@ -43,11 +50,9 @@ template <class V, class N, class M> [[gnu::always_inline]] inline void exchange
 template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorLU(Tile<V, N, N>& a, Pivots<V, N>& p)
 {
     IndexOf<V> info{};
-#pragma GCC unroll 8
     for (int k = 0; k < a.n; ++k) {
         V largest = abs(a(k, k));
         p[k] = index<V>(k);
-#pragma GCC unroll 8
         for (int i = k + 1; i < a.n; ++i) {
             const IndexOf<V> larger = abs(a(i, k)) > largest;
             largest = larger ? abs(a(i, k)) : largest;
@@ -57,11 +62,9 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorLU(Ti
         const IndexOf<V> zero = largest == 0;
         info = (zero & (info == 0)) ? index<V>(k + 1) : info;
 
-        const V pivot = zero ? splat<V>(1) : a(k, k), inverse = reciprocal(pivot);
-#pragma GCC unroll 8
+        const Divisor<V> pivot(zero ? splat<V>(1) : a(k, k));
         for (int i = k + 1; i < a.n; ++i) {
-            const V l = a(i, k) = quotient(a(i, k), pivot, inverse);
-#pragma GCC unroll 8
+            const V l = a(i, k) = pivot.under(a(i, k));
             for (int j = k + 1; j < a.n; ++j) a(i, j) -= l * a(k, j);
         }
     }
@@ -72,22 +75,14 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorLU(Ti
 template <class V, class N, class M>
 [[gnu::always_inline]] inline void solveLU(const Tile<V, N, N>& lu, const Pivots<V, N>& p, Tile<V, N, M>& b)
 {
-#pragma GCC unroll 8
     for (int k = 0; k < b.n; ++k) exchangeRows(b, k, p[k]);
-#pragma GCC unroll 8
     for (int k = 0; k < b.n; ++k)
-#pragma GCC unroll 8
         for (int i = k + 1; i < b.n; ++i)
-#pragma GCC unroll 8
             for (int j = 0; j < b.m; ++j) b(i, j) -= lu(i, k) * b(k, j);
-#pragma GCC unroll 8
     for (int k = b.n - 1; k >= 0; --k) {
-        const V inverse = reciprocal(lu(k, k));
-#pragma GCC unroll 8
-        for (int j = 0; j < b.m; ++j) b(k, j) = quotient(b(k, j), lu(k, k), inverse);
-#pragma GCC unroll 8
+        const Divisor<V> pivot(lu(k, k));
+        for (int j = 0; j < b.m; ++j) b(k, j) = pivot.under(b(k, j));
         for (int i = 0; i < k; ++i)
-#pragma GCC unroll 8
             for (int j = 0; j < b.m; ++j) b(i, j) -= lu(i, k) * b(k, j);
     }
 }
@@ -96,36 +91,26 @@ template <class V, class N, class M>
 // Numerical Algorithms, 14.3.2, method B).
 template <class V, class N> [[gnu::always_inline]] inline void invertLU(Tile<V, N, N>& x, const Pivots<V, N>& p)
 {
-#pragma GCC unroll 8
     for (int j = 0; j < x.n; ++j) {
         const V d = x(j, j) = 1 / x(j, j);
-#pragma GCC unroll 8
         for (int i = 0; i < j; ++i) {
             V sum = x(i, i) * x(i, j);
-#pragma GCC unroll 8
             for (int k = i + 1; k < j; ++k) sum += x(i, k) * x(k, j);
             x(i, j) = 0 - sum * d;
         }
     }
     V l[most<N>];
-#pragma GCC unroll 8
     for (int j = x.n - 2; j >= 0; --j) {
-#pragma GCC unroll 8
         for (int k = j + 1; k < x.n; ++k) {
             l[k] = x(k, j);
             x(k, j) = V{};
         }
-#pragma GCC unroll 8
         for (int i = 0; i < x.n; ++i)
-#pragma GCC unroll 8
             for (int k = j + 1; k < x.n; ++k) x(i, j) -= x(i, k) * l[k];
     }
-#pragma GCC unroll 8
     for (int j = x.n - 2; j >= 0; --j)
-#pragma GCC unroll 8
         for (int i = 0; i < x.n; ++i) {
             V columnJ = x(i, j);
-#pragma GCC unroll 8
             for (int q = j + 1; q < x.n; ++q) {
                 const V own = x(i, q);
                 x(i, q) = p[j] == q ? x(i, j) : own;

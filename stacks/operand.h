@@ -66,6 +66,7 @@ public:
     Operand(const auto& stack, std::ptrdiff_t rows, std::ptrdiff_t columns)
         : p(stack.p), stride0(stack.stride0), stride1(stack.stride1), stride2(stack.stride2)
     {
+        if (stack.isDiagonal) stride2 += stride1, rows = 1;
         if (!isLane) road = Road::any;
         else if (stride0 == each) road = Road::planes;
         else if (stride2 == each && (columns > 1 || rows == 1)) road = Road::rows;
@@ -81,13 +82,13 @@ public:
         for (int l = objects; l < lanes<V>; ++l) offset[l] = (objects - 1) * stride0;
     }
 
-    // As many columns of each object as the tile has, from a first one on.
+    // As many rows and columns of each object as the tile has, from a first one on.
     template <class N, class M>
-    [[gnu::always_inline]] void load(Objects k, Tile<V, N, M>& x, std::ptrdiff_t column = 0) const
+    [[gnu::always_inline]] void load(Objects k, Tile<V, N, M>& x, std::ptrdiff_t row = 0, std::ptrdiff_t column = 0) const
     {
-        const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, i, column + j); };
+        const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
         if (road == Road::one) return eachOf(x, [&](int i, int j) { x(i, j) = splat<V>(*at(i, j).first); });
-        if (road == Road::any) return eachOf(x, [&](int i, int j) { x(i, j) = gathered<V>(at(i, j)); });
+        if (road == Road::any || !isLane) return eachOf(x, [&](int i, int j) { x(i, j) = gathered<V>(at(i, j)); });
         if constexpr (isLane) {
             if (road == Road::planes) return eachOf(x, [&](int i, int j) { x(i, j) = loadPack<V>(at(i, j).first); });
             if (road == Road::rows) return loadRows(x, stride1, at);
@@ -97,11 +98,11 @@ public:
         }
     }
     template <class N, class M>
-    [[gnu::always_inline]] void store(Objects k, const Tile<V, N, M>& x, std::ptrdiff_t column = 0) const
+    [[gnu::always_inline]] void store(Objects k, const Tile<V, N, M>& x, std::ptrdiff_t row = 0, std::ptrdiff_t column = 0) const
     {
-        const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, i, column + j); };
+        const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
         if (road == Road::one) return eachOf(x, [&](int i, int j) { *at(i, j).first = T(x(i, j)[0]); });
-        if (road == Road::any)
+        if (road == Road::any || !isLane)
             return eachOf(x, [&](int i, int j) {
                 for (int l = 0; l < lanes<V>; ++l) *at(i, j)(l) = T(x(i, j)[l]);
             });
@@ -129,20 +130,16 @@ private:
     [[gnu::always_inline]] static void loadRows(auto& x, std::ptrdiff_t stride, auto at)
     {
         if (stride == x.m * each) return loadElements(at(0, 0), elementsOf(x), x.e);
-#pragma GCC unroll 8
         for (int i = 0; i < x.n; ++i) loadElements(at(i, 0), x.columns(), &x(i, 0));
     }
     [[gnu::always_inline]] static void storeRows(const auto& x, std::ptrdiff_t stride, auto at)
     {
         if (stride == x.m * each) return storeElements(at(0, 0), elementsOf(x), x.e);
-#pragma GCC unroll 8
         for (int i = 0; i < x.n; ++i) storeElements(at(i, 0), x.columns(), &x(i, 0));
     }
     [[gnu::always_inline]] static void eachOf(const auto& x, auto f)
     {
-#pragma GCC unroll 8
         for (int i = 0; i < x.n; ++i)
-#pragma GCC unroll 8
             for (int j = 0; j < x.m; ++j) f(i, j);
     }
 };

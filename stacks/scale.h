@@ -14,18 +14,14 @@ template <class V> V powerOfTwo(IndexOf<V> e) { return V((e + bias<V>) << expone
 template <class V, class N, class M> V largestOf(const Tile<V, N, M>& x)
 {
     V largest{};
-#pragma GCC unroll 8
     for (int i = 0; i < x.n; ++i)
-#pragma GCC unroll 8
         for (int j = 0; j < x.m; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
     return largest;
 }
 template <class V, class N> V largestOfLower(const Tile<V, N, N>& x)
 {
     V largest{};
-#pragma GCC unroll 8
     for (int i = 0; i < x.n; ++i)
-#pragma GCC unroll 8
         for (int j = 0; j <= i; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
     return largest;
 }
@@ -45,20 +41,29 @@ template <class V> V eliminationScale(V largest, int n)
 
 template <class V, class N, class M> void scaleBy(V power, Tile<V, N, M>& x)
 {
-#pragma GCC unroll 8
     for (int i = 0; i < x.n; ++i)
-#pragma GCC unroll 8
         for (int j = 0; j < x.m; ++j) x(i, j) *= power;
 }
 
-// x * 2^e for any e, rounded once: x from 1 to 2, e not beyond twice the range of exponents.
-template <class V> V timesPowerOfTwo(V x, IndexOf<V> e)
-{
-    const IndexOf<V> low = index<V>(1 - bias<V>), high = index<V>(bias<V>);
-    const IndexOf<V> first = e < low ? low : e > high ? high : e;
-    const IndexOf<V> rest = e - first, second = rest < low ? low : rest > high ? high : rest;
-    return x * powerOfTwo<V>(first) * powerOfTwo<V>(second);
-}
+// x * 2^e for e up to twice the range of exponents, as two factors; rounded once if x is 1 or larger.
+template <class V> class TwoPowers {
+public:
+    explicit TwoPowers(IndexOf<V> e)
+    {
+        const IndexOf<V> start = limited(e);
+        first = powerOfTwo<V>(start), second = powerOfTwo<V>(limited(e - start));
+    }
+    V times(V x) const { return x * first * second; }
+
+private:
+    V first, second;
+    static IndexOf<V> limited(IndexOf<V> e)
+    {
+        const IndexOf<V> low = index<V>(1 - bias<V>), high = index<V>(bias<V>);
+        return e < low ? low : e > high ? high : e;
+    }
+};
+template <class V> V timesPowerOfTwo(V x, IndexOf<V> e) { return TwoPowers<V>(e).times(x); }
 
 // x = (its value, from 1 to 2 with the sign) * 2^e, whatever x is but 0, NaN and infinity.
 template <class V> V splitExponent(V x, IndexOf<V>& e)

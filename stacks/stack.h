@@ -18,7 +18,8 @@ template <class T, int strides> struct Stack {
     static constexpr bool isSource = std::is_const_v<T>;
     T* p;
     std::ptrdiff_t stride0, stride1, stride2;
-    bool optional = false; // a destination that may be null: it is not wanted then
+    bool optional = false;   // a destination that may be null: it is not wanted then
+    bool isDiagonal = false; // a matrix of which the diagonal is read, as a row
 
     // The place among its own arguments of the first that is not acceptable, counted from 1, or 0.
     int unacceptable(std::ptrdiff_t count, Shape<std::ptrdiff_t, std::ptrdiff_t> s) const
@@ -45,6 +46,11 @@ template <class T> Matrix<T> matrix(T* p, std::ptrdiff_t stride0, std::ptrdiff_t
 template <class T> Matrix<T> optional(Matrix<T> a)
 {
     a.optional = true;
+    return a;
+}
+template <class T> Matrix<T> diagonal(Matrix<T> a)
+{
+    a.isDiagonal = true;
     return a;
 }
 template <class T> Vector<T> vector(T* p, std::ptrdiff_t stride0, std::ptrdiff_t stride1)

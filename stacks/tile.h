@@ -1,8 +1,10 @@
 // Tiles: n by m packs on the stack, one object in each lane. The sizes are Fixed<n> or come with the call; the same text
-// serves both: `for (int i = 0; i < n; ++i)` is written out by the compiler where n is fixed.
+// serves both: the compiler writes out loops up to a fixed n.
 #pragma once
 #include "frame/lanes.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <limits>
 
 namespace kesl::stacks {
@@ -31,7 +33,7 @@ template <int size> struct Columns<Fixed<size>> {
 
 template <class N> constexpr int most = largestSize;
 template <int n> constexpr int most<Fixed<n>> = n;
-template <class N> constexpr bool isFixed = !std::is_same_v<N, int>;
+template <class N> constexpr bool isFixed = !std::is_integral_v<N>;
 
 template <class V, class N, class M> struct Tile : Rows<N>, Columns<M> {
     V e[most<N> * most<M>];
@@ -40,6 +42,21 @@ template <class V, class N, class M> struct Tile : Rows<N>, Columns<M> {
     V& operator()(int i, int j) { return e[i * this->m + j]; }
     const V& operator()(int i, int j) const { return e[i * this->m + j]; }
 };
+
+// f(tile, column) for all columns of an n by k matrix: one by one if n is Fixed, otherwise as many as a tile has.
+template <class V, class N> [[gnu::always_inline]] inline void eachPanel(N n, std::ptrdiff_t k, auto f)
+{
+    if constexpr (isFixed<N>)
+        for (std::ptrdiff_t column = 0; column < k; ++column) {
+            Tile<V, N, Fixed<1>> panel(n, {});
+            f(panel, column);
+        }
+    else
+        for (std::ptrdiff_t column = 0; column < k; column += largestSize) {
+            Tile<V, N, int> panel(n, int(std::min<std::ptrdiff_t>(k - column, largestSize)));
+            f(panel, column);
+        }
+}
 
 // One int for each lane, as wide as the lane: a mask, an index, an info.
 template <class V> using IndexOf = MaskOf<V>;
@@ -51,9 +68,7 @@ template <class V> V notANumber() { return splat<V>(std::numeric_limits<ElementO
 template <class V, class N, class M> IndexOf<V> notFinite(const Tile<V, N, M>& x)
 {
     V zeros{};
-#pragma GCC unroll 8
     for (int i = 0; i < x.n; ++i)
-#pragma GCC unroll 8
         for (int j = 0; j < x.m; ++j) zeros += x(i, j) - x(i, j);
     return zeros != 0;
 }
@@ -62,9 +77,7 @@ template <class V, class N, class M> IndexOf<V> notFinite(const Tile<V, N, M>& x
 template <class V, class N> IndexOf<V> lowerNotFinite(const Tile<V, N, N>& x)
 {
     V zeros{};
-#pragma GCC unroll 8
     for (int i = 0; i < x.n; ++i)
-#pragma GCC unroll 8
         for (int j = 0; j <= i; ++j) zeros += x(i, j) - x(i, j);
     return zeros != 0;
 }
@@ -81,8 +94,8 @@ template <class V, class N, class M> void spoil(IndexOf<V> where, Tile<V, N, M>&
         for (int j = 0; j < x.m; ++j) x(i, j) = where ? notANumber<V>() : x(i, j);
 }
 
-// f(Fixed<n>) for orders that have code of their own, and f(int) for any other.
-[[gnu::always_inline]] inline auto withOrder(std::ptrdiff_t n, auto f)
+// f(Fixed<n>) for orders that have code of their own, and f(Rest) for any other.
+template <class Rest = int> [[gnu::always_inline]] inline auto withOrder(std::ptrdiff_t n, auto f)
 {
     switch (n) {
     case 1: return f(Fixed<1>{});
@@ -91,9 +104,7 @@ template <class V, class N, class M> void spoil(IndexOf<V> where, Tile<V, N, M>&
     case 4: return f(Fixed<4>{});
     case 5: return f(Fixed<5>{});
     case 6: return f(Fixed<6>{});
-    case 7: return f(Fixed<7>{});
-    case 8: return f(Fixed<8>{});
-    default: return f(int(n));
+    default: return f(Rest(n));
     }
 }
 

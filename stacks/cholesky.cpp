@@ -1,0 +1,102 @@
+#include "stacks/lu.h"
+#include "stacks/names.h"
+
+namespace kesl::stacks {
+namespace {
+
+// A = L L^T, column by column, in the lower triangle (Golub & Van Loan, Matrix Computations, 4.2). Returns the order of the
+// first leading minor that is not positive; what follows it has no meaning.
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorCholesky(Tile<V, N, N>& a)
+{
+    IndexOf<V> info{};
+    for (int j = 0; j < a.n; ++j) {
+        const IndexOf<V> bad = ~(a(j, j) > 0);
+        info = (bad & (info == 0)) ? index<V>(j + 1) : info;
+        const V d = sqrt(bad ? splat<V>(1) : a(j, j)), inverse = 1 / d;
+        a(j, j) = d;
+        for (int i = j + 1; i < a.n; ++i) a(i, j) *= inverse;
+        for (int i = j + 1; i < a.n; ++i)
+            for (int k = j + 1; k <= i; ++k) a(i, k) -= a(i, j) * a(k, j);
+    }
+    return info;
+}
+
+// X = L^-T L^-1 B in place of B.
+template <class V, class N, class M> [[gnu::always_inline]] inline void solveCholesky(const Tile<V, N, N>& l, Tile<V, N, M>& b)
+{
+    for (int k = 0; k < b.n; ++k) {
+        const Divisor<V> d(l(k, k));
+        for (int j = 0; j < b.m; ++j) b(k, j) = d.under(b(k, j));
+        for (int i = k + 1; i < b.n; ++i)
+            for (int j = 0; j < b.m; ++j) b(i, j) -= l(i, k) * b(k, j);
+    }
+    for (int k = b.n - 1; k >= 0; --k) {
+        const Divisor<V> d(l(k, k));
+        for (int j = 0; j < b.m; ++j) b(k, j) = d.under(b(k, j));
+        for (int i = 0; i < k; ++i)
+            for (int j = 0; j < b.m; ++j) b(i, j) -= l(k, i) * b(k, j);
+    }
+}
+
+struct Cholesky {
+    static constexpr int limits[] = {largestSize};
+    static auto shapes(auto n) { return std::tuple(Shape(n, n), Shape(n, n)); }
+    static double cost(double n) { return 15 * n * n * (n + 2); }
+
+    template <class V, class N> static IndexOf<V> pack(Objects k, N n, const auto& a, const auto& l)
+    {
+        Tile<V, N, N> t(n, n);
+        a.load(k, t);
+        const IndexOf<V> refused = lowerNotFinite(t);
+        if (any(refused)) makeHarmless(refused, t);
+        const V scale = eliminationScale(largestOfLower(t), n), back = 1 / sqrt(scale);
+        for (int i = 0; i < t.n; ++i)
+            for (int j = 0; j <= i; ++j) t(i, j) *= scale;
+
+        IndexOf<V> info = factorCholesky(t);
+        for (int i = 0; i < t.n; ++i)
+            for (int j = 0; j < t.n; ++j) t(i, j) = j <= i ? t(i, j) * back : V{};
+        info = refused ? index<V>(-1) : info;
+        if (any(info != 0)) spoil(info != 0, t);
+        l.store(k, t);
+        return info;
+    }
+};
+
+struct CholeskySolve {
+    static constexpr int limits[] = {largestSize, 0};
+    static auto shapes(auto n, auto k) { return std::tuple(Shape(n, n), Shape(n, k), Shape(n, k)); }
+    static double cost(double n, double k) { return 60 * n * n * k; }
+    static auto withOrders(auto f, std::ptrdiff_t n, std::ptrdiff_t k)
+    {
+        return withOrder(n, [&](auto order) { return f(order, k); });
+    }
+
+    template <class V, class N> static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& b, const auto& x)
+    {
+        Tile<V, N, N> l(n, n);
+        a.load(objects, l);
+        IndexOf<V> info{};
+        for (int i = 0; i < l.n; ++i) info = ((l(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info;
+        info = lowerNotFinite(l) ? index<V>(-1) : info;
+        if (any(info != 0)) makeHarmless(info != 0, l);
+        eachPanel<V>(n, k, [&](auto& panel, std::ptrdiff_t column) {
+            b.load(objects, panel, 0, column);
+            solveCholesky(l, panel);
+            if (any(info != 0)) spoil(info != 0, panel);
+            x.store(objects, panel, 0, column);
+        });
+        return info;
+    }
+};
+
+#define FACTOR(T) std::ptrdiff_t n, std::ptrdiff_t count, KESL_MATRIX_OF(const T, a), KESL_MATRIX_OF(T, l), int *info
+#define SOLVE(T)                                                                                                            \
+    std::ptrdiff_t n, std::ptrdiff_t k, std::ptrdiff_t count, KESL_MATRIX_OF(const T, l), KESL_MATRIX_OF(const T, b),       \
+        KESL_MATRIX_OF(T, x), int *info
+} // namespace
+
+KESL_FUNCTIONS(cholesky, FACTOR, call<Cholesky>(sizes(n), count, info, KESL_MATRIX(a), KESL_MATRIX(l)))
+KESL_FUNCTIONS(cholesky_solve, SOLVE, call<CholeskySolve>(sizes(n, k), count, info, KESL_MATRIX(l), KESL_MATRIX(b), KESL_MATRIX(x)))
+
+} // namespace kesl::stacks

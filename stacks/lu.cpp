@@ -1,0 +1,89 @@
+#include "stacks/lu.h"
+#include "stacks/names.h"
+
+namespace kesl::stacks {
+namespace {
+
+struct LU {
+    static constexpr int limits[] = {largestSize};
+    static auto shapes(auto n) { return std::tuple(Shape(n, n), Shape(n, n), Shape(Fixed<1>{}, n)); }
+    static double cost(double n) { return 30 * n * n * (n + 2); }
+
+    template <class V, class N> static IndexOf<V> pack(Objects k, N n, const auto& a, const auto& lu, const auto& pivots)
+    {
+        Tile<V, N, N> t(n, n);
+        a.load(k, t);
+        const IndexOf<V> refused = notFinite(t);
+        if (any(refused)) makeHarmless(refused, t);
+        const V scale = eliminationScale(largestOf(t), n);
+        scaleBy(scale, t);
+
+        Pivots<V, N> p;
+        factorLU(t, p);
+        const V back = 1 / scale;
+        for (int i = 0; i < t.n; ++i)
+            for (int j = i; j < t.n; ++j) t(i, j) *= back;
+        Tile<IndexOf<V>, Fixed<1>, N> places(Fixed<1>{}, n);
+        for (int i = 0; i < t.n; ++i) places(0, i) = refused ? index<V>(0) : p[i] + 1;
+        if (any(refused)) spoil(refused, t);
+        lu.store(k, t);
+        pivots.store(k, places);
+        return refused ? index<V>(-1) : index<V>(0);
+    }
+};
+
+struct LUSolve {
+    static constexpr int limits[] = {largestSize, 0};
+    static auto shapes(auto n, auto k) { return std::tuple(Shape(n, n), Shape(Fixed<1>{}, n), Shape(n, k), Shape(n, k)); }
+    static double cost(double n, double k) { return 60 * n * n * k; }
+    static auto withOrders(auto f, std::ptrdiff_t n, std::ptrdiff_t k)
+    {
+        return withOrder(n, [&](auto order) { return f(order, k); });
+    }
+
+    template <class V, class N>
+    static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& pivots, const auto& b, const auto& x)
+    {
+        Tile<V, N, N> lu(n, n);
+        Tile<IndexOf<V>, Fixed<1>, N> places(Fixed<1>{}, n);
+        a.load(objects, lu);
+        pivots.load(objects, places);
+        Pivots<V, N> p;
+        IndexOf<V> refused = notFinite(lu), info{};
+        V largest{};
+        for (int i = 0; i < lu.n; ++i) {
+            p[i] = places(0, i) - 1;
+            refused |= (p[i] < i) | (p[i] >= lu.n);
+            info = ((lu(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info;
+            for (int j = i; j < lu.n; ++j) largest = abs(lu(i, j)) > largest ? abs(lu(i, j)) : largest;
+        }
+        info = refused ? index<V>(-1) : info;
+        if (any(info != 0)) makeHarmless(info != 0, lu);
+        const V scale = eliminationScale(largest, n);
+        for (int i = 0; i < lu.n; ++i)
+            for (int j = i; j < lu.n; ++j) lu(i, j) *= scale;
+
+        eachPanel<V>(n, k, [&](auto& panel, std::ptrdiff_t column) {
+            b.load(objects, panel, 0, column);
+            scaleBy(scale, panel);
+            solveLU(lu, p, panel);
+            if (any(info != 0)) spoil(info != 0, panel);
+            x.store(objects, panel, 0, column);
+        });
+        return info;
+    }
+};
+
+#define FACTOR(T)                                                                                                           \
+    std::ptrdiff_t n, std::ptrdiff_t count, KESL_MATRIX_OF(const T, a), KESL_MATRIX_OF(T, lu), KESL_VECTOR_OF(int, pivots), \
+        int *info
+#define SOLVE(T)                                                                                                            \
+    std::ptrdiff_t n, std::ptrdiff_t k, std::ptrdiff_t count, KESL_MATRIX_OF(const T, lu), KESL_VECTOR_OF(const int, pivots), \
+        KESL_MATRIX_OF(const T, b), KESL_MATRIX_OF(T, x), int *info
+} // namespace
+
+KESL_FUNCTIONS(lu, FACTOR, call<LU>(sizes(n), count, info, KESL_MATRIX(a), KESL_MATRIX(lu), KESL_VECTOR(pivots)))
+KESL_FUNCTIONS(lu_solve, SOLVE,
+               call<LUSolve>(sizes(n, k), count, info, KESL_MATRIX(lu), KESL_VECTOR(pivots), KESL_MATRIX(b), KESL_MATRIX(x)))
+
+} // namespace kesl::stacks

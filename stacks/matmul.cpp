@@ -1,0 +1,84 @@
+#include "stacks/names.h"
+
+namespace kesl::stacks {
+namespace {
+
+// c = a b, or c += a b if it goes on with a sum.
+template <class V, class M, class K, class N>
+[[gnu::always_inline]] inline void multiply(const Tile<V, M, K>& a, const Tile<V, K, N>& b, Tile<V, M, N>& c, bool goesOn)
+{
+    for (int i = 0; i < c.n; ++i)
+        for (int j = 0; j < c.m; ++j) {
+            V sum = goesOn ? c(i, j) + a(i, 0) * b(0, j) : a(i, 0) * b(0, j);
+            for (int k = 1; k < a.m; ++k) sum += a(i, k) * b(k, j);
+            c(i, j) = sum;
+        }
+}
+
+struct Matmul {
+    static constexpr int limits[] = {0, 0, 0};
+    static auto shapes(auto m, auto k, auto n) { return std::tuple(Shape(m, k), Shape(k, n), Shape(m, n)); }
+    static double cost(double m, double k, double n) { return 200 + 60 * m * k * n; }
+
+    // Square matrices, and square ones times a vector, have code of their own.
+    static auto withOrders(auto f, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n)
+    {
+        const auto square = [&](auto order) {
+            if constexpr (isFixed<decltype(order)>) return n == 1 ? f(order, order, Fixed<1>{}) : f(order, order, order);
+            else return f(m, k, n);
+        };
+        if (m == k && (n == k || n == 1) && m <= 6) return withOrder(m, square);
+        return f(m, k, n);
+    }
+
+    template <class V, class N, class C>
+    static IndexOf<V> pack(Objects objects, N m, N k, C n, const auto& a, const auto& b, const auto& c)
+    {
+        Tile<V, N, N> s(m, k);
+        Tile<V, N, C> t(k, n), x(m, n);
+        a.load(objects, s);
+        b.load(objects, t);
+        multiply(s, t, x, false);
+        c.store(objects, x);
+        return index<V>(0);
+    }
+
+    // Any sizes, block by block of c. Whole tiles if they are large enough, so that c may be a or b.
+    template <class V>
+    static IndexOf<V> pack(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n, const auto& a, const auto& b,
+                           const auto& c)
+    {
+        const std::ptrdiff_t block = std::max({m, k, n}) <= largestSize ? largestSize : 8;
+        const auto part = [&](std::ptrdiff_t size, std::ptrdiff_t from, std::ptrdiff_t most) { return int(std::min(size - from, most)); };
+        for (std::ptrdiff_t i = 0; i < m; i += block)
+            for (std::ptrdiff_t j = 0; j < n; j += block) {
+                const int rows = part(m, i, block), columns = part(n, j, block);
+                Tile<V, int, int> x(rows, columns);
+                if (k == 0) scaleToZero(x);
+                for (std::ptrdiff_t l = 0; l < k; l += largestSize) {
+                    Tile<V, int, int> s(rows, part(k, l, largestSize)), t(s.m, columns);
+                    a.load(objects, s, i, l);
+                    b.load(objects, t, l, j);
+                    multiply(s, t, x, l > 0);
+                }
+                c.store(objects, x, i, j);
+            }
+        return index<V>(0);
+    }
+
+private:
+    template <class V> static void scaleToZero(Tile<V, int, int>& x)
+    {
+        for (int i = 0; i < x.n; ++i)
+            for (int j = 0; j < x.m; ++j) x(i, j) = V{};
+    }
+};
+
+#define MATMUL(T)                                                                                                           \
+    std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n, std::ptrdiff_t count, KESL_MATRIX_OF(const T, a),                 \
+        KESL_MATRIX_OF(const T, b), KESL_MATRIX_OF(T, c), int *info
+} // namespace
+
+KESL_FUNCTIONS(matmul, MATMUL, call<Matmul>(sizes(m, k, n), count, info, KESL_MATRIX(a), KESL_MATRIX(b), KESL_MATRIX(c)))
+
+} // namespace kesl::stacks

@@ -1,0 +1,45 @@
+#include "stacks/lu.h"
+#include "stacks/names.h"
+
+namespace kesl::stacks {
+namespace {
+
+struct Solve {
+    static constexpr int limits[] = {largestSize, 0};
+    static auto shapes(auto n, auto k) { return std::tuple(Shape(n, n), Shape(n, k), Shape(n, k)); }
+    static double cost(double n, double k) { return 30 * n * n * (n + 2 * k); }
+    static auto withOrders(auto f, std::ptrdiff_t n, std::ptrdiff_t k)
+    {
+        return withOrder(n, [&](auto order) { return f(order, k); });
+    }
+
+    template <class V, class N> static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& b, const auto& x)
+    {
+        Tile<V, N, N> lu(n, n);
+        a.load(objects, lu);
+        const IndexOf<V> refused = notFinite(lu);
+        if (any(refused)) makeHarmless(refused, lu);
+        const V scale = eliminationScale(largestOf(lu), n);
+        scaleBy(scale, lu);
+
+        Pivots<V, N> p;
+        const IndexOf<V> singular = factorLU(lu, p), info = refused ? index<V>(-1) : singular;
+        eachPanel<V>(n, k, [&](auto& panel, std::ptrdiff_t column) {
+            b.load(objects, panel, 0, column);
+            scaleBy(scale, panel);
+            solveLU(lu, p, panel);
+            if (any(info != 0)) spoil(info != 0, panel);
+            x.store(objects, panel, 0, column);
+        });
+        return info;
+    }
+};
+
+#define SOLVE(T)                                                                                                            \
+    std::ptrdiff_t n, std::ptrdiff_t k, std::ptrdiff_t count, KESL_MATRIX_OF(const T, a), KESL_MATRIX_OF(const T, b),       \
+        KESL_MATRIX_OF(T, x), int *info
+} // namespace
+
+KESL_FUNCTIONS(solve, SOLVE, call<Solve>(sizes(n, k), count, info, KESL_MATRIX(a), KESL_MATRIX(b), KESL_MATRIX(x)))
+
+} // namespace kesl::stacks

@@ -9,8 +9,8 @@
  *     32f    the element type of all operands: 32f is float, 64f is double
  *     _L     the layout; no ending for the standard layout
  *
- * FAMILIES. Each has a comment of its own below, in this order. The number is the smallest count from which some function of
- * the family uses threads, for matrices of order 3 and vectors of length 3.
+ * FAMILIES. Each has a comment of its own below, in this order, behind keslGetLibVersion. The number is the smallest count from
+ * which some function of the family uses threads, for matrices of order 3 and vectors of length 3.
  *
  *     keslAdd, keslSub            sums and differences of matrices                                 342
  *     keslAdd, keslSub            the same of vectors and constants                               2223

@@ -125,7 +125,7 @@ void Case::place(int operand, const Wish& wish, int form)
     // A list may hold its objects, or its elements, in any order.
     p.pointer = p.begin;
     if (o.list()) {
-        static const int shifts[] = {0, 1, 3, 16, 1000, 123456, INT_MAX / 8}; // in a team the sum of shift and slice wraps
+        static const int shifts[] = {0, 1, 3, 16, 1000, 123456, INT_MAX / 8};
         p.shift = shifts[random.below(wish.plain ? 6 : 7)] * p.elemSize;
         const int entries = o.layout == 'L' ? p.objects : p.rows * p.columns;
         std::vector<int> slots = random.permutation(entries);

@@ -71,4 +71,12 @@ template <class V> V splitExponent(V x, IndexOf<V>& e)
     return V(bits - (exponent << exponentBits<V>));
 }
 
+// The exponent of a magnitude: 2^e <= x < 2^(e + 1). 0 for 0.
+template <class V> IndexOf<V> exponentOf(V x)
+{
+    IndexOf<V> e;
+    splitExponent(x, e);
+    return x == 0 ? IndexOf<V>{} : e;
+}
+
 } // namespace kesl::stacks

@@ -28,7 +28,7 @@ IndexOf<V> general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>,
 
     // Balanced high up, where hardly anything underflows; treated near 1.
     Index d[most<N>];
-    const Index up = bias<V> - 7 - exponentOf(largestOf(a));
+    const Index up = balancingExponent<V> - exponentOf(largestOf(a));
     multiply(a, up);
     balance(a, d);
     const Index down = -exponentOf(largestOf(a)), back = -(up + down);

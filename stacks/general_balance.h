@@ -6,37 +6,40 @@
 
 namespace kesl::stacks {
 
-// a becomes D^-1 a D, and d holds the exponents of D. The elements are below 2^(bias - 6), so that sums do not overflow.
-// False where no lane has changed.
-template <class V, class N> bool balance(Tile<V, N, N>& a, IndexOf<V>* d)
+// The exponent of the largest element while a matrix is balanced: squares do not overflow, and few underflow.
+template <class V> constexpr int balancingExponent = (bias<V> - 8) / 2;
+
+// a becomes D^-1 a D, and d holds the exponents of D.
+template <class V, class N> void balance(Tile<V, N, N>& a, IndexOf<V>* d)
 {
     using T = ElementOf<V>;
     using Index = IndexOf<V>;
-    constexpr int most = bias<V> / 2 - 3; // so that the quotient of two elements of D is a number, too
+    constexpr int limit = bias<V> / 2 - 3; // so that the quotient of two elements of D is a number, too
     constexpr int sweeps = 32;            // the norm shrinks with each; this many bring any matrix to rest or near it
     const int n = a.n;
-    bool ever = false, changed = true;
+    bool changed = true;
     for (int i = 0; i < n; ++i) d[i] = Index{};
     for (int sweep = 0; sweep < sweeps && changed; ++sweep) {
         changed = false;
         for (int i = 0; i < n; ++i) {
-            V c{}, r{};
-            for (int j = 0; j < n; ++j) c = c + abs(a(j, i)), r = r + abs(a(i, j));
-            // The bits of a positive number are its logarithm, nearly: k is about log2(r / c) / 2.
-            Index k = (Index(r) - Index(c) + ((Index{} + 1) << exponentBits<V>)) >> (exponentBits<V> + 1);
-            k = k > most - d[i] ? most - d[i] : k;
-            k = k < -most - d[i] ? -most - d[i] : k;
+            V c2{}, r2{};
+            for (int j = 0; j < n; ++j) c2 = c2 + a(j, i) * a(j, i), r2 = r2 + a(i, j) * a(i, j);
+            // The bits of a positive number are its logarithm, nearly: k is about log2(r2 / c2) / 4.
+            Index k = (Index(r2) - Index(c2) + (index<V>(2) << exponentBits<V>)) >> (exponentBits<V> + 2);
+            if (!any(k != 0)) continue;
+            const V c = sqrt(c2), r = sqrt(r2);
+            k = k > limit - d[i] ? limit - d[i] : k;
+            k = k < -limit - d[i] ? -limit - d[i] : k;
             const V f = powerOfTwo<V>(k), g = powerOfTwo<V>(-k);
             const MaskOf<V> worth = (c > 0) & (r > 0) & (c * f + r * g < (c + r) * T(0.95));
             if (!any(worth)) continue;
-            ever = changed = true;
+            changed = true;
             d[i] = worth ? d[i] + k : d[i];
             const V one = splat<V>(1), column = worth ? f : one, row = worth ? g : one;
             for (int j = 0; j < n; ++j) a(j, i) = a(j, i) * column;
             for (int j = 0; j < n; ++j) a(i, j) = a(i, j) * row;
         }
     }
-    return ever;
 }
 
 } // namespace kesl::stacks

@@ -104,7 +104,7 @@ template <class V, class N, class Basis> struct Francis {
             if constexpr (three) w = goes ? h(k + 2, k - 1) : w;
         }
         const auto squares = [&](V f) KESL_INLINE { return (y * f) * (y * f) + (w * f) * (w * f); };
-        const auto reflection = Reflection<V>::of(x, squares);
+        const auto reflection = Reflection<V>::of(x, (y == 0) & (w == 0), squares);
         if (k > 0) {
             h(k, k - 1) = goes ? reflection.beta : h(k, k - 1), h(k + 1, k - 1) = goes ? V{} : h(k + 1, k - 1);
             if constexpr (three) h(k + 2, k - 1) = goes ? V{} : h(k + 2, k - 1);

@@ -46,7 +46,9 @@ template <class V, class N> void hessenberg(Tile<V, N, N>& a, auto& z)
             for (int i = k + 2; i < n; ++i) sum = sum + (a(i, k) * f) * (a(i, k) * f);
             return sum;
         };
-        const auto reflection = Reflection<V>::of(a(k + 1, k), squares);
+        V sum{};
+        for (int i = k + 2; i < n; ++i) sum = sum + abs(a(i, k));
+        const auto reflection = Reflection<V>::of(a(k + 1, k), sum == 0, squares);
         tau[k] = reflection.tau, beta[k] = reflection.beta;
         for (int i = k + 2; i < n; ++i) a(i, k) = a(i, k) * reflection.scale;
         reflectColumns(a, a, k, tau[k]);

@@ -90,6 +90,7 @@ template <class V, class N> struct SchurVectors {
         re[j] = second ? V{} : p[j], im[j] = V{};
         if (j + 1 < n) re[j + 1] = V{}, im[j + 1] = q[j];
         const Complex mu{t(j, j), w[j]};
+        const Mask real = w[j] == 0;
         Complex below{}; // the sum of the row below, whose element waits for this row where they are a pair
         for (int i = j - 1; i >= 0; --i) {
             const Mask head = heads[i], waits = tail(i);
@@ -99,19 +100,26 @@ template <class V, class N> struct SchurVectors {
             const bool pairs = any(head);
             Complex x{}, rest = sum;
             if (pairs) {
-                const V u = head ? p[i] : V{}, v = q[i], off = head ? t(i, k) + t(k, i) : V{};
-                const Complex f{u * below.re + v * sum.im, u * below.im - v * sum.re};
+                const V b = t(i, k), c = t(k, i), e = mu.re - t(i, i);
+                Complex f{p[i] * below.re + q[i] * sum.im, p[i] * below.im - q[i] * sum.re};
+                f = {real ? e * sum.re + b * below.re : f.re, real ? e * below.re + c * sum.re : f.im};
+                f = {head ? f.re : V{}, head ? f.im : V{}};
                 x = quotient(f, {t(i, i), -w[i]}, mu, k, size - 1, sum, below);
-                re[k] = head ? x.re : re[k], im[k] = head ? x.im : im[k];
-                rest = {p[i] * sum.re + v * below.im + off * x.re, p[i] * sum.im - v * below.re + off * x.im};
+                const Mask pair = head & ~real;
+                const V off = pair ? b + c : V{};
+                re[k] = pair ? x.re : re[k], im[k] = pair ? x.im : im[k];
+                rest = {p[i] * sum.re + q[i] * below.im + off * x.re, p[i] * sum.im - q[i] * below.re + off * x.im};
+                rest = {real & head ? x.re : rest.re, real & head ? x.im : rest.im};
             }
             rest = {waits ? V{} : rest.re, waits ? V{} : rest.im};
             const Complex y = quotient(rest, {t(i, i), w[i]}, mu, k, size - 1);
             re[i] = p[i] * y.re, im[i] = p[i] * y.im;
             if (pairs) {
+                const Mask pair = head & ~real, realPair = head & real;
                 x = {re[k], im[k]};
-                re[i] = re[i] - q[i] * x.im, im[i] = im[i] + q[i] * x.re;
-                re[k] = head ? p[i] * x.re - q[i] * y.im : x.re, im[k] = head ? p[i] * x.im + q[i] * y.re : x.im;
+                re[i] = realPair ? y.re : re[i] - q[i] * x.im, im[i] = realPair ? V{} : im[i] + q[i] * x.re;
+                re[k] = realPair ? y.im : pair ? p[i] * x.re - q[i] * y.im : x.re;
+                im[k] = pair ? p[i] * x.im + q[i] * y.re : x.im;
             }
             below = sum;
         }

@@ -11,7 +11,7 @@ template <class V> struct Reflection {
 
     // squares(f) is the sum of squares of f x. Elements whose squares lose digits are brought up by a power of two; what is
     // too small even then is far below the rounding errors of a matrix whose largest element is about 1, and counts as zero.
-    [[gnu::always_inline]] static Reflection of(V alpha, auto squares)
+    [[gnu::always_inline]] static Reflection of(V alpha, MaskOf<V> vanishes, auto squares)
     {
         using T = ElementOf<V>;
         constexpr T least = std::numeric_limits<T>::min() / std::numeric_limits<T>::epsilon();
@@ -22,7 +22,7 @@ template <class V> struct Reflection {
             up = powerOfTwo<V>(lift), down = powerOfTwo<V>(-lift);
             rest = squares(up), alpha = alpha * up, sum = alpha * alpha + rest;
         }
-        const MaskOf<V> none = (rest == 0) | (sum < least);
+        const MaskOf<V> none = vanishes | (sum < least);
         const V norm = sqrt(sum), beta = alpha < 0 ? norm : -norm, p = alpha - beta;
         const V inverse = one / (beta * p); // for both quotients: tau = -p / beta, scale = 1 / p
         return {none ? V{} : -(p * p) * inverse, (none ? alpha : beta) * down, none ? V{} : (beta * inverse) * up};

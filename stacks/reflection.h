@@ -24,8 +24,7 @@ template <class V> struct Reflection {
         }
         const MaskOf<V> none = vanishes | (sum < least);
         const V norm = sqrt(sum), beta = alpha < 0 ? norm : -norm, p = alpha - beta;
-        const V inverse = one / (beta * p); // for both quotients: tau = -p / beta, scale = 1 / p
-        return {none ? V{} : -(p * p) * inverse, (none ? alpha : beta) * down, none ? V{} : (beta * inverse) * up};
+        return {none ? V{} : -p / beta, (none ? alpha : beta) * down, none ? V{} : up / p};
     }
 };
 

@@ -30,7 +30,9 @@ IndexOf<V> general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>,
     Index d[most<N>];
     const Index up = balancingExponent<V> - exponentOf(largestOf(a));
     multiply(a, up);
-    balance(a, d);
+    Isolated<V, N> isolated;
+    isolate(a, isolated);
+    balance(a, isolated, d);
     const Index down = -exponentOf(largestOf(a)), back = -(up + down);
     multiply(a, down);
 
@@ -46,8 +48,13 @@ IndexOf<V> general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>,
     };
     finish(re), finish(im);
     if constexpr (vectors) {
-        if (right) schurVectors(Side::right, a, z, d, *right), finish(*right);
-        if (left) schurVectors(Side::left, a, z, d, *left), finish(*left);
+        const auto side = [&](Side s, Tile<V, N, N>& x) {
+            schurVectors(s, a, z, d, x);
+            if (isolated.any) putBack(isolated, x);
+            finish(x);
+        };
+        if (right) side(Side::right, *right);
+        if (left) side(Side::left, *left);
     }
     return info;
 }

@@ -20,19 +20,29 @@ template <class V, class N, class Basis> struct Francis {
 
     Tile<V, N, N>& h;
     Basis& z;
-    int n = h.n;
-    static constexpr bool whole = wanted<Basis>;
+    N n = h.rows();
+    static constexpr bool whole = wanted<Basis>, all = whole || isFixed<N>; // rows and columns of the steps
 
     Index top{}, bottom{};      // 0 and 0 where all blocks are small
     int first = 0, last = 0;    // the rows of all active blocks
 
+    // f(i) for i = from .. to - 1, written out where the order is known, so that the tile lives in registers.
+    [[gnu::always_inline]] static void each(int from, int to, auto f)
+    {
+        if constexpr (isFixed<N>)
+#pragma GCC unroll 8
+            for (int i = from; i < to; ++i) f(i);
+        else
+            for (int i = from; i < to; ++i) f(i);
+    }
+
     // Clears negligible subdiagonal elements and finds the active blocks.
-    void deflate()
+    [[gnu::always_inline]] void deflate()
     {
         constexpr T eps = std::numeric_limits<T>::epsilon(), least = std::numeric_limits<T>::min() / eps * largestSize;
         Index head{};
         top = bottom = Index{}, last = 0;
-        for (int k = 1; k < n; ++k) {
+        each(1, n, [&](int k) KESL_INLINE {
             const V d = h(k, k), before = h(k - 1, k - 1), s = abs(h(k, k - 1));
             Mask small = s <= (abs(before) + abs(d)) * eps;
             if (any(small & (s > 0))) {
@@ -48,27 +58,26 @@ template <class V, class N, class Basis> struct Francis {
             const Mask open = k - head >= 2;
             top = open ? head : top, bottom = open ? Index{} + k : bottom;
             last = any(open) ? k : last;
-        }
+        });
     }
 
     // Both shifts: re plus and minus i im, or re twice.
     struct Shifts {
         V re, im;
     };
-    Shifts shifts(Mask stalled) const
+    [[gnu::always_inline]] Shifts shifts(Mask stalled) const
     {
         V a{}, b{}, c{}, d{}, above{}; // [a b; c d] ends at the bottom
-        for (int k = last; k >= 2; --k) {
+        each(2, isFixed<N> ? int(n) : last + 1, [&](int k) KESL_INLINE {
             const Mask here = bottom == k;
             a = here ? h(k - 1, k - 1) : a, b = here ? h(k - 1, k) : b;
             c = here ? h(k, k - 1) : c, d = here ? h(k, k) : d, above = here ? h(k - 1, k - 2) : above;
-        }
+        });
         if (any(stalled)) [[unlikely]] {
             const V s = abs(c) + abs(above), shift = s * T(0.75) + d;
             a = stalled ? shift : a, d = stalled ? shift : d, b = stalled ? s * T(-0.4375) : b, c = stalled ? s : c;
         }
-        const Index e = exponentOf(abs(a) + abs(b) + abs(c) + abs(d));
-        const V down = powerOfTwo<V>(-e), up = powerOfTwo<V>(e);
+        const V size = abs(a) + abs(b) + abs(c) + abs(d), down = inversePower(size), up = inversePower(down);
         a = a * down, b = b * down, c = c * down, d = d * down;
         const V mean = (a + d) * T(0.5), determinant = (a - mean) * (d - mean) - b * c, root = sqrt(abs(determinant));
         const V greater = mean + root, less = mean - root;
@@ -78,10 +87,10 @@ template <class V, class N, class Basis> struct Francis {
     }
 
     // The first column of the shifted product, of blocks that begin at row k; times a power of two.
-    void begin(int k, const Shifts& shift, V& x, V& y, V& w) const
+    [[gnu::always_inline]] void begin(int k, const Shifts& shift, V& x, V& y, V& w) const
     {
         const V a = h(k, k), c = h(k + 1, k), d = a - shift.re;
-        const V f = powerOfTwo<V>(-exponentOf(abs(d) + shift.im + abs(c)));
+        const V f = inversePower(abs(d) + shift.im + abs(c));
         x = (c * f) * h(k, k + 1) + (d * f) * d + (shift.im * f) * shift.im;
         y = (c * f) * (d + (h(k + 1, k + 1) - shift.re));
         w = (c * f) * h(k + 2, k + 1);
@@ -117,8 +126,8 @@ template <class V, class N, class Basis> struct Francis {
             if constexpr (three) r = r - sum * t3;
         };
         constexpr int third = three ? 2 : 1;
-        for (int j = k, end = whole ? n : last + 1; j < end; ++j) reflect(h(k, j), h(k + 1, j), h(k + third, j));
-        for (int i = whole ? 0 : first, end = std::min(k + 3, last); i <= end; ++i) reflect(h(i, k), h(i, k + 1), h(i, k + third));
+        for (int j = k; j < (all ? n : last + 1); ++j) reflect(h(k, j), h(k + 1, j), h(k + third, j));
+        for (int i = all ? 0 : first; i <= std::min(k + 3, all ? n - 1 : last); ++i) reflect(h(i, k), h(i, k + 1), h(i, k + third));
         if constexpr (whole)
             for (int i = 0; i < n; ++i) reflect(z(i, k), z(i, k + 1), z(i, k + third));
     }
@@ -127,7 +136,7 @@ template <class V, class N, class Basis> struct Francis {
     Index iterate()
     {
         Index former{}, count{};
-        for (int sweeps = 30 * std::max(n, 10);; --sweeps) {
+        for (int sweeps = 30 * std::max(int(n), 10);; --sweeps) {
             deflate();
             if (last == 0) return Index{};
             if (sweeps == 0) return bottom > 0 ? bottom + 1 : bottom;
@@ -137,9 +146,11 @@ template <class V, class N, class Basis> struct Francis {
             const Mask stalled = count == 10;
             count = stalled ? Index{} : count;
             const Shifts shift = shifts(stalled);
-            for (int k = first; k < last; ++k)
+            each(0, n - 1, [&](int k) KESL_INLINE {
+                if (k < first || k >= last) return;
                 if (k + 2 < n) step<true>(k, shift);
                 else step<false>(k, shift);
+            });
         }
     }
 };

@@ -29,9 +29,8 @@ template <class V> struct StandardBlock {
         // Near 1, so that nothing underflows that matters.
         V largest = abs(a);
         for (const V x : {abs(b), abs(c), abs(d)}) largest = x > largest ? x : largest;
-        const IndexOf<V> e = exponentOf(largest);
-        const V a0 = timesPowerOfTwo(a, -e), b0 = timesPowerOfTwo(b, -e);
-        const V c0 = timesPowerOfTwo(c, -e), d0 = timesPowerOfTwo(d, -e);
+        const V down = inversePower(largest), up = inversePower(down);
+        const V a0 = a * down, b0 = b * down, c0 = c * down, d0 = d * down;
 
         const Mask opposed = (b0 < 0) != (c0 < 0);
         const Mask upper = c0 == 0, lower = ~upper & (b0 == 0);
@@ -72,7 +71,7 @@ template <class V> struct StandardBlock {
                 cs = turned ? cs1 * cs2 - sn1 * sn2 : cs, sn = turned ? cs1 * sn2 + sn1 * cs2 : sn;
             }
         }
-        a = timesPowerOfTwo(a1, e), b = timesPowerOfTwo(b1, e), c = timesPowerOfTwo(c1, e), d = timesPowerOfTwo(d1, e);
+        a = a1 * up, b = b1 * up, c = c1 * up, d = d1 * up;
     }
 };
 

@@ -67,14 +67,13 @@ template <class V, class N> struct SchurVectors {
         const Mask close = abs(d.re) + abs(d.im) < smallest;
         d.re = close ? smallest : d.re, d.im = close ? V{} : d.im;
         const V size = abs(d.re) + abs(d.im), sizeOfF = abs(f.re) + abs(f.im);
-        const Index e = exponentOf(size);
         if (const Mask large = sizeOfF > size * huge; any(large)) [[unlikely]] {
-            const V down = large ? powerOfTwo<V>(large & (e + (growth - 1) - exponentOf(sizeOfF))) : splat<V>(1);
+            const V down = large ? powerOfTwo<V>(large & (exponentOf(size) + (growth - 1) - exponentOf(sizeOfF))) : splat<V>(1);
             const auto scale = [&](V& x, V& y) KESL_INLINE { x = x * down, y = y * down; };
             for (int i = from; i <= to; ++i) scale(re[i], im[i]);
             scale(f.re, f.im), (scale(others.re, others.im), ...);
         }
-        const V normal = powerOfTwo<V>(-e);
+        const V normal = inversePower(size);
         d = {d.re * normal, d.im * normal};
         const V inverse = normal / (d.re * d.re + d.im * d.im);
         const V fr = f.re * inverse, fi = f.im * inverse;
@@ -133,8 +132,8 @@ template <class V, class N> struct SchurVectors {
             largest = abs(re[i]) > largest ? abs(re[i]) : largest;
             largest = abs(im[i]) > largest ? abs(im[i]) : largest;
         }
-        const IndexOf<V> e = -exponentOf(largest);
-        for (int i = 0; i < size; ++i) re[i] = timesPowerOfTwo(re[i], e), im[i] = timesPowerOfTwo(im[i], e);
+        const V down = inversePower(largest);
+        for (int i = 0; i < size; ++i) re[i] = re[i] * down, im[i] = im[i] * down;
     }
 
     // Out of the Schur basis and of the balanced one, D = 2^d; length 1, and the largest component real and positive.

@@ -76,4 +76,20 @@ template <class V> V splitExponent(V x, IndexOf<V>& e)
     return V(bits - (exponent << exponentBits<V>));
 }
 
+// The power of two that brings a magnitude to [1, 2); for subnormal numbers and 0 the largest one.
+template <class V> V inversePower(V x)
+{
+    constexpr auto ones = (std::int64_t(1) << (8 * sizeof(ElementOf<V>) - 1 - exponentBits<V>)) - 1;
+    const IndexOf<V> exponent = IndexOf<V>(x) & (index<V>(int(ones)) << exponentBits<V>);
+    return V((index<V>(2 * bias<V>) << exponentBits<V>) - exponent);
+}
+
+// The exponent of a magnitude: 2^e <= x < 2^(e + 1). 0 for 0.
+template <class V> IndexOf<V> exponentOf(V x)
+{
+    IndexOf<V> e;
+    splitExponent(x, e);
+    return x == 0 ? IndexOf<V>{} : e;
+}
+
 } // namespace kesl::stacks

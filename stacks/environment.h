@@ -1,6 +1,6 @@
 // The floating-point environment of a call.
 #pragma once
-#include <immintrin.h>
+#include <xmmintrin.h>
 
 namespace kesl::stacks {
 

@@ -9,22 +9,32 @@ foreach(level IN LISTS KESLMX_LEVELS)
     install(TARGETS keslmx_${level} # with its link, for dlopen("libkeslmx.so")
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-${level})
 endforeach()
-install(FILES include/keslmx.h include/keslcorex.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+set_target_properties(kesl PROPERTIES INSTALL_RPATH $ORIGIN)
+install(TARGETS kesl EXPORT kesl LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+foreach(level IN LISTS KESLMX_LEVELS) # with the names that a program asks for without a version
+    set_target_properties(kesl_${level} PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/../..")
+    install(TARGETS kesl_${level} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-${level})
+endforeach()
+install(FILES include/kesl.h include/keslmx.h include/keslcorex.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
-# find_package(keslmx): kesl::mx, and kesl::corex for programs that set the number of threads
+# find_package(kesl): kesl::kesl; find_package(keslmx): kesl::mx, and kesl::corex for programs that set the number of threads
 include(CMakePackageConfigHelpers)
 set_target_properties(keslmx PROPERTIES EXPORT_NAME mx)
 set_target_properties(keslcorex64 PROPERTIES EXPORT_NAME corex)
+write_basic_package_version_file(keslConfigVersion.cmake VERSION ${KESL_VERSION} COMPATIBILITY SameMajorVersion)
+install(EXPORT kesl NAMESPACE kesl:: FILE keslConfig.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/kesl)
+install(FILES ${PROJECT_BINARY_DIR}/keslConfigVersion.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/kesl)
 write_basic_package_version_file(keslmxConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(EXPORT keslmx NAMESPACE kesl:: FILE keslmxConfig.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/keslmx)
 install(FILES ${PROJECT_BINARY_DIR}/keslmxConfigVersion.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/keslmx)
 
-# pkg-config: keslmx, and keslcorex for the same programs
-function(keslmx_pkg_config name library description)
+# pkg-config: kesl; keslmx, and keslcorex for programs that set the number of threads
+function(keslmx_pkg_config name library version description)
     set(up ${CMAKE_INSTALL_PREFIX})
     cmake_path(RELATIVE_PATH up BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
     configure_file(cmake/package.pc.in ${name}.pc @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
-keslmx_pkg_config(keslmx keslmx "${PROJECT_DESCRIPTION}")
-keslmx_pkg_config(keslcorex keslcorex64 "How many threads keslmx may use")
+keslmx_pkg_config(kesl kesl ${KESL_VERSION} "Linear algebra on stacks of small matrices")
+keslmx_pkg_config(keslmx keslmx ${PROJECT_VERSION} "${PROJECT_DESCRIPTION}")
+keslmx_pkg_config(keslcorex keslcorex64 ${PROJECT_VERSION} "How many threads keslmx may use")

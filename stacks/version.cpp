@@ -67,7 +67,7 @@ void writeArgument(char* text, std::size_t size, const char* arguments, std::ptr
 
 extern "C" {
 
-const char* kesl_version(void) { return "1.0.0"; }
+const char* kesl_version(void) { return KESL_VERSION; }
 
 const char* kesl_level(void)
 {

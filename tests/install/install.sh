@@ -33,21 +33,24 @@ install_tree() { # BUILD
         same "libkesl$name.so" "$(readlink "$lib/libkesl$name.so")" libkesl$name.so.6.1
         same "the path in libkesl$name.so.6.1" "$(needs "$lib/libkesl$name.so.6.1")" "\$ORIGIN"
     done
+    same "the path in libkesl.so.1" "$(needs "$lib/libkesl.so.1")" "\$ORIGIN"
     for level in $levels; do
-        file=$lib/glibc-hwcaps/x86-64-$level/libkeslmx.so.6.1
-        same "the path in the library of $level" "$(needs "$file")" "\$ORIGIN:\$ORIGIN/../.."
-        same "libkeslmx.so of $level" "$(readlink "$(dirname "$file")/libkeslmx.so")" libkeslmx.so.6.1
+        for name in libkeslmx.so libkesl.so; do
+            file=$lib/glibc-hwcaps/x86-64-$level/$name
+            same "the path in $name of $level" "$(needs "$file")" "\$ORIGIN:\$ORIGIN/../.."
+        done
     done
     # shellcheck disable=SC2086
     set -- "$1" $levels
-    same "the number of files for levels" "$(find "$lib" -path '*hwcaps*' -name 'libkeslmx*' | wc -l)" $((2 * ($# - 1)))
+    same "the number of files for levels" "$(find "$lib" -path '*hwcaps*' -type f | wc -l)" $((2 * ($# - 1)))
+    same "the number of links for levels" "$(find "$lib" -path '*hwcaps*' -type l | wc -l)" $((3 * ($# - 1)))
     if grep -rF -e "$work" -e "$1" "$lib/pkgconfig" "$lib/cmake"; then fail "these files are tied to a directory"; fi
 }
 
 # Runs a program with the levels that a list allows, and with exactly the library that is expected then.
 run() { # PROGRAM LIST FILE
     "$loader" --glibc-hwcaps-mask "$2" --list "$1" > "$1.loaded" || fail "$1 does not load"
-    same "the library for $2" "$(realpath "$(awk '$1 == "libkeslmx.so.6.1" { print $3 }' "$1.loaded")")" "$3"
+    same "the library for $2" "$(realpath "$(awk -v name="$soname" '$1 == name { print $3 }' "$1.loaded")")" "$(realpath "$3")"
     same "the companion for $2" "$(realpath "$(awk '$1 == "libkeslcorex64.so.6.1" { print $3 }' "$1.loaded")")" \
         "$lib/libkeslcorex64.so.6.1"
     "$loader" --glibc-hwcaps-mask "$2" "$1" || fail "$1 fails with the library for $2"
@@ -56,14 +59,14 @@ run() { # PROGRAM LIST FILE
 
 # COMMAND... LIST FILE, for the plain library and for each level of this processor; leaves the last one's file in `best`.
 at_all_levels() {
-    best=$lib/libkeslmx.so.6.1
+    best=$lib/$soname
     "$@" none "$best"
     for level in $levels; do # in rising order
         if ! "$loader" --help | grep -q "x86-64-$level (supported, searched)"; then
             echo "skipped: this processor has no x86-64-$level"
             continue
         fi
-        best=$lib/glibc-hwcaps/x86-64-$level/libkeslmx.so.6.1
+        best=$lib/glibc-hwcaps/x86-64-$level/$soname
         "$@" "x86-64-$level" "$best"
     done
 }
@@ -71,7 +74,7 @@ at_all_levels() {
 run_at_all_levels() { # PROGRAM
     at_all_levels run "$1"
     same "the library of a plain start" \
-        "$(LD_TRACE_LOADED_OBJECTS=1 "$1" | awk '$1 == "libkeslmx.so.6.1" { print $3 }' | xargs realpath)" "$best"
+        "$(LD_TRACE_LOADED_OBJECTS=1 "$1" | awk -v name="$soname" '$1 == name { print $3 }' | xargs realpath)" "$(realpath "$best")"
     "$1" || fail "$1 fails"
 }
 
@@ -83,7 +86,11 @@ build_program() { # SOURCE LANGUAGE COMPILER FLAGS PACKAGES
     mkdir -p "$out/pkg-config"
 
     export PKG_CONFIG_PATH="$lib/pkgconfig"
-    flags=$(pkg-config --cflags --libs "$5 >= 6.1")
+    case $5 in
+    kesl) soname=libkesl.so.1 version=1.0 ;;
+    *) soname=libkeslmx.so.6.1 version=6.1 ;;
+    esac
+    flags=$(pkg-config --cflags --libs "$5 >= $version")
     # shellcheck disable=SC2086
     "$3" $4 "$consumer/$1" -o "$out/pkg-config/program" $flags -Wl,-rpath,"$lib"
     run_at_all_levels "$out/pkg-config/program"
@@ -95,13 +102,14 @@ build_program() { # SOURCE LANGUAGE COMPILER FLAGS PACKAGES
 }
 
 opens() { # PROGRAM LIST FILE
-    same "what dlopen finds for $2" "$(realpath "$("$loader" --glibc-hwcaps-mask "$2" "$1")")" "$3"
+    same "what dlopen finds for $2" "$(realpath "$("$loader" --glibc-hwcaps-mask "$2" "$1")")" "$(realpath "$3")"
 }
 
 open_library() { # COMPILER
     lib=$(realpath "$(libdir "$tree")")
     out=$work/dlopen.c
     mkdir -p "$out"
+    soname=libkeslmx.so.6.1
     "$1" "$consumer/dlopen.c" -o "$out/program" -ldl -Wl,-rpath,"$lib"
     at_all_levels opens "$out/program"
     same "what dlopen finds at a plain start" "$(realpath "$("$out/program")")" "$best"

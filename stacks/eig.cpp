@@ -11,15 +11,7 @@ struct Eig {
         return std::tuple(Shape(n, n), Shape(Fixed<1>{}, n), Shape(Fixed<1>{}, n), Shape(n, n), Shape(n, n));
     }
     static double cost(double n) { return 2500 * n * n * (n + 2); }
-    static auto withOrders(auto f, std::ptrdiff_t n) {         switch (n) {
-        case 1: return f(Fixed<1>{});
-        case 2: return f(Fixed<2>{});
-        case 3: return f(Fixed<3>{});
-        case 4: return f(Fixed<4>{});
-        case 5: return f(Fixed<5>{});
-        case 6: return f(Fixed<6>{});
-        default: return f(int(n));
-        } }
+    static auto withOrders(auto f, std::ptrdiff_t n) { return withGeneralOrder(f, n); }
 
     template <class V, class N>
     static IndexOf<V> pack(Objects k, N n, const auto& a, const auto& wr, const auto& wi, const auto& vr, const auto& vl)
@@ -40,7 +32,8 @@ struct Eig {
 #define EIG(T)                                                                                                              \
     std::ptrdiff_t n, std::ptrdiff_t count, KESL_MATRIX_OF(const T, a), KESL_VECTOR_OF(T, wr), KESL_VECTOR_OF(T, wi),       \
         KESL_MATRIX_OF(T, vr), KESL_MATRIX_OF(T, vl), int *info
-KESL_FUNCTIONS(eig, EIG, call<Eig>(sizes(n), count, info, KESL_MATRIX(a), KESL_VECTOR(wr), KESL_VECTOR(wi),
-                                   optional(KESL_MATRIX(vr)), optional(KESL_MATRIX(vl))))
+KESL_FUNCTIONS(eig, EIG,
+               call<Eig>(sizes(n), count, info, KESL_MATRIX(a), KESL_VECTOR(wr), KESL_VECTOR(wi), optional(KESL_MATRIX(vr)),
+                         optional(KESL_MATRIX(vl))))
 
 } // namespace kesl::stacks

@@ -12,14 +12,14 @@ namespace kesl::stacks {
 
 template <class V, class N, class M> void multiply(Tile<V, N, M>& a, IndexOf<V> exponent)
 {
-    for (int i = 0; i < a.n * a.m; ++i) a.e[i] = timesPowerOfTwo(a.e[i], exponent);
+    const TwoPowers<V> power(exponent);
+    for (int i = 0; i < a.n * a.m; ++i) a.e[i] = power.times(a.e[i]);
 }
 
 // The eigenvalues re + i im, of unit length the right and left vectors, which may be null. a is overwritten. Info: -1 where
 // a is not finite; otherwise how many of the first eigenvalues were not found.
-template <bool vectors, class V, class N>
-IndexOf<V> general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>, N>& im, Tile<V, N, N>* right,
-                   Tile<V, N, N>* left)
+template <bool vectors, class V, class N> IndexOf<V>
+general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>, N>& im, Tile<V, N, N>* right, Tile<V, N, N>* left)
 {
     using Index = IndexOf<V>;
     using Basis = std::conditional_t<vectors, Tile<V, N, N>, NoBasis>;
@@ -57,6 +57,18 @@ IndexOf<V> general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>,
         if (left) side(Side::left, *left);
     }
     return info;
+}
+
+// The orders that have code of their own: larger ones gain little by it.
+inline auto withGeneralOrder(auto f, std::ptrdiff_t n)
+{
+    switch (n) {
+    case 1: return f(Fixed<1>{});
+    case 2: return f(Fixed<2>{});
+    case 3: return f(Fixed<3>{});
+    case 4: return f(Fixed<4>{});
+    default: return f(int(n));
+    }
 }
 
 } // namespace kesl::stacks

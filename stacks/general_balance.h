@@ -16,7 +16,7 @@ template <class V, class N> void balance(Tile<V, N, N>& a, const Isolated<V, N>&
     using T = ElementOf<V>;
     using Index = IndexOf<V>;
     constexpr int limit = bias<V> / 2 - 3; // so that the quotient of two elements of D is a number, too
-    constexpr int sweeps = 32;            // the norm shrinks with each; this many bring any matrix to rest or near it
+    constexpr int sweeps = 32;             // the norm shrinks with each; this many bring any matrix to rest or near it
     const int n = a.n;
     bool changed = true;
     V weights[most<N>]; // 0 for isolated rows, whose elements do not count

@@ -23,8 +23,8 @@ template <class V, class N, class Basis> struct Francis {
     N n = h.rows();
     static constexpr bool whole = wanted<Basis>, all = whole || isFixed<N>; // rows and columns of the steps
 
-    Index top{}, bottom{};      // 0 and 0 where all blocks are small
-    int first = 0, last = 0;    // the rows of all active blocks
+    Index top{}, bottom{};   // 0 and 0 where all blocks are small
+    int first = 0, last = 0; // the rows of all active blocks
 
     // f(i) for i = from .. to - 1, written out where the order is known, so that the tile lives in registers.
     [[gnu::always_inline]] static void each(int from, int to, auto f)
@@ -48,7 +48,8 @@ template <class V, class N, class Basis> struct Francis {
             if (any(small & (s > 0))) {
                 const V u = abs(h(k - 1, k)), difference = abs(before - d), diagonal = abs(d);
                 const V ab = s > u ? s : u, ba = s > u ? u : s;
-                const V aa = diagonal > difference ? diagonal : difference, bb = diagonal > difference ? difference : diagonal;
+                const V aa = diagonal > difference ? diagonal : difference,
+                        bb = diagonal > difference ? difference : diagonal;
                 const V sum = aa + ab;
                 small = small & (ba * (ab / sum) <= (bb * (aa / sum)) * eps);
             }
@@ -127,7 +128,8 @@ template <class V, class N, class Basis> struct Francis {
         };
         constexpr int third = three ? 2 : 1;
         for (int j = k; j < (all ? n : last + 1); ++j) reflect(h(k, j), h(k + 1, j), h(k + third, j));
-        for (int i = all ? 0 : first; i <= std::min(k + 3, all ? n - 1 : last); ++i) reflect(h(i, k), h(i, k + 1), h(i, k + third));
+        for (int i = all ? 0 : first; i <= std::min(k + 3, all ? n - 1 : last); ++i)
+            reflect(h(i, k), h(i, k + 1), h(i, k + third));
         if constexpr (whole)
             for (int i = 0; i < n; ++i) reflect(z(i, k), z(i, k + 1), z(i, k + third));
     }

@@ -23,11 +23,11 @@ template <class V, class N> struct SchurVectors {
     static constexpr int capacity = most<N>;
 
     int n;
-    const V *form, *basis; // element (0, 0) of T and of Z as this side sees them
+    const V *form, *basis;                         // element (0, 0) of T and of Z as this side sees them
     std::ptrdiff_t rowStep, columnStep, basisStep; // those of T, and to the next column of Z
-    V p[capacity], q[capacity], w[capacity]; // at the first row of a pair; 1, 0, 0 for single rows
-    Mask heads[capacity];                    // where a lane has the first row of a pair
-    V re[capacity], im[capacity];            // the vector of T that is being made
+    V p[capacity], q[capacity], w[capacity];       // at the first row of a pair; 1, 0, 0 for single rows
+    Mask heads[capacity];                          // where a lane has the first row of a pair
+    V re[capacity], im[capacity];                  // the vector of T that is being made
 
     V t(int i, int j) const { return form[i * rowStep + j * columnStep]; }
     Mask tail(int i) const { return i > 0 ? heads[i - 1] : Mask{}; }
@@ -68,7 +68,8 @@ template <class V, class N> struct SchurVectors {
         d.re = close ? smallest : d.re, d.im = close ? V{} : d.im;
         const V size = abs(d.re) + abs(d.im), sizeOfF = abs(f.re) + abs(f.im);
         if (const Mask large = sizeOfF > size * huge; any(large)) [[unlikely]] {
-            const V down = large ? powerOfTwo<V>(large & (exponentOf(size) + (growth - 1) - exponentOf(sizeOfF))) : splat<V>(1);
+            const V down =
+                large ? powerOfTwo<V>(large & (exponentOf(size) + (growth - 1) - exponentOf(sizeOfF))) : splat<V>(1);
             const auto scale = [&](V& x, V& y) KESL_INLINE { x = x * down, y = y * down; };
             for (int i = from; i <= to; ++i) scale(re[i], im[i]);
             scale(f.re, f.im), (scale(others.re, others.im), ...);

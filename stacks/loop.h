@@ -1,0 +1,50 @@
+// Loops over the elements of tiles whose sizes are fixed or not.
+#pragma once
+#include "stacks/tile.h"
+
+namespace kesl::stacks {
+
+// f(i) for i = from .. to - 1. Where the size N is fixed it is written out, so that tiles live in registers.
+template <class N> [[gnu::always_inline]] inline void loop(int from, int to, auto f)
+{
+    if constexpr (isFixed<N>)
+#pragma GCC unroll 16
+        for (int i = from; i < to; ++i) f(i);
+    else
+#pragma GCC unroll 1
+        for (int i = from; i < to; ++i) f(i);
+}
+
+// The same downwards, from to - 1 to from.
+template <class N> [[gnu::always_inline]] inline void loopDown(int from, int to, auto f)
+{
+    loop<N>(from, to, [&](int i) KESL_INLINE { f(from + to - 1 - i); });
+}
+
+// y = the transpose of x.
+template <class V, class N, class M> [[gnu::always_inline]] inline void transpose(const Tile<V, N, M>& x, Tile<V, M, N>& y)
+{
+    loop<N>(0, x.n, [&](int i) KESL_INLINE { loop<M>(0, x.m, [&](int j) KESL_INLINE { y(j, i) = x(i, j); }); });
+}
+template <class V, class N> [[gnu::always_inline]] inline void transpose(Tile<V, N, N>& x)
+{
+    loop<N>(0, x.n, [&](int i) KESL_INLINE { loop<N>(0, i, [&](int j) KESL_INLINE { std::swap(x(i, j), x(j, i)); }); });
+}
+
+// f(Fixed<n>) for sizes up to `last`, which have code of their own, and f(int) for any other.
+template <int last> [[gnu::always_inline]] inline auto withFixed(std::ptrdiff_t n, auto f)
+{
+    if constexpr (last == 0) return f(int(n));
+    else return n == last ? f(Fixed<last>{}) : withFixed<last - 1>(n, f);
+}
+// The same for square matrices, f(Fixed<n>, Fixed<n>), and f(int, int) for any other.
+template <int last> [[gnu::always_inline]] inline auto withSquare(std::ptrdiff_t m, std::ptrdiff_t n, auto f)
+{
+    const auto square = [&]<class N>(N order) {
+        if constexpr (isFixed<N>) return f(order, order);
+        else return f(int(m), int(n));
+    };
+    return withFixed<last>(m == n ? n : largestSize, square);
+}
+
+} // namespace kesl::stacks

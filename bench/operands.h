@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 #include <tuple>
+#include <type_traits>
 #include <vector>
 
 namespace bench {
@@ -119,6 +120,7 @@ template <class V>
 concept InOnePiece = !V::planes;
 template <class V>
 concept Packed = V::contiguous;
+template <int N> using Order = std::integral_constant<int, N>; // for what exists at one order only
 
 // Loops over all elements in the order in which they lie.
 template <class D> void elements(Range range, const D& d, auto body)

@@ -3,8 +3,7 @@
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 struct Affine {
     static constexpr const char* name = "Affine";
@@ -42,20 +41,16 @@ struct Affine {
                      dst.assign(k, (a * src.eigen(k).transpose().homogeneous()).hnormalized().transpose());
              }},
         Peer{"eigen-all", // one product for the whole array
-             [](auto, Range range, auto matrix, auto src,
-                auto dst) requires(decltype(src)::contiguous){using T = std::decay_t<decltype(src(0, 0, 0))>;
-    using Points = Eigen::Map<Eigen::Matrix<T, 3, Eigen::Dynamic>>;
-    const Eigen::Matrix<T, 4, 4> a = matrix.eigen(0);
-    const int length = range.end - range.begin;
-    Points to(dst.object(range.begin), 3, length);
-    to = (a * Points(src.object(range.begin), 3, length).colwise().homogeneous()).colwise().hnormalized();
-}
-} // namespace
-,
-}
-;
-}
-;
+             [](auto, Range range, auto matrix, Packed auto src, Packed auto dst) {
+                 using T = std::decay_t<decltype(src(0, 0, 0))>;
+                 using Points = Eigen::Map<Eigen::Matrix<T, 3, Eigen::Dynamic>>;
+                 const Eigen::Matrix<T, 4, 4> a = matrix.eigen(0);
+                 const int length = range.end - range.begin;
+                 Points to(dst.object(range.begin), 3, length);
+                 to = (a * Points(src.object(range.begin), 3, length).colwise().homogeneous()).colwise().hnormalized();
+             }},
+    };
+};
 
 [[maybe_unused]] const bool registered = rows<Affine, Plan::full, 3>();
 

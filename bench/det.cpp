@@ -38,41 +38,19 @@ template <class T, std::size_t N> T det(T (&a)[N][N])
     return result;
 }
 
-// The library's order of arguments: the order and the scratch stand before the results, which take no strides.
-template <class T> T scratch[7 * 7 + 7];
-template <class T> constexpr auto array(auto f) // standard and L
-{
-    return [f](auto src, int s0, int s1, int s2, auto dst, int, int, int n, int count) {
-        if constexpr (std::is_same_v<decltype(dst), T*>) return f(src, s0, s1, s2, n, scratch<T>, dst, count);
-        else return f(src, s0, s1, s2, n, scratch<T>, *dst, count);
-    };
-}
-template <class T> constexpr auto arrayP(auto f)
-{
-    return [f](auto src, int shift, int s0, auto dst, int, int, int n, int count) {
-        return f(src, shift, s0, n, scratch<T>, *dst, count);
-    };
-}
-template <class T> constexpr auto single(auto f)
-{
-    return [f](auto src, int s1, int s2, T* dst, int, int n) { return f(src, s1, s2, n, scratch<T>, dst); };
-}
-
 struct Det {
     static constexpr const char* name = "Det_ma";
-    static constexpr std::tuple functions{array<float>(keslDet_ma_32f),    array<double>(keslDet_ma_64f),
-                                          array<float>(keslDet_ma_32f_L),  array<double>(keslDet_ma_64f_L),
-                                          arrayP<float>(keslDet_ma_32f_P), arrayP<double>(keslDet_ma_64f_P)};
-    static constexpr std::tuple alone{single<float>(keslDet_m_32f), single<double>(keslDet_m_64f)};
-    template <int N> using Operands = std::tuple<ma<N, N>, out<va<1>>>;
-    template <int N> static constexpr std::tuple sizes{N};
+    static constexpr auto functions = KESL_FUNCTIONS(keslDet_ma);
+    static constexpr auto alone = KESL_ALONE(keslDet_m);
+    template <int N> using Operands = std::tuple<withOrder<ma<N, N>>, scratch<N * N + N>, result>;
+    template <int N> static constexpr std::tuple sizes{};
     static constexpr double tolerance = 1000;
 
     template <class T> static void fill(int, T* a, int n, Random& random) { fillRegular(a, n, random); }
 
     static constexpr std::tuple peers{
         Peer{"plain",
-             [](auto n, Range range, auto src, auto dst) {
+             [](auto n, Range range, auto src, auto, auto dst) {
                  constexpr int N = n;
 #pragma GCC ivdep
                  for (int k = range.begin; k < range.end; ++k) {
@@ -83,12 +61,11 @@ struct Det {
                  }
              }},
         Peer{"eigen",
-             [](auto, Range range, auto src, auto dst) {
+             [](auto, Range range, auto src, auto, auto dst) {
                  for (int k = range.begin; k < range.end; ++k) dst(k, 0, 0) = src.eigen(k).determinant();
              }},
     };
 };
 
-// The library takes no gaps between results.
 [[maybe_unused]] const bool registered = rows<Det, Plan::packed, 3, 4, 5, 6>() && rows<Det, Plan::cache, 2, 7>();
 } // namespace

@@ -12,16 +12,12 @@ void dgetri_(const int*, double*, const int*, const int*, double*, const int*, i
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 void getrf(const int* n, float* a, int* pivots, int* info) { sgetrf_(n, n, a, n, pivots, info); }
 void getrf(const int* n, double* a, int* pivots, int* info) { dgetrf_(n, n, a, n, pivots, info); }
 void getri(const int* n, float* a, int* p, float* work, const int* l, int* info) { sgetri_(n, a, n, p, work, l, info); }
-void getri(const int* n, double* a, int* p, double* work, const int* l, int* info)
-{
-    dgetri_(n, a, n, p, work, l, info);
-}
+void getri(const int* n, double* a, int* p, double* work, const int* l, int* info) { dgetri_(n, a, n, p, work, l, info); }
 
 // What one writes by hand: closed forms up to order 4, above them Gauss-Jordan elimination with row exchanges.
 
@@ -121,24 +117,22 @@ struct Invert {
              [](auto, Range range, auto src, auto, auto dst) {
                  for (int k = range.begin; k < range.end; ++k) dst.assign(k, src.eigen(k).inverse());
              }},
-        Peer{"lapack", [](auto n, Range range, auto src, auto,
-                          auto dst) requires(!decltype(src)::planes){using Matrix = typename decltype(src)::Matrix;
-    constexpr int order = n, length = 64 * n;
-    int pivots[order], info;
-    std::decay_t<decltype(src(0, 0, 0))> work[length];
-    for (int k = range.begin; k < range.end; ++k) {
-        Matrix a = src.eigen(k); // by columns it is the transpose, and so is its inverse
-        getrf(&order, a.data(), pivots, &info);
-        getri(&order, a.data(), pivots, work, &length, &info);
-        dst.assign(k, a);
-    }
-}, Where::cacheOnly
-} // namespace
-,
-}
-;
-}
-;
+        Peer{"lapack",
+             [](auto n, Range range, InOnePiece auto src, auto, InOnePiece auto dst) {
+                 using Matrix = typename decltype(src)::Matrix;
+                 constexpr int order = n, length = 64 * n;
+                 int pivots[order], info;
+                 std::decay_t<decltype(src(0, 0, 0))> work[length];
+                 for (int k = range.begin; k < range.end; ++k) {
+                     Matrix a = src.eigen(k); // by columns it is the transpose, and so is its inverse
+                     getrf(&order, a.data(), pivots, &info);
+                     getri(&order, a.data(), pivots, work, &length, &info);
+                     dst.assign(k, a);
+                 }
+             },
+             Where::cacheOnly},
+    };
+};
 
 [[maybe_unused]] const bool registered = rows<Invert, Plan::full, 3, 4, 5, 6>() && rows<Invert, Plan::cache, 2, 7>();
 

@@ -16,8 +16,11 @@ struct Copy : Square {
     static constexpr auto functions = std::make_tuple(keslCopy_ma_32f_SS, keslCopy_ma_64f_SS, keslCopy_ma_32f_LL,
                                                       keslCopy_ma_64f_LL, keslCopy_ma_32f_PP, keslCopy_ma_64f_PP);
     static constexpr std::tuple peers{
-        Peer{"plain", [](auto, Range range, auto a,
-                         auto d) { elements(range, d, [&](int k, int i, int j) { d(k, i, j) = a(k, i, j); }); }},
+        Peer{"plain",
+             [](auto, Range range, auto a, auto d) {
+                 const auto put = [&](int k, int i, int j) { d(k, i, j) = a(k, i, j); };
+                 elements(range, d, put);
+             }},
         Peer{"memcpy", // the longest runs that there are
              [](auto, Range range, auto a, auto d) {
                  const auto copied = [](auto* to, const auto* from, int n) {
@@ -37,20 +40,19 @@ struct Copy : Square {
     };
 };
 
-// clang-format off
 struct Transposing : Square {
     static constexpr std::tuple peers{
         Peer{"plain",
              [](auto, Range range, auto a, auto d) {
-                 elements(range, d, [&](int k, int i, int j) { d(k, i, j) = a(k, j, i); });
+                 const auto put = [&](int k, int i, int j) { d(k, i, j) = a(k, j, i); };
+                 elements(range, d, put);
              }},
-        Peer{"eigen", [](auto, Range range, auto a, auto d)
-                          requires(!d.planes) {
-                              for (int k = range.begin; k < range.end; ++k) d.assign(k, a.eigen(k).transpose());
-                          }},
+        Peer{"eigen",
+             [](auto, Range range, auto a, InOnePiece auto d) {
+                 for (int k = range.begin; k < range.end; ++k) d.assign(k, a.eigen(k).transpose());
+             }},
     };
 };
-// clang-format on
 
 // The sizes of a transposition stand behind its source.
 template <class F> constexpr auto sizesBetween(F f)
@@ -81,19 +83,12 @@ struct Transpose : Transposing {
         std::make_tuple(sizesBetweenAlone(keslTranspose_m_32f), sizesBetweenAlone(keslTranspose_m_64f));
 };
 
-// Its destination has no strides.
-constexpr auto intoPacked(auto f)
-{
-    return [=](auto src, int src0, int src1, int src2, auto dst, int, int, int, int width, int height, int count) {
-        f(src, src0, src1, src2, dst, width, height, count);
-    };
-}
 struct Extract : Transposing {
     static constexpr const char* name = "Extract_ta";
-    static constexpr auto functions = std::make_tuple(intoPacked(keslExtract_ta_32f), intoPacked(keslExtract_ta_64f));
+    static constexpr auto functions = KESL_FUNCTIONS(keslExtract_ta);
+    template <int N> using Operands = std::tuple<ma<N, N>, out<tight<ma<N, N>>>>;
 };
 
-// clang-format off
 struct LoadIdentity {
     static constexpr const char* name = "LoadIdentity_ma";
     static constexpr auto functions = KESL_FUNCTIONS(keslLoadIdentity_ma);
@@ -104,13 +99,11 @@ struct LoadIdentity {
         Peer{"plain",
              [](auto, Range range, auto d) { elements(range, d, [&](int k, int i, int j) { d(k, i, j) = i == j; }); }},
         Peer{"eigen",
-             [](auto, Range range, auto d)
-                 requires(!d.planes) {
-                     for (int k = range.begin; k < range.end; ++k) d.eigen(k).setIdentity();
-                 }},
+             [](auto, Range range, InOnePiece auto d) {
+                 for (int k = range.begin; k < range.end; ++k) d.eigen(k).setIdentity();
+             }},
     };
 };
-// clang-format on
 
 [[maybe_unused]] const bool registered = rows<Copy, Plan::full, 3, 4, 5, 6>() && rows<Transpose, Plan::full, 3, 4, 5, 6>() &&
                                          rows<Extract, Plan::cache, 3, 4, 5, 6>() &&

@@ -49,18 +49,16 @@ template <bool firstIsArray, bool secondIsArray> struct Product {
                      else put(d, k, x * b.eigen(k));
              }},
 #ifdef BENCH_XSMM
-        // clang-format off
         // By columns: the transposed product of the transposed factors.
         Peer{"libxsmm",
-             [](auto, Range range, auto a, auto b, auto d) requires(!decltype(d)::planes) {
+             [](auto, Range range, auto a, auto b, InOnePiece auto d) {
                  using T = std::remove_cvref_t<decltype(a(0, 0, 0))>;
                  const auto rowLength = [](auto view) { return int(&view(0, 1, 0) - &view(0, 0, 0)); };
-                 const libxsmm_mmfunction<T> product(LIBXSMM_GEMM_FLAG_NONE, d.cols, d.rows, a.cols, rowLength(b), rowLength(a),
-                                                     rowLength(d), T(1), T(0));
+                 const libxsmm_mmfunction<T> product(LIBXSMM_GEMM_FLAG_NONE, d.cols, d.rows, a.cols, rowLength(b),
+                                                     rowLength(a), rowLength(d), T(1), T(0));
                  for (int k = range.begin; k < range.end; ++k)
                      product(&b(secondIsArray ? k : 0, 0, 0), &a(firstIsArray ? k : 0, 0, 0), &d(k, 0, 0));
              }},
-        // clang-format on
 #endif
     };
 };

@@ -93,33 +93,7 @@ struct Frobenius : Norm {
     template <int N> static constexpr std::tuple sizes{};
 };
 
-struct Trace {
-    static constexpr const char* name = "Trace_ma";
-    static constexpr auto functions = KESL_FUNCTIONS(keslTrace_ma);
-    static constexpr auto alone = KESL_ALONE(keslTrace_m);
-    template <int N> using Operands = std::tuple<withOrder<ma<N, N>>, result>;
-    template <int N> static constexpr std::tuple sizes{};
-    static constexpr double tolerance = 10;
-    static constexpr bool positive = true;
-    static constexpr std::tuple peers{
-        Peer{"plain",
-             [](auto, Range range, auto a, auto d) {
-#pragma GCC ivdep
-                 for (int k = range.begin; k < range.end; ++k) {
-                     auto sum = a(k, 0, 0);
-                     for (int i = 1; i < a.cols; ++i) sum += a(k, i, i);
-                     d(k, 0, 0) = sum;
-                 }
-             }},
-        Peer{"eigen",
-             [](auto, Range range, auto a, auto d) {
-                 for (int k = range.begin; k < range.end; ++k) d(k, 0, 0) = a.eigen(k).trace();
-             }},
-    };
-};
-
-[[maybe_unused]] const bool registered =
-    rows<Dot, Plan::full, 3, 4, 5, 6>() && rows<Cross, Plan::packed, 3>() && rows<L2, Plan::packed, 3, 4, 5, 6>() &&
-    rows<Frobenius, Plan::packed, 3, 4, 5, 6>() && rows<Trace, Plan::packed, 3, 4, 5, 6>();
+[[maybe_unused]] const bool registered = rows<Dot, Plan::full, 3, 4, 5, 6>() && rows<Cross, Plan::packed, 3>() &&
+                                         rows<L2, Plan::packed, 3, 4, 5, 6>() && rows<Frobenius, Plan::packed, 3, 4, 5, 6>();
 
 } // namespace

@@ -11,8 +11,7 @@ void dsyev_(const char*, const char*, const int*, double*, const int*, double*, 
 
 using namespace bench;
 
-namespace
-{
+namespace {
 
 void syev(const char* job, int n, float* a, float* values)
 {
@@ -95,16 +94,19 @@ struct ValuesSym {
              [](auto, Range range, auto src, auto, auto dst) {
                  using Matrix = typename decltype(src)::Matrix;
                  Eigen::SelfAdjointEigenSolver<Matrix> solver;
-                 for (int k = range.begin; k < range.end; ++k)
-                     dst.assign(k, solver.compute(src.eigen(k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
+                 for (int k = range.begin; k < range.end; ++k) {
+                     solver.compute(src.eigen(k), Eigen::EigenvaluesOnly);
+                     dst.assign(k, solver.eigenvalues().reverse().transpose());
+                 }
              }},
         Peer{"eigen-direct", // the closed form of order 3, of less accuracy
-             [](auto n, Range range, auto src, auto, auto dst) requires(n == 3)
-             {
+             [](Order<3>, Range range, auto src, auto, auto dst) {
                  using Matrix = typename decltype(src)::Matrix;
                  Eigen::SelfAdjointEigenSolver<Matrix> solver;
-                 for (int k = range.begin; k < range.end; ++k)
-                     dst.assign(k, solver.computeDirect(src.eigen(k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
+                 for (int k = range.begin; k < range.end; ++k) {
+                     solver.computeDirect(src.eigen(k), Eigen::EigenvaluesOnly);
+                     dst.assign(k, solver.eigenvalues().reverse().transpose());
+                 }
              },
              Where::aside},
         Peer{"lapack",
@@ -117,7 +119,8 @@ struct ValuesSym {
                      dst.assign(k, values.reverse());
                  }
              },
-             Where::cacheOnly}};
+             Where::cacheOnly},
+    };
 };
 
 // Six numbers for a symmetric matrix of order 3, read through nine pointers.
@@ -130,7 +133,8 @@ struct ValuesSym6 {
         static_cast<void>(stride2);
         function(list, 0, stride0, buffer, dst, n, count);
     }
-    static constexpr auto functions = std::make_tuple(call<float, keslEigenValuesSym_ma_32f_P>, call<double, keslEigenValuesSym_ma_64f_P>);
+    static constexpr auto functions =
+        std::make_tuple(call<float, keslEigenValuesSym_ma_32f_P>, call<double, keslEigenValuesSym_ma_64f_P>);
     template <int> using Operands = std::tuple<va<6>, scratch<9>, results<3>>;
     template <int N> static constexpr std::tuple sizes{N};
     static constexpr double tolerance = 100;
@@ -140,7 +144,8 @@ struct ValuesSym6 {
     template <class T> static auto matrix(auto src, int k)
     {
         Eigen::Matrix<T, 3, 3> a;
-        a << src(k, 0, 0), src(k, 0, 1), src(k, 0, 2), src(k, 0, 1), src(k, 0, 3), src(k, 0, 4), src(k, 0, 2), src(k, 0, 4), src(k, 0, 5);
+        const auto at = [&](int element) { return src(k, 0, element); };
+        a << at(0), at(1), at(2), at(1), at(3), at(4), at(2), at(4), at(5);
         return a;
     }
 
@@ -163,16 +168,22 @@ struct ValuesSym6 {
              [](auto, Range range, auto src, auto, auto dst) {
                  using T = std::decay_t<decltype(src(0, 0, 0))>;
                  Eigen::SelfAdjointEigenSolver<Eigen::Matrix<T, 3, 3>> solver;
-                 for (int k = range.begin; k < range.end; ++k)
-                     dst.assign(k, solver.compute(matrix<T>(src, k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
+                 for (int k = range.begin; k < range.end; ++k) {
+                     solver.compute(matrix<T>(src, k), Eigen::EigenvaluesOnly);
+                     dst.assign(k, solver.eigenvalues().reverse().transpose());
+                 }
              }},
-        Peer{"eigen-direct", [](auto, Range range, auto src, auto, auto dst) {
+        Peer{"eigen-direct",
+             [](auto, Range range, auto src, auto, auto dst) {
                  using T = std::decay_t<decltype(src(0, 0, 0))>;
                  Eigen::SelfAdjointEigenSolver<Eigen::Matrix<T, 3, 3>> solver;
-                 for (int k = range.begin; k < range.end; ++k)
-                     dst.assign(k, solver.computeDirect(matrix<T>(src, k), Eigen::EigenvaluesOnly).eigenvalues().reverse().transpose());
+                 for (int k = range.begin; k < range.end; ++k) {
+                     solver.computeDirect(matrix<T>(src, k), Eigen::EigenvaluesOnly);
+                     dst.assign(k, solver.eigenvalues().reverse().transpose());
+                 }
              },
-             Where::aside}};
+             Where::aside},
+    };
 };
 
 struct VectorsSym {
@@ -223,8 +234,7 @@ struct VectorsSym {
                  }
              }},
         Peer{"eigen-direct", // the closed form of order 3, of less accuracy
-             [](auto n, Range range, auto src, auto, auto vectors, auto values) requires(n == 3)
-             {
+             [](Order<3>, Range range, auto src, auto, auto vectors, auto values) {
                  using Matrix = typename decltype(src)::Matrix;
                  Eigen::SelfAdjointEigenSolver<Matrix> solver;
                  for (int k = range.begin; k < range.end; ++k) {
@@ -246,10 +256,11 @@ struct VectorsSym {
                      vectors.assign(k, a.rowwise().reverse());
                  }
              },
-             Where::cacheOnly}};
+             Where::cacheOnly},
+    };
 };
 
-[[maybe_unused]] const bool registered = rows<ValuesSym, Plan::layouts, 3, 4, 5, 6>() && rows<ValuesSym6, Plan::cache, 3>()
-                                      && rows<VectorsSym, Plan::layouts, 3, 4, 5, 6>();
+[[maybe_unused]] const bool registered = rows<ValuesSym, Plan::layouts, 3, 4, 5, 6>() &&
+                                         rows<ValuesSym6, Plan::cache, 3>() && rows<VectorsSym, Plan::layouts, 3, 4, 5, 6>();
 
 } // namespace

@@ -36,7 +36,6 @@ constexpr auto fewerOfOne(auto function) // the vector is a single one
     std::make_tuple(fewer(name##_32f), fewer(name##_64f), fewer(name##_32f_L), fewer(name##_64f_L), fewer(name##_32f_P),    \
                     fewer(name##_64f_P))
 
-// clang-format off
 // ---- The alternatives to f(x, y, c): elements of two operands, or Eigen's arrays of them, and a constant. An operand of
 // one element is a constant of its object; one with `single` is the same for all.
 enum class With { array, single };
@@ -44,14 +43,16 @@ enum class With { array, single };
 template <class D> using ElementOf = std::decay_t<decltype(std::declval<D>()(0, 0, 0))>;
 template <With with> int indexOf(int k) { return with == With::single ? 0 : k; }
 
+// Runs of elements exist where nothing but arrays of whole objects without gaps take part.
+template <class V, With x, With y>
+concept Flat = x == With::array && y == With::array && V::contiguous && (V::cols > 1);
+
 template <class F, With x = With::array, With y = With::array> struct Alternatives {
     static auto element(const auto& a, int k, int i, int j) { return a(k, i, a.cols == 1 ? 0 : j); }
     static auto array(const auto& a, int k)
     {
-        if constexpr (a.cols == 1)
-            return a(k, 0, 0);
-        else
-            return a.eigen(k).array();
+        if constexpr (a.cols == 1) return a(k, 0, 0);
+        else return a.eigen(k).array();
     }
     static void plain(Range range, auto a, auto d) { plain(range, a, a, d); }
     static void plain(Range range, auto a, auto b, auto d)
@@ -77,26 +78,20 @@ template <class F, With x = With::array, With y = With::array> struct Alternativ
         for (int k = range.begin; k < range.end; ++k)
             d.assign(k, F{}(array(a, indexOf<x>(k)), array(b, indexOf<y>(k)), c).matrix());
     }
-    // Runs of elements exist where nothing but arrays of whole objects without gaps take part.
-    template <class... Views>
-    static constexpr bool isFlat = x == With::array && y == With::array && ((Views::contiguous && Views::cols > 1) && ...);
-
     static constexpr std::tuple peers{
         Peer{"plain", [](auto, Range range, auto... views) { plain(range, views...); }},
-        Peer{"flat", [](auto, Range range, auto... views) requires(isFlat<decltype(views)...>) { flat(range, views...); }},
-        Peer{"eigen",
-             [](auto, Range range, auto... views)
-                 requires(!(views.planes || ...)) { eigen(range, views...); }},
+        Peer{"flat", [](auto, Range range, Flat<x, y> auto... views) { flat(range, views...); }},
+        Peer{"eigen", [](auto, Range range, InOnePiece auto... views) { eigen(range, views...); }},
     };
 };
 
+// clang-format off
 struct Sum         { auto operator()(auto x, auto y, auto)   const { return x + y; } };
 struct Shifted     { auto operator()(auto x, auto, auto c)   const { return x + c; } };
 struct Product     { auto operator()(auto x, auto y, auto)   const { return x * y; } };
 struct Scaled      { auto operator()(auto x, auto, auto c)   const { return x * c; } };
 struct WithProduct { auto operator()(auto x, auto y, auto c) const { return x * c + y; } };
 struct Combination { auto operator()(auto x, auto y, auto c) const { return x * c + y * c; } };
-
 // clang-format on
 
 struct Common {

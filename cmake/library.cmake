@@ -1,6 +1,7 @@
 # The library, once for each level. All levels have one soname; the dynamic loader picks the best that the processor has.
 file(GLOB KESLMX_SOURCES CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
     frame/*.cpp elementwise/*.cpp products/*.cpp movement/*.cpp solvers/*.cpp eigen/*.cpp geometry/*.cpp)
+list(FILTER KESLMX_SOURCES INCLUDE REGEX "${KESLMX_MODULES}")
 
 # g++ 12.2 fuses sums and differences of products when it vectorises scalar code, in spite of -ffp-contract=off: where
 # rotations are computed it must not. Packs are vectors anyway.

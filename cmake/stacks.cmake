@@ -20,7 +20,7 @@ function(kesl_library target directory)
         target_link_options(${target} PRIVATE -Wl,-z,defs)
     endif()
     set_target_properties(${target} PROPERTIES
-        OUTPUT_NAME kesl  VERSION ${KESL_VERSION}  SOVERSION 1  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib${directory}
+        BUILD_WITH_INSTALL_RPATH ON  OUTPUT_NAME kesl  VERSION ${KESL_VERSION}  SOVERSION 1  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib${directory}
         LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/stacks.map)
 endfunction()
 

@@ -1,7 +1,7 @@
 // General real eigenproblems: what the families share. The method stands in schur.h and substitution.h.
 #pragma once
+#include "frame/array.h"
 #include "frame/call.h"
-#include "frame/objects.h"
 
 namespace kesl {
 
@@ -30,17 +30,8 @@ enum class Sides { right, left, both };
 constexpr KeslStatus quietEnd = 1; // ends the kernel as a failure does, and is reported as keslStatusOk
 template <class T, class N> KeslStatus eigenvectors(Sides sides, T* memory, const T* im, N n);
 
-// Whether objects are treated by packs V: by the widest, where it has lanes enough.
-template <class V> constexpr bool inPacks = sizeof(V) == widest && lanes<V> >= 4;
-
-// f(o), or f(o as an operand with contiguous rows) where that is true of it.
-template <class T, Kind K, bool array, Form F>
-[[gnu::always_inline]] inline auto withRows(const Operand<T, K, array, F>& o, auto f)
-{
-    if constexpr (!contiguousRows(F) && F != P)
-        if (o.rowsAreContiguous()) return f(o.template as < F == S2 ? S : L > ());
-    return f(o);
-}
+// Objects are treated by the widest packs, where these have lanes enough.
+constexpr Packs widePacks{.least = 4, .four = false};
 
 // Reads an object as the matrix that `h` shall be the transpose of.
 template <class T> void readRows(auto src, T* h, int n)

@@ -15,49 +15,24 @@
 
 namespace kesl {
 
+// Of one matrix and of arrays: compiled once, in general_values.cpp.
+template <class T>
+KeslStatus eigenValues(const Array<const T>& src, Table<T> re, Table<T> im, int order, int count, T* buffer);
+
 // ---- The family.
 struct EigenValues {
     static constexpr Threshold threshold = Threshold::everywhere(10001);
     static constexpr bool canFail = true;
 
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im, Size n, Buffer<T> buffer)
+    template <class T, Form>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im, Size order, Buffer<T> buffer)
     {
-        return kernel<T, F>(src, re, im, n, One{}, buffer);
+        return eigenValues<T>({src, order, order, 1}, re, im, order, 1, buffer);
     }
-    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im,
-                                                                               Size order, auto count, Buffer<T> buffer)
+    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im, Size order,
+                                                                             Count count, Buffer<T> buffer)
     {
-        const auto status = [](bool converged) { return converged ? keslStatusOk : keslStatusNoConvergence; };
-        return withRows(src, [&](auto rows) KESL_INLINE {
-            return withOrder(order, [&](auto n) KESL_INLINE {
-                if constexpr (n > 0)
-                    return eachPack<T>(count, rows, [&]<class V>(Objects<V> k) KESL_INLINE {
-                        if constexpr (lanes<V> != 1 && !inPacks<V>) return keslStatusNoConvergence; // so they go one by one
-                        else {
-                            Block<V, n, n> h = load<n, n>(rows, k);
-                            V scratch[2 * int(n)];
-                            if constexpr (lanes<V> == 1)
-                                return status(schurForm<generalValues>(h.e[0], h.e[0], scratch, re.object(k.first),
-                                                                       im.object(k.first), n));
-                            else {
-                                V packRe[int(n)], packIm[int(n)];
-                                if (!schurForm<generalValues>(h.e[0], h.e[0], scratch, packRe, packIm, n))
-                                    return keslStatusNoConvergence;
-                                storeTable<n>(re.object(k.first), packRe), storeTable<n>(im.object(k.first), packIm);
-                                return keslStatusOk;
-                            }
-                        }
-                    });
-                else
-                    return eachObject(count, [&](int k) {
-                        const std::int64_t all = std::int64_t(order) * order;
-                        readRows(rows.object(k, order, order), buffer.p, order);
-                        return status(schurForm<generalValues>(buffer.p, buffer.p, buffer + all, re.object(k), im.object(k),
-                                                               int(order)));
-                    });
-            });
-        });
+        return eigenValues<T>({src, order, order, count}, re, im, order, count, buffer);
     }
 };
 

@@ -444,7 +444,7 @@ template <GeneralRules rules, class V, class N> struct Schur {
     }
 };
 
-template <GeneralRules rules, class V, class N> bool schurForm(V* h, V* z, V* scratch, V* re, V* im, N n)
+template <GeneralRules rules, class V, class N> [[gnu::noinline]] bool schurForm(V* h, V* z, V* scratch, V* re, V* im, N n)
 {
     Schur<rules, V, N> schur{n, {h, n}, {z, n}, re, im, scratch, scratch + n};
     schur.reduce();
@@ -452,9 +452,3 @@ template <GeneralRules rules, class V, class N> bool schurForm(V* h, V* z, V* sc
 }
 
 } // namespace kesl
-
-// The instances for kernels of a type; they are long, and stand in modules of their own.
-#define KESL_SCHUR_AT(rules, V, N) template bool kesl::schurForm<kesl::rules, V, N>(V*, V*, V*, V*, V*, N);
-#define KESL_SCHUR(rules, V)                                                                                                \
-    KESL_SCHUR_AT(rules, V, kesl::Fixed<3>)                                                                                 \
-    KESL_SCHUR_AT(rules, V, kesl::Fixed<4>) KESL_SCHUR_AT(rules, V, kesl::Fixed<5>) KESL_SCHUR_AT(rules, V, kesl::Fixed<6>)

@@ -337,7 +337,7 @@ template <class T, class N> struct Substitution {
     }
 };
 
-template <class T, class N> KeslStatus eigenvectors(Sides sides, T* memory, const T* im, N n)
+template <class T, class N> [[gnu::noinline]] KeslStatus eigenvectors(Sides sides, T* memory, const T* im, N n)
 {
     const std::int64_t all = std::int64_t(n) * n;
     T *const z = memory + all, *const third = z + all, *const rest = third + all;

@@ -2,6 +2,7 @@
 #pragma once
 #include "eigen/symmetric.h"
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
 
 // clang-format off
@@ -46,40 +47,56 @@ struct EigenValuesSym {
     template <class T, Form F, bool array> static constexpr T singularUpTo =
         array && F == S ? T(0x1p-52) : Precision<T>::eps;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, Table<T> dst, Size order, Count count = {})
+    template <bool array, class T, int n>
+    [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Table<T> dst, int count)
     {
-        constexpr SymRules rules = src.isArray ? symValuesArray : symValuesSingle;
+        constexpr SymRules rules = array ? symValuesArray : symValuesSingle;
+        const auto body = [&]<class V>(Objects<V> k) -> KeslStatus {
+            Block<V, n, n> a;
+            load(src, k, a);
+            if constexpr (lanes<V> == 1) return symValuesOne<rules>(a, dst.object(k.first));
+            else {
+                Local<V, false, n> values;
+                if (!symValuesPack<rules>(a, values)) return keslStatusSingular;
+                storeTable<n>(dst.object(k.first), values.e[0]);
+                return keslStatusOk;
+            }
+        };
+        if constexpr (array) return eachPack<T>(count, src, body);
+        else return body(Objects<T>{0});
+    }
+    template <bool array, class T> static KeslStatus common(auto a, T* buffer, T* to, int order, T singular)
+    {
+        if (order == 1) to[0] = a(0, 0);
+        else if (order == 2) {
+            SymPair<T> pair{.a = a(0, 0), .b = a(0, 1), .d = a(1, 1)};
+            if (const KeslStatus status = pair.values(singular)) return status;
+            to[0] = pair.first, to[1] = pair.second;
+        } else {
+            for (int i = 0; i < order; ++i)
+                for (int j = 0; j < order; ++j) buffer[std::int64_t(i) * order + j] = a(i, j);
+            return symValuesCommon < array ? symValuesArray : symValuesSingle > (buffer, to, order);
+        }
+        return keslStatusOk;
+    }
+    template <bool array, class T> [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, T* buffer,
+                                                                           Table<T> dst, int order, int count, T singular)
+    {
         return withOrder(order, [&](auto n) {
-            if constexpr (n > 0)
-                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
-                    T* const to = dst.object(k.first);
-                    const auto a = load<n, n>(src, k);
-                    if constexpr (lanes<V> == 1) return symValuesOne<rules>(a, to);
-                    else {
-                        Local<V, false, n> values;
-                        if (!symValuesPack<rules>(a, values)) return keslStatusSingular;
-                        storeTable<n>(to, values.e[0]);
-                        return keslStatusOk;
-                    }
-                });
+            if constexpr (n > 0) return fixed<array, T, n>(src, dst, count);
             else
-                return eachObject(count, [&](int k) -> KeslStatus {
-                    const auto a = src.object(k, order, order);
-                    T* const to = dst.object(k);
-                    if (order == 1) to[0] = a(0, 0);
-                    else if (order == 2) {
-                        SymPair<T> pair{.a = a(0, 0), .b = a(0, 1), .d = a(1, 1)};
-                        if (const KeslStatus status = pair.values(singularUpTo<T, F, src.isArray>)) return status;
-                        to[0] = pair.first, to[1] = pair.second;
-                    } else {
-                        for (int i = 0; i < order; ++i)
-                            for (int j = 0; j < order; ++j) buffer.p[std::int64_t(i) * order + j] = a(i, j);
-                        return symValuesCommon<rules>(buffer.p, to, order);
-                    }
-                    return keslStatusOk;
+                return eachObject(count, [&](int k) {
+                    return withViews(
+                        k, [&](auto a) { return common<array, T>(a, buffer, dst.object(k), order, singular); }, src);
                 });
         });
+    }
+
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, Table<T> dst, Size order, int count = 1)
+    {
+        constexpr bool array = src.isArray;
+        return all<array, T>({src, order, order, count}, buffer, dst, order, count, singularUpTo<T, F, array>);
     }
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 #include "eigen/symmetric.h"
 #include "frame/arguments.h"
+#include "frame/array.h"
 
 // clang-format off
 #define KESL_VECTORSSYM(as, F, T, k)                                                                                \
@@ -99,48 +100,68 @@ struct EigenValuesVectorsSym {
         .sortFirst = !array && !(sizeof(T) == 4 && F == S2),
     };
 
-    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
-    kernel(auto src, Buffer<T> buffer, auto dst, Table<T> dstValues, Size order, Count count = {})
+    template <bool array, class T, int n> [[gnu::noinline]] static KeslStatus
+    fixed(Array<const T> src, Array<T> dst, Table<T> dstValues, int count, SymLimits<SymScalar<T, array>> limits)
     {
-        constexpr bool array = src.isArray;
-        using Scalar = SymScalar<T, array>;
-        constexpr SymRules rules = array ? symVectorsArray : symVectorsSingle;
+        const auto body = [&]<class V>(Objects<V> k) -> KeslStatus {
+            T* const to = dstValues.object(k.first);
+            Block<V, n, n> x;
+            load(src, k, x);
+            if constexpr (lanes<V> == 1) {
+                constexpr SymRules rules = array ? symVectorsArray : symVectorsSingle;
+                const KeslStatus status = symVectorsOne<rules, SymScalar<T, array>>(x, to, limits);
+                store(dst, k, x);
+                return status;
+            } else {
+                Block<V, 1, n> values;
+                if (!symVectorsParts(x, values, limits.reductionEps)) return keslStatusSingular;
+                store(dst, k, x);
+                storeTable<n>(to, values.e[0]);
+                return keslStatusOk;
+            }
+        };
+        if constexpr (array) return eachPack<T>(count, src, body);
+        else return body(Objects<T>{0});
+    }
+    template <bool array, class T>
+    static KeslStatus common(auto a, T* buffer, auto v, T* to, int order, SymLimits<SymScalar<T, array>> limits)
+    {
+        if (order == 1) v(0, 0) = 1, to[0] = a(0, 0);
+        else if (order == 2) {
+            SymPair<T> pair{.a = a(0, 0), .b = a(0, 1), .d = a(1, 1)};
+            if (const KeslStatus status = pair.values(Precision<T>::eps)) return status;
+            to[0] = pair.first, to[1] = pair.second;
+            pair.vectors(v);
+        } else {
+            for (int i = 0; i < order; ++i)
+                for (int j = 0; j < order; ++j) buffer[std::int64_t(i) * order + j] = a(i, j);
+            constexpr SymRules rules = array ? symVectorsArray : symVectorsSingle;
+            return symVectorsCommon<rules, SymScalar<T, array>>(buffer, to, v, order, limits);
+        }
+        return keslStatusOk;
+    }
+    template <bool array, class T>
+    [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, T* buffer, const Array<T>& dst, Table<T> dstValues,
+                                            int order, int count, SymLimits<SymScalar<T, array>> limits)
+    {
         return withOrder(order, [&](auto n) {
-            if constexpr (n > 0)
-                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
-                    T* const to = dstValues.object(k.first);
-                    auto x = load<n, n>(src, k);
-                    if constexpr (lanes<V> == 1) {
-                        const KeslStatus status = symVectorsOne<rules, Scalar>(x, to, limits<T, F, array>);
-                        store(dst, k, x);
-                        return status;
-                    } else {
-                        Block<V, 1, n> values;
-                        if (!symVectorsParts(x, values, limits<T, F, array>.reductionEps)) return keslStatusSingular;
-                        store(dst, k, x);
-                        storeTable<n>(to, values.e[0]);
-                        return keslStatusOk;
-                    }
-                });
+            if constexpr (n > 0) return fixed<array, T, n>(src, dst, dstValues, count, limits);
             else
-                return eachObject(count, [&](int k) -> KeslStatus {
-                    const auto a = src.object(k, order, order);
-                    const auto v = dst.object(k, order, order);
-                    T* const to = dstValues.object(k);
-                    if (order == 1) v(0, 0) = 1, to[0] = a(0, 0);
-                    else if (order == 2) {
-                        SymPair<T> pair{.a = a(0, 0), .b = a(0, 1), .d = a(1, 1)};
-                        if (const KeslStatus status = pair.values(Precision<T>::eps)) return status;
-                        to[0] = pair.first, to[1] = pair.second;
-                        pair.vectors(v);
-                    } else {
-                        for (int i = 0; i < order; ++i)
-                            for (int j = 0; j < order; ++j) buffer.p[std::int64_t(i) * order + j] = a(i, j);
-                        return symVectorsCommon<rules, Scalar>(buffer.p, to, v, order, limits<T, F, array>);
-                    }
-                    return keslStatusOk;
+                return eachObject(count, [&](int k) {
+                    return withViews(
+                        k,
+                        [&](auto a, auto v) { return common<array, T>(a, buffer, v, dstValues.object(k), order, limits); },
+                        src, dst);
                 });
         });
+    }
+
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst,
+                                                                               Table<T> dstValues, Size order, int count = 1)
+    {
+        constexpr bool array = src.isArray;
+        return all<array, T>({src, order, order, count}, buffer, {dst, order, order, count}, dstValues, order, count,
+                             limits<T, F, array>);
     }
 };
 

@@ -43,6 +43,13 @@ template <class T> struct Listed {
     T* operator()(int l) const { return moved(first[l], shift); }
     Listed operator+(int elements) const { return {first, shift + elements * int(sizeof(T))}; }
 };
+// The same addresses, to be read again: kept from one use to the next they would fill more registers than there are.
+template <class T> Spaced<T> again(Spaced<T> at) { return at; }
+template <class T> Listed<T> again(Listed<T> at)
+{
+    asm("" : "+r"(at.first));
+    return at;
+}
 template <class T, Kind kind, Form F> auto lanesOf(const Operand<T, kind, true, F>& o, int first)
 {
     if constexpr (inL(F)) return Listed<T>{o.p + first, o.shift};
@@ -50,12 +57,12 @@ template <class T, Kind kind, Form F> auto lanesOf(const Operand<T, kind, true, 
 }
 
 // ---- One element of each object, lane by lane.
-template <class V> V gathered(auto at)
+template <class V> [[gnu::always_inline]] inline V gathered(auto at)
 {
     return [&]<int... l>(std::integer_sequence<int, l...>)
                KESL_INLINE { return V{*at(l)...}; }(std::make_integer_sequence<int, lanes<V>>{});
 }
-template <class V> void scatter(auto at, V x)
+template <class V> [[gnu::always_inline]] inline void scatter(auto at, V x)
 {
 #pragma GCC unroll 16
     for (int l = 0; l < lanes<V>; ++l) *at(l) = x[l];
@@ -143,6 +150,7 @@ template <int bytes, class V> [[gnu::always_inline]] inline void transpose(V* x)
 template <int bytes, class V> [[gnu::always_inline]] inline void loadPieces(auto at, V* x)
 {
     constexpr int c = perPiece<bytes, V>;
+    at = again(at);
 #pragma GCC unroll 16
     for (int r = 0; r < c; ++r)
         x[r] = joined<V, bytes>([&](int i) { return loadPack<Pack<ElementOf<V>, bytes>>(at(r + i * c)); });
@@ -155,6 +163,7 @@ template <int bytes, class V> [[gnu::always_inline]] inline void storePieces(aut
 #pragma GCC unroll 16
     for (int r = 0; r < c; ++r) x[r] = from[r];
     transpose<bytes>(x);
+    at = again(at);
     [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
 #pragma GCC unroll 16
         for (int r = 0; r < c; ++r) (storePack(at(r + i * c), pieceOf<i, bytes>(x[r])), ...);

@@ -33,6 +33,8 @@ template <class T, int bytes> struct PackOf {
 };
 template <class T, int bytes = widest> using Pack = typename PackOf<std::remove_const_t<T>, bytes>::type;
 
+template <class T> using Four = Pack<T, 4 * int(sizeof(T))>; // what is less than a pack goes by four
+
 template <class V> struct LanesOf {
     using Element = V;
     static constexpr int count = 1;

@@ -22,11 +22,18 @@ using One = Fixed<1>; // the count of a member without an array
     }
 }
 
+// body(k), which may have a status to return.
+[[gnu::always_inline]] inline KeslStatus statusOf(auto& body, auto k)
+{
+    if constexpr (std::is_void_v<decltype(body(k))>) return body(k), keslStatusOk;
+    else return body(k);
+}
+
 // body(k) for k = 0 .. count - 1 until one fails.
 [[gnu::always_inline]] inline KeslStatus eachObject(auto count, auto body)
 {
     for (int k = 0; k < count; ++k)
-        if (const KeslStatus status = body(k)) return status;
+        if (const KeslStatus status = statusOf(body, k)) return status;
     return keslStatusOk;
 }
 
@@ -39,32 +46,37 @@ template <class O> bool areGiven([[maybe_unused]] const O& src, [[maybe_unused]]
     return given;
 }
 
+// Which packs a body can do.
+struct Packs {
+    int abreast = 1;  // the widest come as Objects<V, abreast>: several fill the gaps of a long chain of operations
+    int least = 2;    // lanes of the widest
+    bool four = true; // what is left at the end, or a small count, goes by packs of four
+};
+
 // The same by packs: body(Objects<V>) must store nothing if it fails in any lane. Its objects are then done again one by
 // one, so that the first failure, and what it has written, are those of the scalar loop. So are those of a pack where an
-// object of `src` is missing. What is left at the end, or a small count, goes by packs of four. Where a pack is one long
-// chain of operations, several abreast fill its gaps: the widest then come as Objects<V, abreast>.
-template <class T, int abreast = 1> [[gnu::always_inline]] inline KeslStatus eachPack(auto count, const auto& src, auto body)
+// object of `src` is missing.
+template <class T, Packs packs = Packs{}>
+[[gnu::always_inline]] inline KeslStatus eachPack(auto count, const auto& src, auto body)
 {
     using Wide = Pack<T>;
-    using Four = Pack<T, 4 * sizeof(T)>;
-    if constexpr (std::is_same_v<decltype(count), One>) return body(Objects<T>{0});
+    if constexpr (std::is_same_v<decltype(count), One>) return statusOf(body, Objects<T>{0});
     else {
         int k = 0;
-        const auto packs = [&]<class V, int most>(Objects<V, most>) KESL_INLINE {
+        const auto by = [&]<class V, int most>(Objects<V, most>) KESL_INLINE {
             for (int used; (used = std::min((count - k) / lanes<V>, most)) > 0; k += used * lanes<V>)
-                if (!areGiven(src, k, used * lanes<V>) || body(Objects<V, most>{k, used})) break;
+                if (!areGiven(src, k, used * lanes<V>) || statusOf(body, Objects<V, most>{k, used})) break;
         };
         while (k < count) {
-            packs(Objects<Wide, abreast>{});
-            if constexpr (lanes<Wide> > 4)
-                if (count - k < lanes<Wide>) packs(Objects<Four>{});
+            if constexpr (lanes<Wide> >= packs.least) by(Objects<Wide, packs.abreast>{});
+            if constexpr (packs.four && lanes<Wide> > 4)
+                if (count - k < lanes<Wide>) by(Objects<Four<T>>{});
             for (int left = std::min<int>(count - k, lanes<Wide>); left > 0; --left, ++k)
-                if (const KeslStatus status = body(Objects<T>{k})) return status;
+                if (const KeslStatus status = statusOf(body, Objects<T>{k})) return status;
         }
         return keslStatusOk;
     }
 }
-
 // For bodies that cannot fail, whose objects are all needed.
 template <class T> [[gnu::always_inline]] inline KeslStatus eachPack(auto count, auto body)
 {

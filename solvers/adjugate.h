@@ -4,7 +4,6 @@
 #include "frame/constants.h"
 #include "frame/objects.h"
 
-#include <array>
 #include <bit>
 
 namespace kesl {
@@ -18,52 +17,76 @@ template <class T> constexpr T singularBelow(int n)
 
 // ---- Orders 3 to 6, by Laplace's expansion: the minors of more columns from those of fewer, each once.
 
-// A set of rows is a bit mask. Its rows, the last one first:
-template <int rows> constexpr auto descending = [] {
-    std::array<int, std::popcount(unsigned(rows))> list{};
-    for (int r = 31, i = 0; r >= 0; --r)
-        if (rows >> r & 1) list[i++] = r;
-    return list;
+// A set of rows, or columns, is a bit mask. Its members, the last one first:
+struct Members {
+    int list[6]{}, size = 0;
+    constexpr explicit Members(int set)
+    {
+        for (int r = 5; r >= 0; --r)
+            if (set >> r & 1) list[size++] = r;
+    }
+};
+
+// m[to] becomes, or grows or shrinks by, element (row, column) times m[from]; m[0] is 1.
+struct Term {
+    int to, from, row, column;
+    enum Sign { first, plus, minus } sign;
+};
+
+// The terms of minors, in their order.
+template <int n> struct Terms {
+    Term term[1024]{};
+    int count = 0;
+
+    // The determinant of `rows` and a column in front of those that m has, expanded along this column from the last row to
+    // the first, with alternating signs. An even number of rows begins with a minus, which is left to the second term.
+    constexpr void expand(int rows, int column)
+    {
+        const Members set(rows);
+        const bool even = set.size % 2 == 0;
+        for (int t = 0; t < set.size; ++t) {
+            const int i = even && t < 2 ? 1 - t : t, row = set.list[i];
+            const auto sign = t == 0 ? Term::first : (i % 2 == 0) != even ? Term::plus : Term::minus;
+            term[count++] = {rows, rows & ~(1 << row), row, column, sign};
+        }
+    }
+    // Minors of all columns but `skipped`: those of the columns behind it are there already.
+    constexpr void skip(int skipped)
+    {
+        int size = skipped ? n - skipped : 1; // with column `first`
+        for (int column = skipped ? skipped - 1 : n - 1; column >= (skipped ? 0 : 1); --column, ++size)
+            for (int rows = 1; rows < 1 << n; ++rows)
+                if (std::popcount(unsigned(rows)) == size) expand(rows, column);
+    }
+};
+// All but the first column, and the whole; all but column j.
+template <int n> constexpr auto determinantTerms = [] {
+    Terms<n> terms;
+    terms.skip(0), terms.expand((1 << n) - 1, 0);
+    return terms;
+}();
+template <int n, int j> constexpr auto minorTerms = [] {
+    Terms<n> terms;
+    terms.skip(j);
+    return terms;
 }();
 
 // The minors of n rows: m[rows] belongs to as many columns as the set has rows.
 template <int n, class V> struct Minors {
     V m[1 << n];
 
-    // The determinant of `rows` and a column in front of those of m, expanded along this column from the last row to the
-    // first, with alternating signs. An even number of rows begins with a minus, which is left to the second term.
-    template <int rows, int column> [[gnu::always_inline]] V expanded(const Block<V, n, n>& a) const
+    template <Term t> [[gnu::always_inline]] void add(const Block<V, n, n>& a)
     {
-        constexpr auto row = descending<rows>;
-        constexpr int size = int(row.size());
-        const auto term = [&](auto i) KESL_INLINE { return a(row[i], column) * m[rows & ~(1 << row[i])]; };
-        V sum = size % 2 ? term(Fixed<0>{}) : term(Fixed<1>{}) - term(Fixed<0>{});
-        [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-            constexpr int done = size % 2 ? 1 : 2;
-            ((sum = i % 2 ? sum + term(Fixed<i + done>{}) : sum - term(Fixed<i + done>{})), ...);
-        }(std::make_integer_sequence<int, size - (size % 2 ? 1 : 2)>{});
-        return sum;
+        V x = a(t.row, t.column);
+        if constexpr (t.from != 0) x = x * m[t.from];
+        if constexpr (t.sign == Term::first) m[t.to] = x;
+        else if constexpr (t.sign == Term::plus) m[t.to] = m[t.to] + x;
+        else m[t.to] = m[t.to] - x;
     }
-    // The minors of `size` columns, the first of which is `column`, from those of the others.
-    template <int size, int column> [[gnu::always_inline]] void join(const Block<V, n, n>& a)
+    template <const auto& terms> [[gnu::always_inline]] void join(const Block<V, n, n>& a)
     {
-        [&]<int... rows>(std::integer_sequence<int, rows...>) KESL_INLINE {
-            (
-                [&]() KESL_INLINE {
-                    if constexpr (std::popcount(unsigned(rows)) != size) return;
-                    else if constexpr (size == 1) m[rows] = a(std::countr_zero(unsigned(rows)), column);
-                    else m[rows] = expanded<rows, column>(a);
-                }(),
-                ...);
-        }(std::make_integer_sequence<int, (1 << n)>{});
-    }
-    // Minors of all columns but `skipped`: those of the columns behind it are there already.
-    template <int skipped> [[gnu::always_inline]] void skip(const Block<V, n, n>& a)
-    {
-        constexpr int first = skipped ? skipped - 1 : n - 1, last = skipped ? 0 : 1;
-        constexpr int size = skipped ? n - skipped : 1; // with column `first`
         [&]<int... i>(std::integer_sequence<int, i...>)
-            KESL_INLINE { (join<size + i, first - i>(a), ...); }(std::make_integer_sequence<int, first - last + 1>{});
+            KESL_INLINE { (add<terms.term[i]>(a), ...); }(std::make_integer_sequence<int, terms.count>{});
     }
 };
 
@@ -73,14 +96,14 @@ template <class T, int n, class V>
 {
     constexpr int all = (1 << n) - 1;
     Minors<n, V> minors;
-    minors.template skip<0>(a);
-    const V det = minors.template expanded<all, 0>(a);
+    minors.template join<determinantTerms<n>>(a);
+    const V det = minors.m[all];
     if (any(singularBelow<T>(n) > abs(det))) return false; // a NaN passes
     const V r = T(1) / det;
     [&]<int... j>(std::integer_sequence<int, j...>) KESL_INLINE {
         (
             [&]() KESL_INLINE {
-                if constexpr (j > 0) minors.template skip<j>(a);
+                if constexpr (j > 0) minors.template join<minorTerms<n, j>>(a);
 #pragma GCC unroll 8
                 for (int i = 0; i < n; ++i) {
                     const V minor = minors.m[all & ~(1 << i)];
@@ -136,7 +159,7 @@ template <class T> struct Elimination {
 };
 
 // src and dst are views of order n; the buffer holds n * n elements and, behind them, n row numbers.
-template <class T> KeslStatus invertCommon(auto src, T* buffer, auto dst, int n)
+template <class T> [[gnu::noinline]] KeslStatus invertCommon(auto src, T* buffer, auto dst, int n)
 {
     const T threshold = singularBelow<T>(n); // that of the whole matrix, for its minors too
     int* const p = reinterpret_cast<int*>(buffer + std::int64_t(n) * n);

@@ -1,8 +1,8 @@
 // keslCholeskyBackSubst: solves A x = b from what keslCholeskyDecomp leaves of A.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
-#include "frame/objects.h"
 #include "solvers/triangle.h"
 
 // clang-format off
@@ -39,21 +39,12 @@ template <int n, class V> [[gnu::always_inline]] inline void choleskySolveBlock(
     const auto at = [&](int i) KESL_INLINE -> V& { return b(0, i); };
     choleskySolve<V>(l, at, at, Fixed<n>{});
 }
-// Orders 5 and 6 are long: one copy serves all kernels.
+// Orders 5 and 6 are long, and single objects many: one copy serves all kernels.
 template <int n, class V> [[gnu::noinline]] void choleskySolveLong(const Block<V, n, n>& l, Block<V, 1, n>& b)
 {
     choleskySolveBlock<n>(l, b);
 }
 
-template <class T, int n> [[gnu::noinline]] void choleskySolveOne(auto stored, auto b, auto dst)
-{
-    Block<T, n, n> l;
-    Block<T, 1, n> x;
-    eachLower<n>([&](int i, int j) KESL_INLINE { l(i, j) = stored(i, j); });
-    for (int i = 0; i < n; ++i) x(0, i) = b(0, i);
-    choleskySolveBlock<n>(l, x);
-    for (int i = 0; i < n; ++i) dst(0, i) = x(0, i);
-}
 template <class T> [[gnu::noinline]] void choleskySolveCommon(auto l, auto b, auto dst, int n)
 {
     choleskySolve<T>(
@@ -62,50 +53,57 @@ template <class T> [[gnu::noinline]] void choleskySolveCommon(auto l, auto b, au
 
 // ---- The family.
 struct CholeskyBackSubst {
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size order, Count count = {})
+    // A matrix for each vector, or one for all.
+    template <class T, int n, bool forAll>
+    [[gnu::noinline]] static void fixed(Array<const T> matrix, Array<const T> src, Array<T> dst, int count)
     {
-        return withOrder(order, [&](auto n) {
-            if constexpr (n == 0)
-                return eachObject(count, [&](int k) {
-                    choleskySolveCommon<T>(src1.object(k, order, order), src2.object(k, 1, order), dst.object(k, 1, order),
-                                           order);
-                    return KeslStatus(keslStatusOk);
-                });
-            else if constexpr (src1.isArray || !src2.isArray)
-                return withRuns<n>(
-                    [&](auto from, auto to) {
-                        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                            if constexpr (lanes<V> == 1)
-                                choleskySolveOne<T, n>(src1.object(k.first, n, n), from.object(k.first, 1, n),
-                                                       to.object(k.first, 1, n));
-                            else {
-                                const auto l = loadLower<n>(src1, k);
-                                auto b = load<1, n, true>(from, k);
-                                if constexpr (n < 5) choleskySolveBlock<n>(l, b);
-                                else choleskySolveLong<n>(l, b);
-                                store<true>(to, k, b);
-                            }
-                            return KeslStatus(keslStatusOk);
-                        });
-                    },
-                    src2, dst);
-            else { // one matrix for all vectors
-                const auto stored = src1.object(0, n, n);
-                Block<T, n, n> l;
-                eachLower<n>([&](int i, int j) { l(i, j) = stored(i, j); });
-                return withRuns<n>(
-                    [&](auto from, auto to) {
-                        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                            auto b = load<1, n, true>(from, k);
-                            choleskySolveBlock<n>(l, b);
-                            store<true>(to, k, b);
-                            return KeslStatus(keslStatusOk);
-                        });
-                    },
-                    src2, dst);
+        Block<T, n, n> one;
+        if constexpr (forAll) load<true>(matrix, Objects<T>{0}, one);
+        eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+            Block<V, 1, n> b;
+            if constexpr (forAll) {
+                load(src, k, b);
+                choleskySolveBlock<n>(one, b);
+            } else {
+                Block<V, n, n> l;
+                load<true>(matrix, k, l);
+                load(src, k, b);
+                if constexpr (n < 5 && lanes<V> > 1) choleskySolveBlock<n>(l, b);
+                else choleskySolveLong<n>(l, b);
+            }
+            store(dst, k, b);
+        });
+    }
+    template <class T, bool forAll> [[gnu::noinline]] static void
+    all(const Array<const T>& matrix, const Array<const T>& src, const Array<T>& dst, int order, int count)
+    {
+        withOrder(order, [&](auto n) {
+            if constexpr (n > 0) fixed<T, n, forAll>(matrix, src, dst, count);
+            else
+                for (int k = 0; k < count; ++k)
+                    withRowViews(
+                        k, [&](auto l, auto b, auto x) { choleskySolveCommon<T>(l, b, x, order); }, matrix, src, dst);
+        });
+    }
+
+    template <class T, Form>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size order, Count count)
+    {
+        all<T, !src1.isArray>({src1, order, order, count}, {src2, 1, order, count}, {dst, 1, order, count}, order, count);
+        return keslStatusOk;
+    }
+    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size order)
+    {
+        const auto matrix = src1.object(0, order, order);
+        withOrder(order, [&](auto n) {
+            if constexpr (n == 0) choleskySolveCommon<T>(matrix, src2.object(0, 1, order), dst.object(0, 1, order), order);
+            else {
+                auto b = load<1, n>(src2, Objects<T>{0});
+                choleskySolveLong<n>(lowerOf<T, n>(matrix), b);
+                store(dst, Objects<T>{0}, b);
             }
         });
+        return keslStatusOk;
     }
 };
 

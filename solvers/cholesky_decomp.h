@@ -2,8 +2,8 @@
 // matrix of an array, with the reciprocals of its diagonal in place of the diagonal.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
-#include "frame/objects.h"
 #include "solvers/triangle.h"
 
 // clang-format off
@@ -25,7 +25,7 @@ template <class V> requires(lanes<V> > 1) [[gnu::always_inline]] inline V recipr
 // A row of the factor l depends on those above it. The elements left of the diagonal are written before it is tested. The
 // comparison must hold to reject: a NaN passes.
 template <class T>
-[[gnu::always_inline]] inline KeslStatus choleskyRows(auto src, auto& l, auto dst, auto n, T bound, auto root)
+[[gnu::always_inline]] inline KeslStatus choleskyRows(const auto& src, auto& l, auto dst, auto n, T bound, auto root)
 {
     for (int i = 0; i < n; ++i) {
         for (int j = 0; j < i; ++j) {
@@ -40,14 +40,14 @@ template <class T>
     }
     return keslStatusOk;
 }
-template <class T, int n> [[gnu::noinline]] KeslStatus choleskyOne(auto src, auto dst, T bound)
+// The lower triangle is in l, and becomes the factor as it is written.
+template <class T, int n> [[gnu::noinline]] KeslStatus choleskyOne(Block<T, n, n>& l, auto dst, T bound)
 {
-    Block<T, n, n> l;
-    return choleskyRows<T>(src, l, dst, Fixed<n>{}, bound, [](T d) { return reciprocalRoot(d); });
+    return choleskyRows<T>(l, l, dst, Fixed<n>{}, bound, [](T d) { return reciprocalRoot(d); });
 }
-template <class T, bool rootNarrowed> [[gnu::noinline]] KeslStatus choleskyCommon(auto src, auto dst, int n, T bound)
+template <class T> [[gnu::noinline]] KeslStatus choleskyCommon(auto src, auto dst, int n, T bound, bool rootNarrowed)
 {
-    return choleskyRows<T>(src, dst, dst, n, bound, [](T d) { return rootNarrowed ? 1 / sqrt(d) : reciprocalRoot(d); });
+    return choleskyRows<T>(src, dst, dst, n, bound, [=](T d) { return rootNarrowed ? 1 / sqrt(d) : reciprocalRoot(d); });
 }
 
 // In place; false where a lane has no factor.
@@ -90,27 +90,50 @@ struct CholeskyDecomp {
         return 0;
     }
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size order, Count count = {})
+    template <class T, int n> [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Array<T> dst, int count, T limit)
+    {
+        return eachPack<T>(count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
+            Block<V, n, n> l;
+            load<true>(src, k, l);
+            if constexpr (lanes<V> == 1)
+                return withViews(
+                    k.first, [&](auto to) { return choleskyOne(l, to, limit); }, dst);
+            else {
+                if (!(n < 5 ? choleskyPack<n>(l, limit) : choleskyLong<n>(l, limit))) return keslStatusNotPositiveDefinite;
+                store<true>(dst, k, l);
+                return keslStatusOk;
+            }
+        });
+    }
+    // In P the root of a float is narrowed before it is inverted, at orders of no fixed body.
+    template <class T>
+    [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, const Array<T>& dst, int order, int count, T limit)
     {
         return withOrder(order, [&](auto n) {
-            constexpr T limit = bound<T, F, src.isArray>(n);
-            if constexpr (n > 0)
-                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
-                    if constexpr (lanes<V> == 1)
-                        return choleskyOne<T, n>(src.object(k.first, n, n), dst.object(k.first, n, n), limit);
-                    else {
-                        auto l = loadLower<n>(src, k);
-                        if (!(n < 5 ? choleskyPack<n>(l, limit) : choleskyLong<n>(l, limit)))
-                            return keslStatusNotPositiveDefinite;
-                        storeLower<n>(dst, k, l);
-                        return keslStatusOk;
-                    }
-                });
+            if constexpr (n > 0) return fixed<T, n>(src, dst, count, limit);
             else
-                return eachObject(count, [&](int k) { // in P the root of a float is narrowed before it is inverted
-                    return choleskyCommon<T, F == P>(src.object(k, order, order), dst.object(k, order, order), order, limit);
+                return eachObject(count, [&](int k) {
+                    return withRowViews(
+                        k, [&](auto from, auto to) { return choleskyCommon<T>(from, to, order, limit, src.cells); }, src,
+                        dst);
                 });
+        });
+    }
+
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size order, Count count)
+    {
+        return all<T>({src, order, order, count}, {dst, order, order, count}, order, count, bound<T, F, true>(order));
+    }
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size order)
+    {
+        const auto to = dst.object(0, order, order);
+        const T limit = bound<T, F, false>(order);
+        return withOrder(order, [&](auto n) {
+            if constexpr (n == 0) return choleskyCommon<T>(src.object(0, order, order), to, order, limit, F == P);
+            else {
+                auto l = lowerOf<T, n>(src.object(0, n, n));
+                return choleskyOne(l, general(to), limit);
+            }
         });
     }
 };

@@ -1,6 +1,7 @@
 // keslDet: the determinant of one matrix, or of each matrix of an array.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
 #include "frame/objects.h"
 #include "solvers/adjugate.h"
@@ -16,41 +17,24 @@ namespace kesl {
 // ---- Orders 3 to 6, by Laplace's expansion along the last row: the minors of the upper rows from those of fewer, each once.
 // There is no test.
 
-// A set of columns is a bit mask; m[columns] belongs to as many of the upper rows as the set has columns.
-template <int n, class V> struct UpperMinors {
-    V m[1 << n];
-
-    // Along the row below, from the last column to the first, with alternating signs.
-    template <int columns> [[gnu::always_inline]] V expanded(const Block<V, n, n>& a) const
-    {
-        constexpr auto column = descending<columns>;
-        constexpr int row = int(column.size()) - 1;
-        const auto term = [&](auto i) KESL_INLINE { return m[columns & ~(1 << column[i])] * a(row, column[i]); };
-        V sum = term(Fixed<0>{});
-        [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-            ((sum = i % 2 ? sum + term(Fixed<i + 1>{}) : sum - term(Fixed<i + 1>{})), ...);
-        }(std::make_integer_sequence<int, row>{});
-        return sum;
-    }
-    // The minors of `size` rows.
-    template <int size> [[gnu::always_inline]] void join(const Block<V, n, n>& a)
-    {
-        [&]<int... columns>(std::integer_sequence<int, columns...>) KESL_INLINE {
-            (
-                [&]() KESL_INLINE {
-                    if constexpr (std::popcount(unsigned(columns)) != size) return;
-                    else if constexpr (size == 1) m[columns] = a(0, std::countr_zero(unsigned(columns)));
-                    else m[columns] = expanded<columns>(a);
-                }(),
-                ...);
-        }(std::make_integer_sequence<int, (1 << n)>{});
-    }
-};
+// A set of columns is a bit mask; m[columns] belongs to as many of the upper rows as the set has columns. Along the row
+// below, from the last column to the first, with alternating signs.
+template <int n> constexpr auto upperTerms = [] {
+    Terms<n> terms;
+    for (int size = 1; size <= n; ++size)
+        for (int columns = 1; columns < 1 << n; ++columns)
+            if (std::popcount(unsigned(columns)) == size)
+                for (int t = 0; t < size; ++t) {
+                    const int column = Members(columns).list[t];
+                    const auto sign = t == 0 ? Term::first : t % 2 ? Term::minus : Term::plus;
+                    terms.term[terms.count++] = {columns, columns & ~(1 << column), size - 1, column, sign};
+                }
+    return terms;
+}();
 template <int n, class V> [[gnu::always_inline]] inline V detClosed(const Block<V, n, n>& a)
 {
-    UpperMinors<n, V> minors;
-    [&]<int... i>(std::integer_sequence<int, i...>)
-        KESL_INLINE { (minors.template join<i + 1>(a), ...); }(std::make_integer_sequence<int, n>{});
+    Minors<n, V> minors;
+    minors.template join<upperTerms<n>>(a);
     return minors.m[(1 << n) - 1];
 }
 // Orders 5 and 6 are long: one copy serves all kernels.
@@ -99,22 +83,43 @@ template <class T, bool array> [[gnu::noinline]] T detCommon(auto src, T* buffer
 struct Det {
     static constexpr Threshold threshold = setW;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Size order, Buffer<T> buffer, Table<T> dst, Count count = {})
+    template <class T, int n> [[gnu::noinline]] static void fixed(Array<const T> src, Table<T> dst, int count)
     {
-        return withOrder(order, [&](auto n) {
-            if constexpr (n > 0)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    const auto a = load<n, n>(src, k);
-                    storePack<V>(dst.object(k.first), n < 5 ? detClosed<n>(a) : detLong<n>(a));
-                    return KeslStatus(keslStatusOk);
-                });
-            else
-                return eachObject(count, [&](int k) {
-                    *dst.object(k) = detCommon<T, src.isArray>(src.object(k, order, order), buffer.p, order);
-                    return KeslStatus(keslStatusOk);
-                });
+        eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+            Block<V, n, n> a;
+            load(src, k, a);
+            storePack<V>(dst.object(k.first), n < 5 ? detClosed<n>(a) : detLong<n>(a));
         });
+    }
+    template <class T>
+    [[gnu::noinline]] static void all(const Array<const T>& src, int order, T* buffer, Table<T> dst, int count)
+    {
+        withOrder(order, [&](auto n) {
+            if constexpr (n > 0) fixed<T, n>(src, dst, count);
+            else
+                for (int k = 0; k < count; ++k)
+                    withRowViews(
+                        k, [&](auto a) { *dst.object(k) = detCommon<T, true>(a, buffer, order); }, src);
+        });
+    }
+
+    template <class T, Form>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Size order, Buffer<T> buffer, Table<T> dst, Count count)
+    {
+        all<T>({src, order, order, count}, order, buffer, dst, count);
+        return keslStatusOk;
+    }
+    template <class T, Form>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Size order, Buffer<T> buffer, Table<T> dst)
+    {
+        withOrder(order, [&](auto n) {
+            if constexpr (n == 0) *dst.p = detCommon<T, false>(src.object(0, order, order), buffer.p, order);
+            else {
+                const auto a = load<n, n>(src, Objects<T>{0});
+                *dst.p = n < 5 ? detClosed<n>(a) : detLong<n>(a);
+            }
+        });
+        return keslStatusOk;
     }
 };
 

@@ -1,6 +1,7 @@
 // keslInvert: the inverse of one matrix, or of each matrix of an array, by the adjugate.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
 #include "solvers/adjugate.h"
 
@@ -35,29 +36,51 @@ struct Invert {
         return keslStatusOk;
     }
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order, Count count = {})
+    template <class T, int n> [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Array<T> dst, int count)
+    {
+        return eachPack<T>(count, src, [&]<class V>(Objects<V> k) KESL_INLINE {
+            Block<V, n, n> a, inverse;
+            load(src, k, a);
+            if (!(n < 5 ? invertClosed<T>(a, inverse) : invertLong<T>(a, inverse))) return keslStatusSingular;
+            store(dst, k, inverse);
+            return keslStatusOk;
+        });
+    }
+    template <class T>
+    [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, T* buffer, const Array<T>& dst, int order, int count)
     {
         return withOrder(order, [&](auto n) {
-            if constexpr (n > 0)
-                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) {
-                    const auto a = load<n, n>(src, k);
-                    Block<V, n, n> inverse;
-                    if (!(n < 5 ? invertClosed<T>(a, inverse) : invertLong<T>(a, inverse))) return keslStatusSingular;
-                    store(dst, k, inverse);
-                    return keslStatusOk;
-                });
+            if constexpr (n > 0) return fixed<T, n>(src, dst, count);
             else
                 return eachObject(count, [&](int k) {
-                    constexpr Form G = F == P ? P : contiguousRows(F) ? S : S2;
-                    if constexpr (F == P && src.isArray) return common<T>(src, buffer, dst, order, k);
-                    else return call<G>(Invert_com<T, G>, src.single(k), buffer, dst.single(k), order);
+                    return withRowViews(
+                        k, [&](auto from, auto to) { return invertCommon<T>(from, buffer, to, order); }, src, dst);
                 });
         });
     }
-    template <class T> static KeslStatus common(auto src, Buffer<T> buffer, auto dst, Size order, int k = 0)
+
+    template <class T, Form>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order, Count count)
     {
-        return invertCommon<T>(src.object(k, order, order), buffer.p, dst.object(k, order, order), order);
+        return all<T>({src, order, order, count}, buffer, {dst, order, order, count}, order, count);
+    }
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order)
+    {
+        return withOrder(order, [&](auto n) -> KeslStatus {
+            if constexpr (n == 0) return call<F>(Invert_com<T, F>, src, buffer, dst, order);
+            else {
+                const auto a = load<n, n>(src, Objects<T>{0});
+                Block<T, n, n> inverse;
+                if (!(n < 5 ? invertClosed<T>(a, inverse) : invertLong<T>(a, inverse))) return keslStatusSingular;
+                store(dst, Objects<T>{0}, inverse);
+                return keslStatusOk;
+            }
+        });
+    }
+    template <class T> static KeslStatus common(auto src, Buffer<T> buffer, auto dst, Size order)
+    {
+        return invertCommon<T>(src.object(0, order, order), buffer.p, dst.object(0, order, order), order);
     }
 };
 

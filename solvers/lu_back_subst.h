@@ -1,8 +1,8 @@
 // keslLUBackSubst: solves A x = b from what keslLUDecomp leaves of A.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
-#include "frame/objects.h"
 #include "solvers/indices.h"
 
 // clang-format off
@@ -67,7 +67,7 @@ template <int n, class V>
     luSolvePack<n>(stored, p, b);
 }
 // Of one matrix and vector.
-template <class T, int n> [[gnu::noinline]] void luSolveOne(auto stored, const int* p, auto b, auto dst)
+template <class T, int n> [[gnu::noinline]] void luSolveOne(const Block<T, n, n>& stored, const int* p, Block<T, 1, n>& b)
 {
     Block<T, n, n> a;
     T x[n], r[n];
@@ -75,7 +75,7 @@ template <class T, int n> [[gnu::noinline]] void luSolveOne(auto stored, const i
     for (int i = 0; i < n; ++i) x[i] = b(0, p[i]);
     reciprocals<n>(a, r);
     luSolve<n>(a, r, x);
-    for (int i = 0; i < n; ++i) dst(0, i) = x[i];
+    for (int i = 0; i < n; ++i) b(0, i) = x[i];
 }
 
 // ---- Other orders, in dst itself: sums of their own and true divisions, so that the last bits differ from those above.
@@ -99,60 +99,85 @@ template <class T> [[gnu::noinline]] void luSolveCommon(auto a, const int* p, au
 struct LUBackSubst {
     static constexpr Threshold threshold = Threshold::everywhere(1701);
 
-    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
-    kernel(auto src1, Table<const int> index, auto src2, auto dst, Size order, Count count = {})
+    // A matrix for each vector.
+    template <class T, int n> [[gnu::noinline]] static void fixed(Array<const T> matrix, Table<const int> index,
+                                                                  Array<const T> src, Array<T> dst, int count)
     {
-        return withOrder(order, [&](auto n) {
+        const auto body = [&]<class V>(Objects<V> k) KESL_INLINE {
+            Block<V, n, n> a;
+            Block<V, 1, n> b;
+            load(matrix, k, a);
+            load(src, k, b);
+            if constexpr (lanes<V> == 1) luSolveOne(a, index.object(k.first), b);
+            else {
+                MaskOf<V> p[n];
+                loadIndices<n>(index.object(k.first), p);
+                if constexpr (n < 5) luSolvePack<n>(a, p, b);
+                else luSolveLong<n>(a, p, b);
+            }
+            store(dst, k, b);
+        };
+        // Contiguous rows of five doubles would be joined from too many pieces.
+        if (n == 5 && sizeof(T) == 8 && matrix.lie <= Lie::rows)
+            for (int k = 0; k < count; ++k) body(Objects<T>{k});
+        else eachPack<T>(count, body);
+    }
+    // One matrix for all vectors.
+    template <class T, int n> [[gnu::noinline]] static void forAll(Array<const T> matrix, Table<const int> index,
+                                                                   Array<const T> src, Array<T> dst, int count)
+    {
+        int p[n];
+        Block<T, n, n> stored, a;
+        T r[n];
+        load(matrix, Objects<T>{0}, stored);
+        for (int i = 0; i < n; ++i) p[i] = index.p[i];
+        eachElement<n, n>([&](int i, int j) { a(i, j) = stored(p[i], j); });
+        reciprocals<n>(a, r);
+        eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+            Block<V, 1, n> b, x;
+            load(src, k, b);
+            for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
+            luSolve<n>(a, r, x.e[0]);
+            store(dst, k, x);
+        });
+    }
+    template <class T, bool one> [[gnu::noinline]] static void all(const Array<const T>& matrix, Table<const int> index,
+                                                                   const Array<const T>& src, const Array<T>& dst, int order,
+                                                                   int count)
+    {
+        withOrder(order, [&](auto n) {
             if constexpr (n == 0)
-                return eachObject(count, [&](int k) {
-                    luSolveCommon<T>(src1.object(k, order, order), index.object(k), src2.object(k, 1, order),
-                                     dst.object(k, 1, order), order);
-                    return KeslStatus(keslStatusOk);
-                });
-            else if constexpr (src1.isArray || !src2.isArray)
-                return withRuns<n>(
-                    [&](auto from, auto to) {
-                        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                            // Contiguous rows of five doubles would be joined from too many pieces.
-                            if constexpr (lanes<V> == 1 || (n == 5 && sizeof(T) == 8 && contiguousRows(F)))
-                                for (int l = k.first; l < k.first + lanes<V>; ++l)
-                                    luSolveOne<T, n>(src1.object(l, n, n), index.object(l), from.object(l, 1, n),
-                                                     to.object(l, 1, n));
-                            else {
-                                const auto a = load<n, n>(src1, k);
-                                auto b = load<1, n, true>(from, k);
-                                MaskOf<V> p[n];
-                                loadIndices<n>(index.object(k.first), p);
-                                if constexpr (n < 5) luSolvePack<n>(a, p, b);
-                                else luSolveLong<n>(a, p, b);
-                                store<true>(to, k, b);
-                            }
-                            return KeslStatus(keslStatusOk);
-                        });
-                    },
-                    src2, dst);
-            else { // one matrix for all vectors
-                const auto stored = src1.object(0, n, n);
-                int p[n];
-                Block<T, n, n> a;
-                T r[n];
-                for (int i = 0; i < n; ++i) p[i] = index.object(0)[i];
-                eachElement<n, n>([&](int i, int j) { a(i, j) = stored(p[i], j); });
-                reciprocals<n>(a, r);
-                return withRuns<n>(
-                    [&](auto from, auto to) {
-                        return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                            const auto b = load<1, n, true>(from, k);
-                            Block<V, 1, n> x;
-                            for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
-                            luSolve<n>(a, r, x.e[0]);
-                            store<true>(to, k, x);
-                            return KeslStatus(keslStatusOk);
-                        });
-                    },
-                    src2, dst);
+                for (int k = 0; k < count; ++k)
+                    withRowViews(
+                        k, [&](auto a, auto b, auto x) { luSolveCommon<T>(a, index.object(k), b, x, order); }, matrix, src,
+                        dst);
+            else if constexpr (one) forAll<T, n>(matrix, index, src, dst, count);
+            else fixed<T, n>(matrix, index, src, dst, count);
+        });
+    }
+
+    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, Table<const int> index, auto src2,
+                                                                             auto dst, Size order, Count count)
+    {
+        all<T, !src1.isArray>({src1, order, order, count}, index, {src2, 1, order, count}, {dst, 1, order, count}, order,
+                              count);
+        return keslStatusOk;
+    }
+    template <class T, Form>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, Table<const int> index, auto src2, auto dst, Size order)
+    {
+        withOrder(order, [&](auto n) {
+            if constexpr (n == 0)
+                luSolveCommon<T>(src1.object(0, order, order), index.p, src2.object(0, 1, order), dst.object(0, 1, order),
+                                 order);
+            else {
+                const auto a = load<n, n>(src1, Objects<T>{0});
+                auto b = load<1, n>(src2, Objects<T>{0});
+                luSolveOne(a, index.p, b);
+                store(dst, Objects<T>{0}, b);
             }
         });
+        return keslStatusOk;
     }
 };
 

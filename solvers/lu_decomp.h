@@ -2,9 +2,9 @@
 // each matrix of an array. Rows stay where they are: a table p names the row that stands i-th.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
 #include "frame/constants.h"
-#include "frame/objects.h"
 #include "solvers/indices.h"
 
 // clang-format off
@@ -37,10 +37,9 @@ template <class T> int pivot(int k, int n, T& best, auto column)
 // A pivot below this is singular. The comparison must hold to reject: a NaN passes.
 template <class T> constexpr T pivotBelow = Precision<T>::safeMin;
 
-template <class T, int n> [[gnu::noinline]] KeslStatus luFixed(auto src, int* p, auto dst)
+template <class T, int n> [[gnu::noinline]] KeslStatus luOne(Block<T, n, n>& matrix, int* p, auto dst)
 {
-    T a[n][n];
-    eachElement<n, n>([&](int i, int j) { a[i][j] = src(i, j); });
+    auto& a = matrix.e;
     for (int i = 0; i < n; ++i) p[i] = i;
     for (int k = 0; k < n; ++k) {
         T best;
@@ -117,7 +116,7 @@ template <class V, int n> struct LUPack {
 template <class T, class V, int n> [[gnu::noinline]] bool luLong(LUPack<V, n>& lu) { return lu.template run<T>(); }
 
 // ---- Other orders, in dst itself.
-template <class T> KeslStatus luCommon(auto src, int* p, auto a, int n)
+template <class T> [[gnu::noinline]] KeslStatus luCommon(auto src, int* p, auto a, int n)
 {
     constexpr T eps = Precision<T>::eps; // an absolute bound of the pivots, and a pivot of eps is singular
     for (int i = 0; i < n; ++i)
@@ -143,34 +142,57 @@ struct LUDecomp {
     static constexpr Threshold threshold = setW;
     static constexpr bool canFail = true;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<int> index, auto dst, Size order, Count count = {})
+    template <class T, int n>
+    [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Table<int> index, Array<T> dst, int count)
+    {
+        return eachPack<T>(count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
+            if constexpr (lanes<V> == 1) {
+                Block<T, n, n> a;
+                load(src, k, a);
+                return withViews(
+                    k.first, [&](auto to) { return luOne(a, index.object(k.first), to); }, dst);
+            } else {
+                LUPack<V, n> lu;
+                load(src, k, lu.a);
+                if (!(n < 5 ? lu.template run<T>() : luLong<T>(lu))) return keslStatusSingular;
+                store(dst, k, lu.a);
+                storeIndices<n>(index.object(k.first), lu.p);
+                return keslStatusOk;
+            }
+        });
+    }
+    template <class T> [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, Table<int> index,
+                                                               const Array<T>& dst, int order, int count)
     {
         return withOrder(order, [&](auto n) {
-            if constexpr (n > 0)
-                return eachPack<T>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
-                    if constexpr (lanes<V> == 1)
-                        return luFixed<T, n>(src.object(k.first, n, n), index.object(k.first), dst.object(k.first, n, n));
-                    else {
-                        LUPack<V, n> lu;
-                        lu.a = load<n, n>(src, k);
-                        if (!(n < 5 ? lu.template run<T>() : luLong<T>(lu))) return keslStatusSingular;
-                        store(dst, k, lu.a);
-                        storeIndices<n>(index.object(k.first), lu.p);
-                        return keslStatusOk;
-                    }
-                });
+            if constexpr (n > 0) return fixed<T, n>(src, index, dst, count);
             else
                 return eachObject(count, [&](int k) {
-                    constexpr Form G = F == P ? P : contiguousRows(F) ? S : S2;
-                    if constexpr (F == P && src.isArray) return common<T>(src, index, dst, order, k);
-                    else return call<G>(LUDecomp_com<T, G>, src.single(k), Table(index.object(k), 0), dst.single(k), order);
+                    return withRowViews(
+                        k, [&](auto from, auto to) { return luCommon<T>(from, index.object(k), to, order); }, src, dst);
                 });
         });
     }
-    template <class T> static KeslStatus common(auto src, Table<int> index, auto dst, Size order, int k = 0)
+
+    template <class T, Form>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<int> index, auto dst, Size order, Count count)
     {
-        return luCommon<T>(src.object(k, order, order), index.object(k), dst.object(k, order, order), order);
+        return all<T>({src, order, order, count}, index, {dst, order, order, count}, order, count);
+    }
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<int> index, auto dst, Size order)
+    {
+        return withOrder(order, [&](auto n) {
+            if constexpr (n == 0) return call<F>(LUDecomp_com<T, F>, src, index, dst, order);
+            else {
+                auto a = load<n, n>(src, Objects<T>{0});
+                return luOne(a, index.p, general(dst.object(0, n, n)));
+            }
+        });
+    }
+    template <class T> static KeslStatus common(auto src, Table<int> index, auto dst, Size order)
+    {
+        return luCommon<T>(src.object(0, order, order), index.p, dst.object(0, order, order), order);
     }
 };
 

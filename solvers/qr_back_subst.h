@@ -2,6 +2,7 @@
 // wide.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
 #include "solvers/tall.h"
 
@@ -67,62 +68,82 @@ struct QRBackSubst {
     static constexpr Threshold threshold = setQ;
     static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
 
-    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
-    kernel(auto src1, Buffer<T> buffer, auto src2, auto dst, Size width, Size height, Count count = {})
+    // A matrix for each vector, or one for all.
+    template <class T, bool forAll, class W, class H> [[gnu::noinline]] static void
+    fixed(Array<const T> matrix, T* buffer, Array<const T> src, Array<T> dst, W width, H height, int count)
     {
-        return withShape(width, height, [&](auto w, auto h) {
-            constexpr int rows = rowsOf<decltype(h)>;
-            constexpr bool square = isFixed<decltype(h)>, brief = square && w < 5;
-            const auto common = [&](int k) {
-                qrSolveCommon<T>(src1.object(k, height, width), buffer, src2.object(k, 1, height), dst.object(k, 1, width),
-                                 width, height);
-                return KeslStatus(keslStatusOk);
-            };
-            // x from b. The caller's scratch gets what the last object would leave there.
-            [[maybe_unused]] const auto solved = [&]<class V>(Objects<V> k, auto solve) KESL_INLINE {
+        constexpr int w = W::value, rows = rowsOf<H>;
+        constexpr bool square = isFixed<H>, brief = square && w < 5;
+        Block<T, rows, w> one;
+        T beta[w];
+        if constexpr (forAll) {
+            for (int i = 0; i < height; ++i)
+                for (int j = 0; j < w; ++j) one(i, j) = *matrix.element(0, i, j);
+            upTo(0, reflectors(width, height), [&](int k) { beta[k] = betaOf<T>(one, k, height); });
+        }
+        eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+            if constexpr (lanes<V> == 1 && !square) return common(k.first, matrix, buffer, src, dst, w, height);
+            else {
                 Block<V, 1, rows> b;
-                loadVector(src2, k, b, h);
-                solve(b.e[0]);
                 Block<V, 1, w> x;
-                upTo(0, w, [&](int j) KESL_INLINE { x(0, j) = b(0, j); });
-                store<true>(dst, k, x);
-                if (!square && k.first + lanes<V> == count)
-                    for (int i = 0; i < h; ++i) buffer.p[i] = reinterpret_cast<const T*>(&b(0, i))[lanes<V> - 1];
-                return KeslStatus(keslStatusOk);
-            };
-            if constexpr (w == 0) return eachObject(count, common);
-            else if constexpr (src1.isArray || !src2.isArray)
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    if constexpr (lanes<V> == 1 && !square) return common(k.first);
-                    else {
-                        Block<V, rows, w> a;
-                        loadRows(src1, k, a, h);
-                        return solved(k, [&](V* b) KESL_INLINE {
-                            if constexpr (brief)
-                                qrSolve(
-                                    a, [&](int i) KESL_INLINE { return betaOf<V>(a, i, h); }, b, w, h);
-                            else qrSolveLong(a, b, h);
-                        });
-                    }
-                });
-            else { // one matrix for all vectors
-                Block<T, rows, w> a;
-                T beta[w];
-                const auto stored = src1.object(0, height, width);
-                upTo(0, h, [&](int i) { upTo(0, w, [&](int j) { a(i, j) = stored(i, j); }); });
-                upTo(0, reflectors(w, h), [&](int k) { beta[k] = betaOf<T>(a, k, h); });
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
-                    if constexpr (lanes<V> == 1 && !square) return common(k.first);
-                    else
-                        return solved(k, [&](V* b) KESL_INLINE {
-                            if constexpr (brief)
-                                qrSolve(
-                                    a, [&](int i) KESL_INLINE { return beta[i]; }, b, w, h);
-                            else qrSolveLong(a, beta, b, h);
-                        });
-                });
+                if constexpr (forAll) {
+                    const auto known = [&](int i) KESL_INLINE { return beta[i]; };
+                    loadLength(src, k, b, height);
+                    if constexpr (brief) qrSolve(one, known, b.e[0], width, height);
+                    else qrSolveLong(one, beta, b.e[0], height);
+                } else {
+                    Block<V, rows, w> a;
+                    const auto computed = [&](int i) KESL_INLINE { return betaOf<V>(a, i, height); };
+                    loadRows(matrix, k, a, height);
+                    loadLength(src, k, b, height);
+                    if constexpr (brief) qrSolve(a, computed, b.e[0], width, height);
+                    else qrSolveLong(a, b.e[0], height);
+                }
+                upTo(0, width, [&](int j) KESL_INLINE { x(0, j) = b(0, j); });
+                store(dst, k, x);
+                if (!square && k.first + lanes<V> == count) // the interface wants what the last object would leave there
+                    for (int i = 0; i < height; ++i) buffer[i] = reinterpret_cast<const T*>(&b(0, i))[lanes<V> - 1];
             }
         });
+    }
+    template <class T> static void common(int k, const Array<const T>& matrix, T* buffer, const Array<const T>& src,
+                                          const Array<T>& dst, int width, int height)
+    {
+        withRowViews(
+            k, [&](auto a, auto b, auto x) { qrSolveCommon<T>(a, buffer, b, x, width, height); }, matrix, src, dst);
+    }
+    template <class T, bool forAll> [[gnu::noinline]] static void all(const Array<const T>& matrix, T* buffer,
+                                                                      const Array<const T>& src, const Array<T>& dst,
+                                                                      int width, int height, int count)
+    {
+        withShape(width, height, [&](auto w, auto h) {
+            if constexpr (w > 0) fixed<T, forAll>(matrix, buffer, src, dst, w, h, count);
+            else
+                for (int k = 0; k < count; ++k) common(k, matrix, buffer, src, dst, width, height);
+        });
+    }
+
+    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, Buffer<T> buffer, auto src2,
+                                                                             auto dst, Size width, Size height, Count count)
+    {
+        all<T, !src1.isArray>({src1, height, width, count}, buffer, {src2, 1, height, count}, {dst, 1, width, count}, width,
+                              height, count);
+        return keslStatusOk;
+    }
+    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, Buffer<T> buffer, auto src2,
+                                                                             auto dst, Size width, Size height)
+    {
+        withShape(width, height, [&](auto w, auto h) {
+            if constexpr (isFixed<decltype(h)>) {
+                const auto a = load<w, w>(src1, Objects<T>{0});
+                auto b = load<1, w>(src2, Objects<T>{0});
+                qrSolveLong(a, b.e[0], h);
+                store(dst, Objects<T>{0}, b);
+            } else
+                qrSolveCommon<T>(src1.object(0, height, width), buffer, src2.object(0, 1, height), dst.object(0, 1, width),
+                                 width, height);
+        });
+        return keslStatusOk;
     }
     static std::size_t scratch(std::size_t, std::size_t height, std::size_t) { return height; }
 };

@@ -2,6 +2,7 @@
 // of each matrix of an array.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array.h"
 #include "frame/call.h"
 #include "frame/constants.h"
 #include "solvers/tall.h"
@@ -89,45 +90,67 @@ template <class T> [[gnu::noinline]] KeslStatus qrCommon(auto src, T* buffer, au
     return keslStatusOk;
 }
 
-// Packs of small square matrices are short chains; of all others two go abreast.
-template <bool square, int width> constexpr int abreastOf = square && width < 5 ? 1 : 2;
-
 // ---- The family.
 struct QRDecomp {
     static constexpr Threshold threshold = setQ;
     static constexpr bool canFail = true;
     static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
 
-    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
-    kernel(auto src, Buffer<T> buffer, auto dst, Size width, Size height, Count count = {})
+    template <class T, class W, class H>
+    [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Array<T> dst, W, H height, int count)
     {
-        return withShape(width, height, [&](auto w, auto h) {
-            constexpr int rows = rowsOf<decltype(h)>;
-            constexpr bool square = isFixed<decltype(h)>;
-            const auto common = [&](int k, T* scratch) {
-                return qrCommon<T>(src.object(k, height, width), scratch, dst.object(k, height, width), width, height);
-            };
-            if constexpr (w == 0) return eachObject(count, [&](int k) { return common(k, buffer); });
-            else
-                return eachPack<T, abreastOf<square, w>>(
-                    count, src, [&]<class V, int most>(Objects<V, most> k) -> KeslStatus {
-                        if constexpr (lanes<V> == 1 && !square) {
-                            T d[w];
-                            return common(k.first, d);
-                        } else {
-                            Block<V, rows, w> a[most];
-                            const int packs = most == 1 ? 1 : k.packs;
-                            int p = 0;
-                            do loadRows(src, k.pack(p), a[p], h);
-                            while (++p < packs);
-                            const bool good = abreastOf<square, w> == 1 ? qrBlocks<1>(a, h) : qrLong<most>(a, packs, h);
-                            if (!good && lanes<V> > 1) return keslStatusDivideByZero;
-                            p = 0;
-                            do storeRows(dst, k.pack(p), a[p], h);
-                            while (++p < packs);
-                            return good ? keslStatusOk : keslStatusDivideByZero;
-                        }
-                    });
+        constexpr int w = W::value;
+        constexpr bool square = isFixed<H>, brief = square && w < 5;
+        return eachPack<T, Packs{.abreast = brief ? 1 : 2}>(
+            count, src, [&]<class V, int most>(Objects<V, most> k) KESL_INLINE -> KeslStatus {
+                if constexpr (lanes<V> == 1 && !square) {
+                    T d[w];
+                    return common(k.first, src, d, dst, w, height);
+                } else {
+                    Block<V, rowsOf<H>, w> a[most];
+                    const int packs = most == 1 ? 1 : k.packs;
+                    for (int p = 0; p < packs; ++p) loadRows(src, k.pack(p), a[p], height);
+                    const bool good = brief ? qrBlocks<1>(a, height) : qrLong<most>(a, packs, height);
+                    if (good || lanes<V> == 1)
+                        for (int p = 0; p < packs; ++p) storeRows(dst, k.pack(p), a[p], height);
+                    return good ? keslStatusOk : keslStatusDivideByZero;
+                }
+            });
+    }
+    template <class T>
+    static KeslStatus common(int k, const Array<const T>& src, T* buffer, const Array<T>& dst, int width, int height)
+    {
+        return withRowViews(
+            k, [&](auto from, auto to) { return qrCommon<T>(from, buffer, to, width, height); }, src, dst);
+    }
+    template <class T> [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, T* buffer, const Array<T>& dst,
+                                                               int width, int height, int count)
+    {
+        return withShape(width, height, [&](auto w, auto h) -> KeslStatus {
+            if constexpr (w > 0) return fixed<T>(src, dst, w, h, count);
+            else return eachObject(count, [&](int k) { return common(k, src, buffer, dst, width, height); });
+        });
+    }
+
+    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst,
+                                                                             Size width, Size height, Count count)
+    {
+        return all<T>({src, height, width, count}, buffer, {dst, height, width, count}, width, height, count);
+    }
+    template <class T, Form>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size width, Size height)
+    {
+        return withShape(width, height, [&](auto w, auto h) -> KeslStatus {
+            if constexpr (isFixed<decltype(h)>) {
+                Block<T, w, w> a = load<w, w>(src, Objects<T>{0});
+                const bool good = w < 5 ? qrBlocks<1>(&a, h) : qrLong<1>(&a, 1, h);
+                store(dst, Objects<T>{0}, a);
+                return good ? keslStatusOk : keslStatusDivideByZero;
+            } else {
+                T d[tallest];
+                return qrCommon<T>(src.object(0, height, width), w > 0 ? d : buffer.p, general(dst.object(0, height, width)),
+                                   width, height);
+            }
         });
     }
 };

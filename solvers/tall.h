@@ -1,8 +1,7 @@
 // Matrices at least as high as wide. Of 3 to 6 columns they have fixed bodies: square ones with all sizes known to the
 // compiler, the others, up to a height, with the number of rows as it comes.
 #pragma once
-#include "frame/elements.h"
-#include "frame/objects.h"
+#include "frame/array.h"
 
 namespace kesl {
 
@@ -44,37 +43,23 @@ template <class W, class H> constexpr auto reflectors(W width, H height)
 }
 
 // ---- Rows of a block, or the elements of a vector, from and to memory.
-template <int height, int width, class V, class O>
-[[gnu::always_inline]] inline void loadRows(const O& src, Objects<V> k, Block<V, height, width>& x, auto rows)
+template <int height, int width, class V> [[gnu::always_inline]] inline void
+loadRows(const Array<const ElementOf<V>>& src, Objects<V> k, Block<V, height, width>& x, auto rows)
 {
-    if constexpr (isFixed<decltype(rows)>) x = load<height, width>(src, k);
-    else if constexpr (contiguousRows(O::form)) {
-        const auto at = lanesOf(src, k.first);
-        if (src.stride1 == width * src.elementSize) return loadRun(at, x.e[0], rows * width);
-        for (int i = 0; i < rows; ++i) loadRun<width>(movedRow(at, std::int64_t(i) * src.stride1), x.e[i]);
-    } else
-        for (int i = 0; i < rows; ++i)
-            upTo(0, Fixed<width>{}, [&](int j) KESL_INLINE { x(i, j) = loadElement<V>(src, k.first, i, j, width); });
+    if constexpr (isFixed<decltype(rows)>) load(src, k, x);
+    else loadTall<V, width>(src, k.first, x.e[0], rows);
 }
-template <int height, int width, class V, class O>
-[[gnu::always_inline]] inline void storeRows(const O& dst, Objects<V> k, const Block<V, height, width>& x, auto rows)
+template <int height, int width, class V> [[gnu::always_inline]] inline void
+storeRows(const Array<ElementOf<V>>& dst, Objects<V> k, const Block<V, height, width>& x, auto rows)
 {
     if constexpr (isFixed<decltype(rows)>) store(dst, k, x);
-    else if constexpr (contiguousRows(O::form)) {
-        const auto at = lanesOf(dst, k.first);
-        if (dst.stride1 == width * dst.elementSize) return storeRun(at, x.e[0], rows * width);
-        for (int i = 0; i < rows; ++i) storeRun<width>(movedRow(at, std::int64_t(i) * dst.stride1), x.e[i]);
-    } else
-        for (int i = 0; i < rows; ++i)
-            upTo(0, Fixed<width>{}, [&](int j) KESL_INLINE { storeElement(dst, k.first, i, j, width, x(i, j)); });
+    else storeTall<V, width>(dst, k.first, x.e[0], rows);
 }
-template <int height, class V, class O>
-[[gnu::always_inline]] inline void loadVector(const O& src, Objects<V> k, Block<V, 1, height>& x, auto length)
+template <int height, class V> [[gnu::always_inline]] inline void
+loadLength(const Array<const ElementOf<V>>& src, Objects<V> k, Block<V, 1, height>& x, auto length)
 {
-    if constexpr (isFixed<decltype(length)>) x = load<1, height, true>(src, k);
-    else if constexpr (contiguousRows(O::form)) loadRun(lanesOf(src, k.first), x.e[0], length);
-    else
-        for (int i = 0; i < length; ++i) x(0, i) = loadElement<V>(src, k.first, 0, i, length);
+    if constexpr (isFixed<decltype(length)>) load(src, k, x);
+    else loadVector<V>(src, k.first, x.e[0], length);
 }
 
 } // namespace kesl

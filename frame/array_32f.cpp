@@ -1,0 +1,6 @@
+// Packs and blocks of array operands of 32f: what all families call.
+#include "frame/array.h"
+
+namespace kesl {
+KESL_FLOAT_FUNCTIONS()
+}

@@ -1,0 +1,6 @@
+// Packs and blocks of array operands of 64f: what all families call.
+#include "frame/array.h"
+
+namespace kesl {
+KESL_DOUBLE_FUNCTIONS()
+}

@@ -53,18 +53,32 @@ template <class V> [[gnu::always_inline]] inline int writeInfo(IndexOf<V> infos,
     return sum;
 }
 
-// Objects first to last - 1; how many failed.
-template <class Op, class V, class... O>
-[[gnu::noinline]] std::ptrdiff_t slice(std::ptrdiff_t first, std::ptrdiff_t last, int* info, auto sizes, O... operands)
+// Packs of `each` objects from first to last; how many objects failed.
+template <class Op, class V, class... Size, class... O>
+[[gnu::noinline]] std::ptrdiff_t packs(std::ptrdiff_t first, std::ptrdiff_t last, int each, int* info, std::tuple<Size...> sizes,
+                                       const O&... operands)
 {
     std::ptrdiff_t failed = 0;
-    for (std::ptrdiff_t k = first; k < last; k += lanes<V>) {
-        const Objects objects{k, int(std::min<std::ptrdiff_t>(last - k, lanes<V>))};
-        if (objects.count < lanes<V>) (operands.shorten(objects.count), ...);
-        const auto infos = std::apply([&](auto... n) { return Op::template pack<V>(objects, n..., operands...); }, sizes);
-        failed += writeInfo<V>(infos, objects, info);
+    for (Objects k{first, each}; k.first < last; k.first += each) {
+        const IndexOf<V> infos = std::apply([&](auto... n) { return Op::template pack<V>(k, n..., operands...); }, sizes);
+        failed += writeInfo<V>(infos, k, info);
     }
     return failed;
+}
+
+// Full packs, then what is left. The operands are prepared for each.
+template <class Op, class V, class... O>
+std::ptrdiff_t slice(std::ptrdiff_t first, std::ptrdiff_t last, int* info, auto sizes, const auto& shapes, const O&... stacks)
+{
+    const auto some = [&](std::ptrdiff_t from, std::ptrdiff_t to, int each) {
+        const auto prepared = [&](auto... shape) {
+            return packs<Op, V>(from, to, each, info, sizes,
+                                Operand<PackFor<V, typename O::Element>, typename O::Element>(stacks, shape.rows, shape.columns, each)...);
+        };
+        return from < to ? std::apply(prepared, shapes) : 0;
+    };
+    const std::ptrdiff_t full = last - (last - first) % lanes<V>;
+    return some(first, full, lanes<V>) + some(full, last, int(last - full));
 }
 
 // The only size, or the second of two, decides whether there is code of its own; an operation may say otherwise.
@@ -84,20 +98,11 @@ std::ptrdiff_t call(const std::array<std::ptrdiff_t, s>& sizes, std::ptrdiff_t c
 
     const auto objects = [&](std::ptrdiff_t first, std::ptrdiff_t last) {
         const Environment environment;
-        const auto withShapes = [&](auto... shape) {
-            const auto operands = [&](auto f, const auto&... stack) {
-                return f(Operand<PackFor<V, typename std::decay_t<decltype(stack)>::Element>,
-                                 typename std::decay_t<decltype(stack)>::Element>(stack, shape.rows, shape.columns)...);
-            };
-            return operands(
-                [&](const auto&... operand) {
-                    const auto known = [&](auto... n) { return slice<Op, V>(first, last, info, std::tuple(n...), operand...); };
-                    return std::apply([&](auto... n) { return withOrders<Op>(known, n...); }, sizes);
-                },
-                a, rest...);
-        };
-        return std::apply(withShapes, std::apply([](auto... n) { return Op::shapes(n...); }, sizes));
+        const auto shapes = std::apply([](auto... n) { return Op::shapes(n...); }, sizes);
+        const auto known = [&](auto... n) { return slice<Op, V>(first, last, info, std::tuple(n...), shapes, a, rest...); };
+        return std::apply([&](auto... n) { return withOrders<Op>(known, n...); }, sizes);
     };
+    if (count <= lanes<V>) return objects(0, count);
 
     // Fixed ranges of objects, which depend on nothing but the operation and its sizes, of some fifty microseconds each.
     constexpr double chunkTime = 50e6;

@@ -47,16 +47,11 @@ struct Cholesky {
     {
         Tile<V, N, N> t(n, n);
         a.load(k, t);
-        const IndexOf<V> refused = lowerNotFinite(t);
-        if (any(refused)) makeHarmless(refused, t);
-        const V scale = eliminationScale(largestOfLower(t), n), back = 1 / sqrt(scale);
         for (int i = 0; i < t.n; ++i)
-            for (int j = 0; j <= i; ++j) t(i, j) *= scale;
-
-        IndexOf<V> info = factorCholesky(t);
-        for (int i = 0; i < t.n; ++i)
-            for (int j = 0; j < t.n; ++j) t(i, j) = j <= i ? t(i, j) * back : V{};
-        info = refused ? index<V>(-1) : info;
+            for (int j = i + 1; j < t.n; ++j) t(i, j) = V{};
+        const Preparation<V> prepared(t);
+        const IndexOf<V> info = prepared.info(factorCholesky(t));
+        if (prepared.isScaled) scaleBy(1 / sqrt(prepared.scale), t);
         if (any(info != 0)) spoil(info != 0, t);
         l.store(k, t);
         return info;

@@ -1,47 +1,49 @@
 #include "stacks/lu.h"
 #include "stacks/names.h"
+#include "stacks/products.h"
 
 namespace kesl::stacks {
 namespace {
 
 // The product of the pivots, its exponent carried apart.
-template <class V, class N> [[gnu::always_inline]] inline V detLU(Tile<V, N, N> t)
+template <class V, class N> V byElimination(Tile<V, N, N> a)
 {
-    const V scale = eliminationScale(largestOf(t), t.n);
-    scaleBy(scale, t);
+    const Preparation<V> prepared(a);
     Pivots<V, N> p;
-    const IndexOf<V> singular = factorLU(t, p);
+    const IndexOf<V> singular = factorLU(a, p);
 
     IndexOf<V> exponent;
-    splitExponent(scale, exponent);
-    exponent *= -t.n;
+    splitExponent(prepared.scale, exponent);
+    exponent *= -a.n;
     V product = splat<V>(1);
-    for (int i = 0; i < t.n; ++i) {
+    for (int i = 0; i < a.n; ++i) {
         IndexOf<V> e, carry;
-        product = splitExponent(product * splitExponent(t(i, i), e), carry);
+        product = splitExponent(product * splitExponent(a(i, i), e), carry);
         exponent += e + carry;
         product = p[i] == i ? product : 0 - product;
     }
-    return singular != 0 ? V{} : timesPowerOfTwo(product, exponent);
+    const V det = singular != 0 ? V{} : timesPowerOfTwo(product, exponent);
+    return prepared.refused ? notANumber<V>() : det;
 }
 
-// Orders up to 3 as a sum of products, of elements that are brought near 1.
-template <class V, int n> V detProducts(const Tile<V, Fixed<n>, Fixed<n>>& t, V largest)
+// Orders up to 3: by products where these are sound, once more near 1 otherwise, and by elimination where that does not help.
+template <class V, int n> [[gnu::noinline]] V finish(const Square<V, n>& a, IndexOf<V> done, IndexOf<V> isOrdinary, V det)
 {
-    IndexOf<V> exponent, e;
-    splitExponent(largest, exponent);
-    const TwoPowers<V> power(0 - exponent);
-    Tile<V, Fixed<n>, Fixed<n>> x = t;
-    for (V& element : x.e) element = power.times(element);
-    V det;
-    if constexpr (n == 1) det = x(0, 0);
-    else if constexpr (n == 2) det = x(0, 0) * x(1, 1) - x(0, 1) * x(1, 0);
-    else {
-        const auto minor = [&](int i, int j) { return x(1, i) * x(2, j) - x(1, j) * x(2, i); };
-        det = x(0, 0) * minor(1, 2) - x(0, 1) * minor(0, 2) + x(0, 2) * minor(0, 1);
-    }
-    const V value = splitExponent(det, e);
-    return det == 0 ? det : timesPowerOfTwo(value, e + n * exponent);
+    const Normalised<V, n> normalised(a, isOrdinary);
+    const V near = determinant(normalised.near);
+    IndexOf<V> e;
+    const V value = splitExponent(near, e);
+    det = done ? det : timesPowerOfTwo(value, e + n * normalised.exponent);
+    done |= isSound(near, largestOf(normalised.near), Fixed<n>{});
+    return any(~done) ? (done ? det : byElimination(a)) : det;
+}
+template <class V, class N> V determinantOf(const Tile<V, N, N>& a)
+{
+    if constexpr (most<N> <= 3) {
+        const V det = determinant(a);
+        const IndexOf<V> isOrdinary = ordinary(a), done = isSound(det, largestOf(a), N{}) & isOrdinary;
+        return any(~done) ? finish(a, done, isOrdinary, det) : det;
+    } else return byElimination(a);
 }
 
 struct Det {
@@ -53,21 +55,12 @@ struct Det {
     {
         Tile<V, N, N> t(n, n);
         a.load(k, t);
-        const IndexOf<V> refused = notFinite(t);
-        if (any(refused)) makeHarmless(refused, t);
         Tile<V, Fixed<1>, Fixed<1>> det({}, {});
-        if constexpr (most<N> > 3) det(0, 0) = detLU(t);
-        else {
-            // Where the magnitudes are far apart products could vanish that are all there is: there by elimination.
-            const V largest = largestOf(t), far = splat<V>(sizeof(ElementOf<V>) == 4 ? 0x1p-40f : ElementOf<V>(0x1p-320));
-            IndexOf<V> wide{};
-            for (V element : t.e) wide |= (abs(element) < largest * far) & (element != 0);
-            det(0, 0) = detProducts(t, largest);
-            if (any(wide)) det(0, 0) = wide ? detLU(t) : det(0, 0);
-        }
-        if (any(refused)) spoil(refused, det);
+        det(0, 0) = determinantOf(t);
         x.store(k, det);
-        return refused ? index<V>(-1) : index<V>(0);
+        return any(~(abs(det(0, 0)) <= splat<V>(std::numeric_limits<ElementOf<V>>::max())))
+                   ? (notFinite(t) ? index<V>(-1) : index<V>(0))
+                   : index<V>(0);
     }
 };
 

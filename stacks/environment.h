@@ -8,13 +8,20 @@ namespace kesl::stacks {
 // hold nothing must not raise any.
 class Environment {
 public:
-    Environment() : callers(_mm_getcsr()) { _mm_setcsr(0x1f80); }
-    ~Environment() { _mm_setcsr(callers); }
+    Environment() : callers(_mm_getcsr())
+    {
+        if ((callers & ~flags) != usual) _mm_setcsr(usual);
+    }
+    ~Environment()
+    {
+        if (_mm_getcsr() != callers) _mm_setcsr(callers); // which takes longer than to look
+    }
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
 
 private:
-    unsigned callers;
+    static constexpr unsigned usual = 0x1f80, flags = 0x3f;
+    const unsigned callers;
 };
 
 } // namespace kesl::stacks

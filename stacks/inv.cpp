@@ -1,8 +1,61 @@
 #include "stacks/lu.h"
 #include "stacks/names.h"
+#include "stacks/products.h"
 
 namespace kesl::stacks {
 namespace {
+
+template <class V, class N> IndexOf<V> byElimination(Tile<V, N, N>& x)
+{
+    const Preparation<V> prepared(x);
+    Pivots<V, N> p;
+    const IndexOf<V> info = prepared.info(factorLU(x, p));
+    invertLU(x, p);
+    prepared.scaleLike(x);
+    return info;
+}
+
+// x = a^-1; returns the lanes where it is accurate.
+template <class V, int n> IndexOf<V> byAdjugate(const Square<V, n>& a, Square<V, n>& x)
+{
+    x = adjugate(a);
+    V det{};
+    for (int k = 0; k < n; ++k) det += a(0, k) * x(k, 0);
+    const V largest = largestOf(a);
+    const IndexOf<V> sound = isSound(det, largest, Fixed<n>{}) & isSound(x, largest);
+    scaleBy(1 / det, x);
+    return sound;
+}
+
+// The lanes that are not done: once more near 1, and by elimination where that does not help.
+template <class V, int n>
+[[gnu::noinline]] IndexOf<V> finish(const Square<V, n>& a, IndexOf<V> done, IndexOf<V> isOrdinary, Square<V, n>& x)
+{
+    const auto take = [&](const Square<V, n>& y) {
+        for (int e = 0; e < n * n; ++e) x.e[e] = done ? x.e[e] : y.e[e];
+    };
+    Square<V, n> y({}, {});
+    const Normalised<V, n> normalised(a, isOrdinary);
+    const IndexOf<V> accurate = byAdjugate(normalised.near, y);
+    for (V& element : y.e) element = normalised.down.times(element);
+    take(y);
+    done |= accurate;
+    if (!any(~done)) return index<V>(0);
+
+    y = a;
+    const IndexOf<V> info = byElimination(y);
+    take(y);
+    return done ? index<V>(0) : info;
+}
+
+template <class V, class N> IndexOf<V> invert(Tile<V, N, N>& x)
+{
+    if constexpr (most<N> == 2 || most<N> == 3) {
+        const Tile<V, N, N> a = x;
+        const IndexOf<V> isOrdinary = ordinary(a), done = byAdjugate(a, x) & isOrdinary;
+        return any(~done) ? finish(a, done, isOrdinary, x) : index<V>(0);
+    } else return byElimination(x);
+}
 
 struct Inv {
     static constexpr int limits[] = {largestSize};
@@ -13,16 +66,7 @@ struct Inv {
     {
         Tile<V, N, N> t(n, n);
         a.load(k, t);
-        const IndexOf<V> refused = notFinite(t);
-        if (any(refused)) makeHarmless(refused, t);
-        const V scale = eliminationScale(largestOf(t), n);
-        scaleBy(scale, t);
-
-        Pivots<V, N> p;
-        IndexOf<V> info = factorLU(t, p);
-        invertLU(t, p);
-        scaleBy(scale, t);
-        info = refused ? index<V>(-1) : info;
+        const IndexOf<V> info = invert(t);
         if (any(info != 0)) spoil(info != 0, t);
         x.store(k, t);
         return info;

@@ -13,22 +13,19 @@ struct LU {
     {
         Tile<V, N, N> t(n, n);
         a.load(k, t);
-        const IndexOf<V> refused = notFinite(t);
-        if (any(refused)) makeHarmless(refused, t);
-        const V scale = eliminationScale(largestOf(t), n);
-        scaleBy(scale, t);
-
+        const Preparation<V> prepared(t);
         Pivots<V, N> p;
         factorLU(t, p);
-        const V back = 1 / scale;
-        for (int i = 0; i < t.n; ++i)
-            for (int j = i; j < t.n; ++j) t(i, j) *= back;
+        if (prepared.isScaled)
+            for (int i = 0; i < t.n; ++i)
+                for (int j = i; j < t.n; ++j) t(i, j) *= 1 / prepared.scale;
+        const IndexOf<V> info = prepared.info(index<V>(0));
         Tile<IndexOf<V>, Fixed<1>, N> places(Fixed<1>{}, n);
-        for (int i = 0; i < t.n; ++i) places(0, i) = refused ? index<V>(0) : p[i] + 1;
-        if (any(refused)) spoil(refused, t);
+        for (int i = 0; i < t.n; ++i) places(0, i) = info != 0 ? index<V>(0) : p[i] + 1;
+        if (any(info != 0)) spoil(info != 0, t);
         lu.store(k, t);
         pivots.store(k, places);
-        return refused ? index<V>(-1) : index<V>(0);
+        return info;
     }
 };
 
@@ -50,22 +47,22 @@ struct LUSolve {
         pivots.load(objects, places);
         Pivots<V, N> p;
         IndexOf<V> refused = notFinite(lu), info{};
-        V largest{};
         for (int i = 0; i < lu.n; ++i) {
             p[i] = places(0, i) - 1;
             refused |= (p[i] < i) | (p[i] >= lu.n);
             info = ((lu(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info;
-            for (int j = i; j < lu.n; ++j) largest = abs(lu(i, j)) > largest ? abs(lu(i, j)) : largest;
         }
         info = refused ? index<V>(-1) : info;
         if (any(info != 0)) makeHarmless(info != 0, lu);
-        const V scale = eliminationScale(largest, n);
-        for (int i = 0; i < lu.n; ++i)
-            for (int j = i; j < lu.n; ++j) lu(i, j) *= scale;
+        const V scale = eliminationScale(largestOfUpper(lu), n);
+        const bool isScaled = any(scale != 1);
+        if (isScaled)
+            for (int i = 0; i < lu.n; ++i)
+                for (int j = i; j < lu.n; ++j) lu(i, j) *= scale;
 
         eachPanel<V>(n, k, [&](auto& panel, std::ptrdiff_t column) {
             b.load(objects, panel, 0, column);
-            scaleBy(scale, panel);
+            if (isScaled) scaleBy(scale, panel);
             solveLU(lu, p, panel);
             if (any(info != 0)) spoil(info != 0, panel);
             x.store(objects, panel, 0, column);

@@ -11,7 +11,7 @@ template <class V, class N> struct Pivots {
     const IndexOf<V>& operator[](int k) const { return e[k]; }
 };
 
-// x / d as x * (1/d), and by a division in lanes where 1/d would overflow.
+// x / d as x * (1/d), and by a division in lanes where 1/d would overflow; x itself where d is 0.
 template <class V> class Divisor {
 public:
     explicit Divisor(V d) : inverse(1 / d)
@@ -19,7 +19,7 @@ public:
         const IndexOf<V> over = abs(inverse) > splat<V>(std::numeric_limits<ElementOf<V>>::max());
         overflows = any(over);
         if (!overflows) return;
-        divisor = over ? d : splat<V>(1);
+        divisor = over & (d != 0) ? d : splat<V>(1);
         inverse = over ? splat<V>(1) : inverse;
     }
     V under(V x) const { return (overflows ? x / divisor : x) * inverse; }
@@ -59,10 +59,9 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorLU(Ti
             p[k] = larger ? index<V>(i) : p[k];
         }
         exchangeRows(a, k, p[k]);
-        const IndexOf<V> zero = largest == 0;
-        info = (zero & (info == 0)) ? index<V>(k + 1) : info;
+        info = ((largest == 0) & (info == 0)) ? index<V>(k + 1) : info;
 
-        const Divisor<V> pivot(zero ? splat<V>(1) : a(k, k));
+        const Divisor<V> pivot(a(k, k));
         for (int i = k + 1; i < a.n; ++i) {
             const V l = a(i, k) = pivot.under(a(i, k));
             for (int j = k + 1; j < a.n; ++j) a(i, j) -= l * a(k, j);

@@ -63,23 +63,21 @@ public:
     using Element = T;
     T* p;
 
-    Operand(const auto& stack, std::ptrdiff_t rows, std::ptrdiff_t columns)
+    // For packs of so many objects.
+    Operand(const auto& stack, std::ptrdiff_t rows, std::ptrdiff_t columns, int objects)
         : p(stack.p), stride0(stack.stride0), stride1(stack.stride1), stride2(stack.stride2)
     {
         if (stack.isDiagonal) stride2 += stride1, rows = 1;
+        if (objects == 1) {
+            road = Road::one;
+            return;
+        }
         if (!isLane) road = Road::any;
-        else if (stride0 == each) road = Road::planes;
+        else if (stride0 == each) road = objects == lanes<V> ? Road::planes : Road::any;
         else if (stride2 == each && (columns > 1 || rows == 1)) road = Road::rows;
         else if (stride1 == each) road = Road::columns;
         else road = Road::any;
-        for (int l = 0; l < lanes<V>; ++l) offset[l] = l * stride0;
-    }
-    // From now on packs have fewer objects than lanes.
-    void shorten(int objects)
-    {
-        if (road == Road::planes) road = Road::any;
-        if (objects == 1) road = Road::one;
-        for (int l = objects; l < lanes<V>; ++l) offset[l] = (objects - 1) * stride0;
+        for (int l = 0; l < lanes<V>; ++l) offset[l] = std::min(l, objects - 1) * stride0;
     }
 
     // As many rows and columns of each object as the tile has, from a first one on.

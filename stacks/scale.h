@@ -18,6 +18,13 @@ template <class V, class N, class M> V largestOf(const Tile<V, N, M>& x)
         for (int j = 0; j < x.m; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
     return largest;
 }
+template <class V, class N> V largestOfUpper(const Tile<V, N, N>& x)
+{
+    V largest{};
+    for (int i = 0; i < x.n; ++i)
+        for (int j = i; j < x.n; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
+    return largest;
+}
 template <class V, class N> V largestOfLower(const Tile<V, N, N>& x)
 {
     V largest{};
@@ -44,6 +51,44 @@ template <class V, class N, class M> void scaleBy(V power, Tile<V, N, M>& x)
     for (int i = 0; i < x.n; ++i)
         for (int j = 0; j < x.m; ++j) x(i, j) *= power;
 }
+
+// Lanes whose matrix is finite and of a magnitude such that products of three elements neither over- nor underflow.
+template <class V, class N> IndexOf<V> ordinary(const Tile<V, N, N>& x)
+{
+    using T = ElementOf<V>;
+    V sum{};
+    for (int i = 0; i < x.n; ++i) {
+        V ofRow{};
+        for (int j = 0; j < x.m; ++j) ofRow += abs(x(i, j));
+        sum += ofRow;
+    }
+    constexpr T low = sizeof(T) == 4 ? T(0x1p-20) : T(0x1p-200), high = 1 / low;
+    return (sum > splat<V>(low)) & (sum < splat<V>(high));
+}
+
+// A matrix made ready for elimination: NaN and infinities out of the way, magnitudes where nothing over- or underflows.
+// Ordinary ones are left as they are.
+template <class V> class Preparation {
+public:
+    IndexOf<V> refused{}; // lanes that hold a NaN or an infinity
+    V scale = splat<V>(1);
+    bool isScaled = false;
+
+    template <class N> explicit Preparation(Tile<V, N, N>& x)
+    {
+        if (!any(~ordinary(x))) return;
+        refused = notFinite(x);
+        makeHarmless(refused, x);
+        scale = eliminationScale(largestOf(x), x.n);
+        isScaled = true;
+        scaleBy(scale, x);
+    }
+    template <class N, class M> void scaleLike(Tile<V, N, M>& x) const
+    {
+        if (isScaled) scaleBy(scale, x);
+    }
+    IndexOf<V> info(IndexOf<V> otherwise) const { return refused ? index<V>(-1) : otherwise; }
+};
 
 // x * 2^e for e up to twice the range of exponents, as two factors; rounded once if x is 1 or larger.
 template <class V> class TwoPowers {

@@ -17,16 +17,12 @@ struct Solve {
     {
         Tile<V, N, N> lu(n, n);
         a.load(objects, lu);
-        const IndexOf<V> refused = notFinite(lu);
-        if (any(refused)) makeHarmless(refused, lu);
-        const V scale = eliminationScale(largestOf(lu), n);
-        scaleBy(scale, lu);
-
+        const Preparation<V> prepared(lu);
         Pivots<V, N> p;
-        const IndexOf<V> singular = factorLU(lu, p), info = refused ? index<V>(-1) : singular;
+        const IndexOf<V> info = prepared.info(factorLU(lu, p));
         eachPanel<V>(n, k, [&](auto& panel, std::ptrdiff_t column) {
             b.load(objects, panel, 0, column);
-            scaleBy(scale, panel);
+            prepared.scaleLike(panel);
             solveLU(lu, p, panel);
             if (any(info != 0)) spoil(info != 0, panel);
             x.store(objects, panel, 0, column);

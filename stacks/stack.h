@@ -25,9 +25,10 @@ template <class T, int strides> struct Stack {
     int unacceptable(std::ptrdiff_t count, Shape<std::ptrdiff_t, std::ptrdiff_t> s) const
     {
         if (!p && optional) return 0;
-        if (!p && count > 0 && s.rows > 0 && s.columns > 0) return 1;
-        const auto bad = [](std::ptrdiff_t stride, std::ptrdiff_t elements) {
-            return stride % std::ptrdiff_t(sizeof(T)) != 0 || (!isSource && stride == 0 && elements > 1);
+        const bool empty = count <= 0 || s.rows == 0 || s.columns == 0;
+        if (!p && !empty) return 1;
+        const auto bad = [empty](std::ptrdiff_t stride, std::ptrdiff_t elements) {
+            return stride % std::ptrdiff_t(sizeof(T)) != 0 || (!isSource && !empty && stride == 0 && elements > 1);
         };
         if (bad(stride0, count)) return 2;
         if (strides == 3 && bad(stride1, s.rows)) return 3;

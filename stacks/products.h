@@ -1,0 +1,71 @@
+// Determinants and adjugates of orders up to 3 as sums of products, and when these are as accurate as elimination.
+#pragma once
+#include "stacks/scale.h"
+
+namespace kesl::stacks {
+
+template <class V, int n> using Square = Tile<V, Fixed<n>, Fixed<n>>;
+
+template <class V> V determinant(const Square<V, 1>& a) { return a(0, 0); }
+template <class V> V determinant(const Square<V, 2>& a) { return a(0, 0) * a(1, 1) - a(0, 1) * a(1, 0); }
+template <class V> V determinant(const Square<V, 3>& a)
+{
+    const auto minor = [&](int i, int j) { return a(1, i) * a(2, j) - a(1, j) * a(2, i); };
+    return a(0, 0) * minor(1, 2) - a(0, 1) * minor(0, 2) + a(0, 2) * minor(0, 1);
+}
+
+template <class V> Square<V, 2> adjugate(const Square<V, 2>& a)
+{
+    Square<V, 2> x({}, {});
+    x(0, 0) = a(1, 1), x(0, 1) = 0 - a(0, 1), x(1, 0) = 0 - a(1, 0), x(1, 1) = a(0, 0);
+    return x;
+}
+template <class V> Square<V, 3> adjugate(const Square<V, 3>& a)
+{
+    Square<V, 3> x({}, {});
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j) {
+            const int i1 = (i + 1) % 3, i2 = (i + 2) % 3, j1 = (j + 1) % 3, j2 = (j + 2) % 3;
+            x(j, i) = a(i1, j1) * a(i2, j2) - a(i1, j2) * a(i2, j1);
+        }
+    return x;
+}
+
+// Lanes where a determinant is more than what is left when products cancel. It holds or not whatever the units.
+template <class V, int n> IndexOf<V> isSound(V det, V largest, Fixed<n>)
+{
+    V bound = splat<V>(sizeof(ElementOf<V>) == 4 ? ElementOf<V>(0x1p-30) : ElementOf<V>(0x1p-60));
+    for (int i = 0; i < n; ++i) bound *= largest;
+    return abs(det) > bound;
+}
+
+// Lanes where the adjugate of order 3 has no element that suffers from cancellation more than the matrix's condition excuses:
+// its size is the product of the two larger singular values, and its errors are units of the square of the largest.
+template <class V, int n> IndexOf<V> isSound(const Square<V, n>& adjoint, V largest)
+{
+    if constexpr (n < 3) return index<V>(-1);
+    else return largestOf(adjoint) > largest * largest * splat<V>(1.0f / 16);
+}
+
+// Matrices that are not ordinary, brought near 1 by a power of two for each.
+template <class V, int n> struct Normalised {
+    IndexOf<V> exponent;
+    TwoPowers<V> down;
+    Square<V, n> near;
+
+    Normalised(const Square<V, n>& a, IndexOf<V> isOrdinary)
+        : exponent(exponentUnless(isOrdinary, largestOf(a))), down(0 - exponent), near(a)
+    {
+        for (V& element : near.e) element = down.times(element);
+    }
+
+private:
+    static IndexOf<V> exponentUnless(IndexOf<V> isOrdinary, V largest)
+    {
+        IndexOf<V> e;
+        splitExponent(largest, e);
+        return isOrdinary ? index<V>(0) : e;
+    }
+};
+
+} // namespace kesl::stacks

@@ -53,8 +53,11 @@ template <class V> struct StandardBlock {
             }
             // Complex eigenvalues, or nearly equal ones: the diagonal elements are made equal.
             if (const Mask turned = rest & ~real; any(turned)) {
-                const V sigma = b0 + c0, tau = hypotenuse(sigma, p * 2);
-                const V cs1 = sqrt((abs(sigma) / tau + 1) * T(0.5)), sine = p / (tau * cs1), sn1 = sigma < 0 ? sine : -sine;
+                // Both legs may be subnormal where the block is nearly in form.
+                const V s = abs(b0 + c0), t = abs(a0 - d0), near = inversePower(s > t ? s : t);
+                const V sigma = (b0 + c0) * near, difference = (a0 - d0) * near, tau = hypotenuse(sigma, difference);
+                const V cs1 = sqrt((abs(sigma) / tau + 1) * T(0.5)), sine = difference * T(0.5) / (tau * cs1);
+                const V sn1 = sigma < 0 ? sine : -sine;
                 const V aa = a0 * cs1 + b0 * sn1, bb = b0 * cs1 - a0 * sn1;
                 const V cc = c0 * cs1 + d0 * sn1, dd = d0 * cs1 - c0 * sn1;
                 const V mean = (aa * cs1 + cc * sn1 + dd * cs1 - bb * sn1) * T(0.5);

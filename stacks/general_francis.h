@@ -36,8 +36,9 @@ template <class V, class N, class Basis> struct Francis {
             for (int i = from; i < to; ++i) f(i);
     }
 
-    // Clears negligible subdiagonal elements and finds the active blocks.
-    [[gnu::always_inline]] void deflate()
+    // Clears negligible subdiagonal elements and finds the active blocks. They are small beside their neighbours; where a
+    // lane is stuck, beside the norm, which is 1 or more.
+    [[gnu::always_inline]] void deflate(Mask stuck)
     {
         constexpr T eps = std::numeric_limits<T>::epsilon(), least = std::numeric_limits<T>::min() / eps * largestSize;
         Index head{};
@@ -53,7 +54,7 @@ template <class V, class N, class Basis> struct Francis {
                 const V sum = aa + ab;
                 small = small & (ba * (ab / sum) <= (bb * (aa / sum)) * eps);
             }
-            small = small | (s <= least);
+            small = small | (s <= (stuck ? splat<V>(eps) : splat<V>(least)));
             h(k, k - 1) = small ? V{} : h(k, k - 1);
             head = small ? Index{} + k : head;
             const Mask open = k - head >= 2;
@@ -137,16 +138,16 @@ template <class V, class N, class Basis> struct Francis {
     // To blocks of one and two rows. 0, or the index (from 1) of the last eigenvalue that was not found.
     Index iterate()
     {
-        Index former{}, count{};
+        Index former{}, count{}, next = index<V>(10); // sweeps since the last eigenvalue was found; when shifts must change
         for (int sweeps = 30 * std::max(int(n), 10);; --sweeps) {
-            deflate();
+            deflate(count > 20);
             if (last == 0) return Index{};
             if (sweeps == 0) return bottom > 0 ? bottom + 1 : bottom;
             for (first = 0; !any((top == first) & (bottom > 0));) ++first;
-            count = former == bottom ? count + 1 : Index{};
+            count = (former == bottom) & (bottom > 0) ? count + 1 : Index{};
             former = bottom;
-            const Mask stalled = count == 10;
-            count = stalled ? Index{} : count;
+            const Mask stalled = count == next;
+            next = stalled ? next + 10 : count == 0 ? index<V>(10) : next;
             const Shifts shift = shifts(stalled);
             each(0, n - 1, [&](int k) KESL_INLINE {
                 if (k < first || k >= last) return;

@@ -41,7 +41,7 @@
  * ACCURACY is that of LAPACK, judged by LAPACK's own test ratios: a residual divided by the norms, the order and the unit
  * roundoff. "Ratio" below is the limit that the tests hold for every order, condition and scale.
  *
- * SPEED. Orders 1 to 8 have code of their own. Objects whose rows are contiguous are the fastest, those with contiguous
+ * SPEED. Small orders have code of their own. Objects whose rows are contiguous are the fastest, those with contiguous
  * columns as fast, then structures of arrays (stride0 the element size); anything else costs two to five times as much to
  * load. COST counts the operations for each object.
  */
@@ -256,7 +256,8 @@ ptrdiff_t kesl_qr_64f(ptrdiff_t m, ptrdiff_t n, ptrdiff_t count,
  *
  * Method   Householder QR (Golub & Van Loan 5.3). The columns of a must be independent.
  * In place x may be b if m = n, or a if m = k.
- * Info     -1 NaN or infinity in a; i if diagonal element i of r is zero. NaN and infinities in b go the way of arithmetic.
+ * Info     -1 NaN or infinity in a; i if diagonal element i of r is zero. A right side with
+ *          a NaN or an infinity gets NaN.
  * Accuracy ratio of LAPACK's xQRT17 below 30
  * Cost     2 m n^2 + 4 m n k */
 ptrdiff_t kesl_lstsq_32f(ptrdiff_t m, ptrdiff_t n, ptrdiff_t k, ptrdiff_t count,

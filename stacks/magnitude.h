@@ -14,22 +14,27 @@ template <class T> struct Format {
     static constexpr T negligible = Limits::min() / roundoff;
 };
 
-// The largest magnitude of some elements, and whether one of them is NaN or infinite.
-template <class V> struct Magnitude {
-    V largest{}, zeros{};
-    void see(V x)
+// Elements of the same unit, all of them brought up or down by one power of two so that the largest magnitude is 2^headroom
+// or more, and less than twice that. Where one is NaN or infinite they are refused: all become zero. each(f) calls f(x) for
+// every element x.
+template <class V> struct Scaled {
+    IndexOf<V> shift;
+    MaskOf<V> refused;
+
+    [[gnu::always_inline]] explicit Scaled(auto each)
     {
-        const V size = abs(x);
-        largest = size > largest ? size : largest;
-        zeros = zeros + (x - x);
+        V largest{}, zeros{};
+        each([&](V& x) KESL_INLINE {
+            const V size = abs(x);
+            largest = size > largest ? size : largest;
+            zeros = zeros + (x - x);
+        });
+        refused = zeros != V{};
+        shift = refused ? IndexOf<V>{} : Format<ElementOf<V>>::headroom - exponentOf(largest);
+        const TwoPowers<V> power(shift);
+        each([&](V& x) KESL_INLINE { x = refused ? V{} : power.times(x); });
     }
-    MaskOf<V> refused() const { return zeros != V{}; }
-    // The power of two to multiply with: the largest magnitude then is 2^headroom or more, and less than twice that. None
-    // where all is zero or an element is refused.
-    IndexOf<V> shift() const
-    {
-        return (refused() | (largest == V{})) ? IndexOf<V>{} : Format<ElementOf<V>>::headroom - exponentOf(largest);
-    }
+    V back(V x) const { return timesPowerOfTwo(x, -shift); }
 };
 
 } // namespace kesl::stacks

@@ -34,10 +34,7 @@ struct LstSq {
     static constexpr bool isTall = true;
     static auto shapes(auto m, auto n, auto k) { return std::tuple(Shape(m, n), Shape(m, k), Shape(n, k)); }
     static double cost(double m, double n, double k) { return 50 * n * (m * (n + 2 * k) + 8); }
-    static auto withOrders(auto f, std::ptrdiff_t m, std::ptrdiff_t n, std::ptrdiff_t k)
-    {
-        return k == 1 ? f(int(m), int(n), Fixed<1>{}) : f(int(m), int(n), k);
-    }
+    static auto withOrders(auto f, std::ptrdiff_t m, std::ptrdiff_t n, std::ptrdiff_t k) { return f(int(m), int(n), k); }
 
     template <class V, class M, class N, class K>
     static IndexOf<V> pack(Objects objects, M m, N n, K k, const auto& a, const auto& b, const auto& x)

@@ -19,14 +19,9 @@ template <class V, class N, class M> [[gnu::always_inline]] inline MaskOf<V> fac
     const M m = a.columns();
     MaskOf<V> refused{};
     loop<N>(0, n, [&](int j) KESL_INLINE {
-        Magnitude<V> size;
-        loop<M>(0, m, [&](int i) KESL_INLINE { size.see(a(j, i)); });
-        refused |= size.refused();
-        f.shift[j] = size.shift();
-    });
-    loop<N>(0, n, [&](int j) KESL_INLINE {
-        const TwoPowers<V> in(f.shift[j]);
-        loop<M>(0, m, [&](int i) KESL_INLINE { a(j, i) = refused ? V{} : in.times(a(j, i)); });
+        const Scaled<V> scaled([&](auto see) KESL_INLINE { loop<M>(0, m, [&](int i) KESL_INLINE { see(a(j, i)); }); });
+        refused |= scaled.refused;
+        f.shift[j] = scaled.shift;
     });
     loop<N>(0, n, [&](int k) KESL_INLINE {
         const auto h = reflector(a, k, k, m);
@@ -69,17 +64,15 @@ template <class V, class N, class M>
 {
     const N n = a.rows();
     const M m = a.columns();
-    Magnitude<V> size;
-    loop<M>(0, m, [&](int i) KESL_INLINE { size.see(y[i]); });
-    const IndexOf<V> shift = size.shift();
-    const TwoPowers<V> in(shift);
-    loop<M>(0, m, [&](int i) KESL_INLINE { y[i] = in.times(y[i]); });
+    const Scaled<V> scaled([&](auto see) KESL_INLINE { loop<M>(0, m, [&](int i) KESL_INLINE { see(y[i]); }); });
     loop<N>(0, n, [&](int k) KESL_INLINE { reflect(a, k, k, m, f.tau[k], y); });
     loopDown<N>(0, n, [&](int j) KESL_INLINE {
         const V x = y[j] / f.diagonal[j];
         loop<N>(0, j, [&](int k) KESL_INLINE { y[k] = y[k] - a(j, k) * x; });
-        const IndexOf<V> back = f.shift[j] - shift, half = back >> 1; // two steps in one direction: no overflow on the way
-        y[j] = timesPowerOfTwo(timesPowerOfTwo(x, half), back - half);
+        const IndexOf<V> back = f.shift[j] - scaled.shift,
+                         half = back >> 1; // two steps of one direction: no overflow between
+        const V result = timesPowerOfTwo(timesPowerOfTwo(x, half), back - half);
+        y[j] = scaled.refused ? notANumber<V>() : result;
     });
 }
 

@@ -44,7 +44,9 @@ template <class V> struct Rotation {
         using T = ElementOf<V>;
         constexpr T tolerance = 8 * Format<T>::roundoff; // of the cosine of their angle
         constexpr T steep = 1 / Format<T>::roundoff;     // root(1 + t^2) is t from here on
-        on = (xx >= nothing<T>)&(yy >= nothing<T>)&(abs(xy) > tolerance * sqrt(xx) * sqrt(yy));
+        const V least = xx < yy ? xx : yy, bound = tolerance * sqrt(xx) * sqrt(yy);
+        const MaskOf<V> present = least >= nothing<T>, oblique = abs(xy) > bound;
+        on = present & oblique;
         const V ratio = (yy - xx) / (on ? xy + xy : splat<V>(1)), size = abs(ratio);
         const V root = size > steep ? size : sqrt(ratio * ratio + 1);
         tangent = on ? 1 / (ratio < V{} ? ratio - root : ratio + root) : V{};
@@ -107,7 +109,7 @@ template <bool vectors, class V, class N>
 }
 
 // Rows that are zero become such that all rows are orthonormal, as the other ones are. Zero rows are the last.
-template <class V, class N> void complete(Tile<V, N, N>& y, MaskOf<V>* zero)
+template <class V, class N> [[gnu::noinline]] void complete(Tile<V, N, N>& y, MaskOf<V>* zero)
 {
     const N n = y.rows();
     Tile<V, N, N> q = y;
@@ -121,6 +123,61 @@ template <class V, class N> void complete(Tile<V, N, N>& y, MaskOf<V>* zero)
         for (int i = 0; i < n; ++i) y(j, i) = zero[j] ? q(j, i) : y(j, i);
 }
 
+// A P = Q R: a becomes reflectors, H(k) in row k, and r becomes R itself. Column k was exchanged with column at[k].
+template <class V, class N, class M>
+[[gnu::always_inline]] inline void factorPivoted(Tile<V, N, M>& a, Tile<V, N, N>& r, V* tau, IndexOf<V>* at)
+{
+    const N n = a.rows();
+    const M m = a.columns();
+    loop<N>(0, n, [&](int k) KESL_INLINE {
+        at[k] = pivot(a, k);
+        const auto h = reflector(a, k, k, m);
+        tau[k] = h.tau;
+        loop<N>(k + 1, n, [&](int j) KESL_INLINE { reflect(a, k, k, m, h.tau, &a(j, 0)); });
+        loop<N>(0, n, [&](int i) KESL_INLINE { r(i, k) = i < k ? a(k, i) : i == k ? h.beta : V{}; });
+    });
+}
+
+// Rows y of lengths s become orthonormal, and then P y; what of them and of the rows w points back is turned.
+template <class V, class N>
+[[gnu::always_inline]] inline void rightVectors(Tile<V, N, N>& y, Tile<V, N, N>& w, const V* s, const IndexOf<V>* at)
+{
+    const N n = y.rows();
+    MaskOf<V> zero[most<N>], incomplete{};
+    loop<N>(0, n, [&](int j) KESL_INLINE {
+        zero[j] = s[j] == V{};
+        incomplete |= zero[j];
+        const V inverse = 1 / (zero[j] ? splat<V>(1) : s[j]);
+        loop<N>(0, n, [&](int i) KESL_INLINE { y(j, i) = zero[j] ? V{} : y(j, i) * inverse; });
+    });
+    if (any(incomplete)) complete(y, zero);
+    loopDown<N>(0, n, [&](int k) KESL_INLINE {
+        loop<N>(k + 1, n, [&](int j) KESL_INLINE {
+            const MaskOf<V> here = at[k] == j;
+            loop<N>(0, n, [&](int i) KESL_INLINE { exchange(here, y(i, k), y(i, j)); });
+        });
+    });
+    loop<N>(0, n, [&](int j) KESL_INLINE {
+        const MaskOf<V> back = pointsBack(&y(j, 0), n);
+        turn(back, &y(j, 0), n);
+        turn(back, &w(j, 0), n);
+    });
+}
+
+// a = the product of w and a.
+template <class V, class N, class M> [[gnu::always_inline]] inline void multiply(const Tile<V, N, N>& w, Tile<V, N, M>& a)
+{
+    const N n = a.rows();
+    loop<M>(0, a.m, [&](int i) KESL_INLINE {
+        V column[most<N>];
+        loop<N>(0, n, [&](int j) KESL_INLINE {
+            column[j] = w(j, 0) * a(0, i);
+            loop<N>(1, n, [&](int k) KESL_INLINE { column[j] = column[j] + w(j, k) * a(k, i); });
+        });
+        loop<N>(0, n, [&](int j) KESL_INLINE { a(j, i) = column[j]; });
+    });
+}
+
 // Singular values, descending, of a matrix with at least as many rows as columns; U transposed in place of a, and V
 // transposed into v. They fail where a reads NaN or infinity (-1), and where the rotations did not converge (1).
 template <bool vectors, class V, class N, class M>
@@ -128,25 +185,14 @@ template <bool vectors, class V, class N, class M>
 {
     const N n = a.rows();
     const M m = a.columns();
-    Magnitude<V> size;
-    loop<N>(0, n, [&](int j) KESL_INLINE { loop<M>(0, m, [&](int i) KESL_INLINE { size.see(a(j, i)); }); });
-    const MaskOf<V> refused = size.refused();
-    const IndexOf<V> shift = size.shift();
-    const TwoPowers<V> in(shift), out(-shift);
-    loop<N>(0, n, [&](int j) KESL_INLINE {
-        loop<M>(0, m, [&](int i) KESL_INLINE { a(j, i) = refused ? V{} : in.times(a(j, i)); });
+    const Scaled<V> scaled([&](auto f) KESL_INLINE {
+        loop<N>(0, n, [&](int j) KESL_INLINE { loop<M>(0, m, [&](int i) KESL_INLINE { f(a(j, i)); }); });
     });
 
-    Tile<V, N, N> w(n, n); // first R, row by row
+    Tile<V, N, N> w(n, n);
     V tau[most<N>];
     IndexOf<V> at[most<N>];
-    loop<N>(0, n, [&](int k) KESL_INLINE {
-        at[k] = pivot(a, k);
-        const auto h = reflector(a, k, k, m);
-        tau[k] = h.tau;
-        loop<N>(k + 1, n, [&](int j) KESL_INLINE { reflect(a, k, k, m, h.tau, &a(j, 0)); });
-        loop<N>(0, n, [&](int i) KESL_INLINE { v(i, k) = i < k ? a(k, i) : i == k ? h.beta : V{}; });
-    });
+    factorPivoted(a, v, tau, at);
     if constexpr (vectors) {
         collect(a, tau, 0, n, m);
         loop<N>(0, n, [&](int j) KESL_INLINE {
@@ -169,37 +215,12 @@ template <bool vectors, class V, class N, class M>
                 exchange(wrong, w(i, k), w(j, k));
             });
     });
-
     if constexpr (vectors) {
-        MaskOf<V> zero[most<N>];
-        loop<N>(0, n, [&](int j) KESL_INLINE {
-            zero[j] = s[j] == V{};
-            const V inverse = 1 / (zero[j] ? splat<V>(1) : s[j]);
-            loop<N>(0, n, [&](int i) KESL_INLINE { v(j, i) = zero[j] ? V{} : v(j, i) * inverse; });
-        });
-        if (any(s[n - 1] == V{})) complete(v, zero);
-        loopDown<N>(0, n, [&](int k) KESL_INLINE { // P Y
-            loop<N>(k + 1, n, [&](int j) KESL_INLINE {
-                const MaskOf<V> here = at[k] == j;
-                loop<N>(0, n, [&](int i) KESL_INLINE { exchange(here, v(i, k), v(i, j)); });
-            });
-        });
-        loop<N>(0, n, [&](int j) KESL_INLINE {
-            const MaskOf<V> back = pointsBack(&v(j, 0), n);
-            turn(back, &v(j, 0), n);
-            turn(back, &w(j, 0), n);
-        });
-        loop<M>(0, m, [&](int i) KESL_INLINE { // Q W
-            V row[most<N>];
-            loop<N>(0, n, [&](int j) KESL_INLINE {
-                row[j] = w(j, 0) * a(0, i);
-                loop<N>(1, n, [&](int k) KESL_INLINE { row[j] = row[j] + w(j, k) * a(k, i); });
-            });
-            loop<N>(0, n, [&](int j) KESL_INLINE { a(j, i) = row[j]; });
-        });
+        rightVectors(v, w, s, at);
+        multiply(w, a);
     }
-    loop<N>(0, n, [&](int j) KESL_INLINE { s[j] = out.times(s[j]); });
-    return refused ? index<V>(-1) : failed;
+    loop<N>(0, n, [&](int j) KESL_INLINE { s[j] = scaled.back(s[j]); });
+    return scaled.refused ? index<V>(-1) : failed;
 }
 
 } // namespace kesl::stacks

@@ -77,12 +77,12 @@ template <bool vectors, class V, class N>
                 return;
             }
 
-            // Wilkinson's shift is d(l) - last^2 / (h +- root(h^2 + last^2)), h = (d(l - 1) - d(l)) / 2.
+            // Wilkinson's shift is d(l) - last^2 / (half +- root).
             const V last = active ? e[l - 1] : one;
-            const V ratio = (d[l - 1] - d[l]) / (last + last), root = sqrt(ratio * ratio + 1);
+            const V half = (d[l - 1] - d[l]) * ElementOf<V>(0.5), root = sqrt(half * half + last * last);
             V first = d[0];
             loop<N>(1, l, [&](int i) KESL_INLINE { first = m == i ? d[i] : first; });
-            V g = (first - d[l]) + last / (ratio > V{} ? ratio + root : ratio - root);
+            V g = (first - d[l]) + last * last / (half > V{} ? half + root : half - root);
             V s = one, c = one, p{};
             loop<N>(0, l, [&](int i) KESL_INLINE {
                 const Mask on = active & (m <= i);
@@ -127,13 +127,8 @@ template <bool vectors, class V, class N>
 {
     const N n = a.rows();
     V* const d = values.e;
-    Magnitude<V> size;
-    loop<N>(0, n, [&](int i) KESL_INLINE { loop<N>(i, n, [&](int j) KESL_INLINE { size.see(a(i, j)); }); });
-    const MaskOf<V> refused = size.refused();
-    const IndexOf<V> shift = size.shift();
-    const TwoPowers<V> in(shift), out(-shift);
-    loop<N>(0, n, [&](int i) KESL_INLINE {
-        loop<N>(i, n, [&](int j) KESL_INLINE { a(i, j) = refused ? V{} : in.times(a(i, j)); });
+    const Scaled<V> scaled([&](auto f) KESL_INLINE {
+        loop<N>(0, n, [&](int i) KESL_INLINE { loop<N>(i, n, [&](int j) KESL_INLINE { f(a(i, j)); }); });
     });
 
     V e[most<N>], tau[most<N>];
@@ -146,10 +141,10 @@ template <bool vectors, class V, class N>
         if constexpr (vectors) loop<N>(0, n, [&](int k) KESL_INLINE { exchange(wrong, a(i, k), a(j, k)); });
     });
     loop<N>(0, n, [&](int i) KESL_INLINE {
-        d[i] = out.times(d[i]);
+        d[i] = scaled.back(d[i]);
         if constexpr (vectors) turn(pointsBack(&a(i, 0), n), &a(i, 0), n);
     });
-    return refused ? index<V>(-1) : failed;
+    return scaled.refused ? index<V>(-1) : failed;
 }
 
 } // namespace kesl::stacks

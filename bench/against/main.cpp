@@ -58,7 +58,7 @@ Prepared prepareBoth(const Row& row, bool smoke, const Build& now, const Build& 
     for (const auto& [name, build] : {std::pair{"new", &now}, {"old", &before}}) {
         Contender contender = library;
         contender.name = name;
-        contender.run = [build, run = library.run](int begin, int end) { build->use(), run(begin, end); };
+        contender.run = [build = build, run = library.run](int begin, int end) { build->use(), run(begin, end); };
         both.contenders.push_back(contender);
     }
     both.tolerance = 0;

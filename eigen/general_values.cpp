@@ -7,8 +7,9 @@ namespace {
 
 KeslStatus outcome(bool converged) { return converged ? keslStatusOk : keslStatusNoConvergence; }
 
-template <class T, int n> KeslStatus fixed(const Array<const T>& src, Table<T> re, Table<T> im, int count)
+template <class T, int n> KeslStatus fixed(const Array<const T>& from, Table<T> re, Table<T> im, int count)
 {
+    const InPacks src(from, count);
     return eachPack<T, widePacks>(count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
         Block<V, n, n> h;
         V scratch[2 * n];

@@ -27,12 +27,12 @@ struct EigenValues {
     template <class T, Form>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im, Size order, Buffer<T> buffer)
     {
-        return eigenValues<T>({src, order, order, 1}, re, im, order, 1, buffer);
+        return eigenValues<T>({src, order, order}, re, im, order, 1, buffer);
     }
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im, Size order,
                                                                              Count count, Buffer<T> buffer)
     {
-        return eigenValues<T>({src, order, order, count}, re, im, order, count, buffer);
+        return eigenValues<T>({src, order, order}, re, im, order, count, buffer);
     }
 };
 

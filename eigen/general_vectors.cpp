@@ -36,8 +36,9 @@ object(const Array<const T>& src, const Vectors<T>& dst, Table<T> re, Table<T> i
 }
 
 template <GeneralRules rules, class T, int n>
-[[gnu::noinline]] KeslStatus fixed(const Array<const T>& src, const Vectors<T>& dst, Table<T> re, Table<T> im, int count)
+[[gnu::noinline]] KeslStatus fixed(const Array<const T>& from, const Vectors<T>& dst, Table<T> re, Table<T> im, int count)
 {
+    const InPacks src(from, count);
     constexpr int all = n * n;
     constexpr Fixed<n> order;
     const auto body = [&]<class V>(Objects<V> k) -> KeslStatus {

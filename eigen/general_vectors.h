@@ -39,8 +39,7 @@ template <GeneralRules rules> struct BothSides : GeneralVectors {
     kernel(auto src, auto right, auto left, Table<T> re, Table<T> im, Size n, int count, Buffer<T> buffer)
     {
         constexpr GeneralRules own = sizeof(T) == 4 ? generalVectors : rules; // floats have the same shifts by both
-        return eigenVectors<own, T>({src, n, n, count}, {Sides::both, {right, n, n, count}, {left, n, n, count}}, re, im, n,
-                                    count, buffer);
+        return eigenVectors<own, T>({src, n, n}, {Sides::both, {right, n, n}, {left, n, n}}, re, im, n, count, buffer);
     }
     template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto right, auto left, Table<T> re,
                                                                                Table<T> im, Size n, Buffer<T> buffer)
@@ -52,8 +51,8 @@ template <Sides side> struct OneSide : GeneralVectors {
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Table<T> re, Table<T> im,
                                                                              Size n, int count, Buffer<T> buffer)
     {
-        const Array<T> to(dst, n, n, count);
-        return eigenVectors<generalVectors, T>({src, n, n, count}, {side, to, to}, re, im, n, count, buffer);
+        const Array<T> to(dst, n, n);
+        return eigenVectors<generalVectors, T>({src, n, n}, {side, to, to}, re, im, n, count, buffer);
     }
     template <class T, Form F>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Table<T> re, Table<T> im, Size n, Buffer<T> buffer)

@@ -48,8 +48,9 @@ struct EigenValuesSym {
         array && F == S ? T(0x1p-52) : Precision<T>::eps;
 
     template <bool array, class T, int n>
-    [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Table<T> dst, int count)
+    [[gnu::noinline]] static KeslStatus fixed(const Array<const T>& from, Table<T> dst, int count)
     {
+        const InPacks src(from, count);
         constexpr SymRules rules = array ? symValuesArray : symValuesSingle;
         const auto body = [&]<class V>(Objects<V> k) -> KeslStatus {
             Block<V, n, n> a;
@@ -96,7 +97,7 @@ struct EigenValuesSym {
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, Table<T> dst, Size order, int count = 1)
     {
         constexpr bool array = src.isArray;
-        return all<array, T>({src, order, order, count}, buffer, dst, order, count, singularUpTo<T, F, array>);
+        return all<array, T>({src, order, order}, buffer, dst, order, count, singularUpTo<T, F, array>);
     }
 };
 

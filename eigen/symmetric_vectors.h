@@ -100,23 +100,26 @@ struct EigenValuesVectorsSym {
         .sortFirst = !array && !(sizeof(T) == 4 && F == S2),
     };
 
-    template <bool array, class T, int n> [[gnu::noinline]] static KeslStatus
-    fixed(Array<const T> src, Array<T> dst, Table<T> dstValues, int count, SymLimits<SymScalar<T, array>> limits)
+    template <bool array, class T, int n>
+    [[gnu::noinline]] static KeslStatus fixed(const Array<const T>& from, const Array<T>& to, Table<T> dstValues, int count,
+                                              SymLimits<SymScalar<T, array>> limits)
     {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
         const auto body = [&]<class V>(Objects<V> k) -> KeslStatus {
-            T* const to = dstValues.object(k.first);
+            T* const found = dstValues.object(k.first);
             Block<V, n, n> x;
             load(src, k, x);
             if constexpr (lanes<V> == 1) {
                 constexpr SymRules rules = array ? symVectorsArray : symVectorsSingle;
-                const KeslStatus status = symVectorsOne<rules, SymScalar<T, array>>(x, to, limits);
+                const KeslStatus status = symVectorsOne<rules, SymScalar<T, array>>(x, found, limits);
                 store(dst, k, x);
                 return status;
             } else {
                 Block<V, 1, n> values;
                 if (!symVectorsParts(x, values, limits.reductionEps)) return keslStatusSingular;
                 store(dst, k, x);
-                storeTable<n>(to, values.e[0]);
+                storeTable<n>(found, values.e[0]);
                 return keslStatusOk;
             }
         };
@@ -160,8 +163,7 @@ struct EigenValuesVectorsSym {
                                                                                Table<T> dstValues, Size order, int count = 1)
     {
         constexpr bool array = src.isArray;
-        return all<array, T>({src, order, order, count}, buffer, {dst, order, order, count}, dstValues, order, count,
-                             limits<T, F, array>);
+        return all<array, T>({src, order, order}, buffer, {dst, order, order}, dstValues, order, count, limits<T, F, array>);
     }
 };
 

@@ -27,18 +27,15 @@ enum class Lie {
 };
 
 template <class T> struct Array {
-    static constexpr int mostLanes = widest / int(sizeof(T));
-
     T* first{};       // standard layout
     T* const* list{}; // L: a pointer for each object; P: for each element
     std::int64_t shift, stride0, stride1, stride2;
     int width;
     bool cells; // P
     Lie lie;
-    T* lanes[mostLanes]; // the first objects where there is no list: those of any pack lie a shift further
 
     template <Kind kind, bool isArray, Form F>
-    [[gnu::always_inline]] Array(const Operand<T, kind, isArray, F>& o, int height, int columns, int count)
+    [[gnu::always_inline]] Array(const Operand<T, kind, isArray, F>& o, int height, int columns)
         : shift(o.shift), stride0(o.stride0), stride1(o.stride1), stride2(o.stride2), width(columns), cells(F == P)
     {
         const std::int64_t row = columns * std::int64_t(sizeof(T));
@@ -47,9 +44,6 @@ template <class T> struct Array {
         if (F == P || !o.rowsAreContiguous()) lie = !inL(F) && stride0 == int(sizeof(T)) ? Lie::sideBySide : Lie::apart;
         else if (kind == Kind::vector) lie = !inL(F) && stride0 == row ? Lie::run : Lie::record;
         else lie = height == 1 || stride1 == row ? Lie::record : Lie::rows;
-        if constexpr (isArray && !o.lists)
-            if (count >= 4)
-                for (int l = 0; l < (count < mostLanes ? 4 : mostLanes); ++l) lanes[l] = moved(first, l * stride0);
     }
 
     // Element (i, j) of object k. In the standard layout and P the others lie stride0 apart.
@@ -59,8 +53,23 @@ template <class T> struct Array {
         return moved(object(k), i * stride1 + j * stride2);
     }
     T* object(int k) const { return list ? moved(list[k], shift) : moved(first, k * stride0); }
+};
+
+// An array in a loop over packs: a copy that nobody changes meanwhile.
+template <class T> struct InPacks : Array<T> {
+    static constexpr int mostLanes = widest / int(sizeof(T));
+    T* lanes[mostLanes]; // the first objects, where there is no list: those of any pack lie a shift further
+
+    [[gnu::always_inline]] InPacks(const Array<T>& array, int count) : Array<T>(array)
+    {
+        if (this->list || this->lie > Lie::rows || count < 4) return;
+        for (int l = 0; l < (count < mostLanes ? 4 : mostLanes); ++l) lanes[l] = moved(this->first, l * this->stride0);
+    }
     // The first elements of objects k, k + 1, ...; not of P.
-    Listed<T> objects(int k) const { return list ? Listed<T>{list + k, shift} : Listed<T>{lanes, k * stride0}; }
+    Listed<T> objects(int k) const
+    {
+        return this->list ? Listed<T>{this->list + k, this->shift} : Listed<T>{lanes, k * this->stride0};
+    }
 };
 
 // f(views of object k of each array), which have one layout.
@@ -84,7 +93,7 @@ template <class T, class... Rest>
 }
 
 // As in objects.h.
-template <class T> bool areGiven(const Array<T>& src, int first, int objects)
+template <class T> bool areGiven(const InPacks<T>& src, int first, int objects)
 {
     bool given = true;
     if (src.list && !src.cells)
@@ -151,8 +160,8 @@ template <int height, int width, bool lower> [[gnu::always_inline]] inline void 
 #pragma GCC unroll 8
         for (int j = 0; j < (lower ? i + 1 : width); ++j) f(i, j);
 }
-template <bool lower, class V, int height, int width> [[gnu::always_inline]] inline void
-loadInLine(const Array<const ElementOf<V>>& src, int first, Block<V, height, width>& __restrict x)
+template <bool lower, class V, int height, int width>
+[[gnu::always_inline]] inline void loadInLine(const InPacks<const ElementOf<V>>& src, int first, Block<V, height, width>& x)
 {
     using T = const ElementOf<V>;
     const std::int64_t along = src.shift + first * src.stride0;
@@ -166,10 +175,13 @@ loadInLine(const Array<const ElementOf<V>>& src, int first, Block<V, height, wid
     } else if (src.lie <= Lie::rows) {
         const Listed<T> at = src.objects(first);
         if (!src.list) prefetchNext<height * width, V, false>(Spaced<T>{src.object(first), src.stride0});
-        if (height == 1 || src.lie != Lie::rows) loadRun<height * width>(at, x.e[0]); // what is above lies between
-        else
+        if (height == 1 || src.lie != Lie::rows) { // what is above the diagonal lies between what is below
+            Block<V, height, width> all;
+            loadRun<height * width>(at, all.e[0]);
+            eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = all(i, j); });
+        } else
             [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-                (loadRun < lower ? i + 1 : width > (movedRow(at, i * src.stride1), x.e[i]), ...);
+                (loadRun<(lower ? i + 1 : width)>(movedRow(at, i * src.stride1), x.e[i]), ...);
             }(std::make_integer_sequence<int, height>{});
     } else if (src.lie == Lie::sideBySide) {
         const Grid<T> grid{moved(src.first, first * src.stride0), src.stride1, src.stride2};
@@ -182,7 +194,7 @@ loadInLine(const Array<const ElementOf<V>>& src, int first, Block<V, height, wid
     }
 }
 template <bool lower, class V, int height, int width>
-[[gnu::always_inline]] inline void storeInLine(const Array<ElementOf<V>>& dst, int first, const Block<V, height, width>& x)
+[[gnu::always_inline]] inline void storeInLine(const InPacks<ElementOf<V>>& dst, int first, const Block<V, height, width>& x)
 {
     using T = ElementOf<V>;
     const std::int64_t along = dst.shift + first * dst.stride0;
@@ -215,25 +227,27 @@ template <bool lower, class V, int height, int width>
     }
 }
 template <bool lower, class V, int height, int width>
-[[gnu::noinline]] void loadLong(const Array<const ElementOf<V>>& src, int first, Block<V, height, width>& __restrict x)
+[[gnu::noinline]] void loadLong(const InPacks<const ElementOf<V>>& src, int first, Block<V, height, width>& x)
 {
-    loadInLine<lower>(src, first, x);
+    Block<V, height, width> own; // which no store can be in doubt about
+    loadInLine<lower>(src, first, own);
+    eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = own(i, j); });
 }
 template <bool lower, class V, int height, int width>
-[[gnu::noinline]] void storeLong(const Array<ElementOf<V>>& dst, int first, const Block<V, height, width>& x)
+[[gnu::noinline]] void storeLong(const InPacks<ElementOf<V>>& dst, int first, const Block<V, height, width>& x)
 {
     storeInLine<lower>(dst, first, x);
 }
 
 // ---- What a body uses. With `lower` nothing above the diagonal is used, and nothing there is written.
 template <bool lower = false, class V, int height, int width>
-[[gnu::always_inline]] inline void load(const Array<const ElementOf<V>>& src, Objects<V> k, Block<V, height, width>& x)
+[[gnu::always_inline]] inline void load(const InPacks<const ElementOf<V>>& src, Objects<V> k, Block<V, height, width>& x)
 {
     if constexpr (height * width <= 16) loadInLine<lower>(src, k.first, x);
     else loadLong<lower>(src, k.first, x);
 }
 template <bool lower = false, class V, int height, int width>
-[[gnu::always_inline]] inline void store(const Array<ElementOf<V>>& dst, Objects<V> k, const Block<V, height, width>& x)
+[[gnu::always_inline]] inline void store(const InPacks<ElementOf<V>>& dst, Objects<V> k, const Block<V, height, width>& x)
 {
     if constexpr (height * width <= 16) storeInLine<lower>(dst, k.first, x);
     else storeLong<lower>(dst, k.first, x);
@@ -241,7 +255,7 @@ template <bool lower = false, class V, int height, int width>
 
 // ---- Blocks and vectors with the number of rows, or of elements, as it comes.
 template <class V, int width>
-[[gnu::noinline]] void loadTall(const Array<const ElementOf<V>>& src, int first, V* __restrict x, int rows)
+[[gnu::noinline]] void loadTall(const InPacks<const ElementOf<V>>& src, int first, V* x, int rows)
 {
     if (src.lie > Lie::rows) return loadRowsApart(src, first, x, rows, width, false);
     const auto at = src.objects(first);
@@ -249,15 +263,14 @@ template <class V, int width>
     for (int i = 0; i < rows; ++i) loadRun<width>(movedRow(at, i * src.stride1), x + i * width);
 }
 template <class V, int width>
-[[gnu::noinline]] void storeTall(const Array<ElementOf<V>>& dst, int first, const V* x, int rows)
+[[gnu::noinline]] void storeTall(const InPacks<ElementOf<V>>& dst, int first, const V* x, int rows)
 {
     if (dst.lie > Lie::rows) return storeRowsApart(dst, first, x, rows, width, false);
     const auto at = dst.objects(first);
     if (dst.lie == Lie::record) return storeRun(at, x, rows * width);
     for (int i = 0; i < rows; ++i) storeRun<width>(movedRow(at, i * dst.stride1), x + i * width);
 }
-template <class V>
-[[gnu::noinline]] void loadVector(const Array<const ElementOf<V>>& src, int first, V* __restrict x, int length)
+template <class V> [[gnu::noinline]] void loadVector(const InPacks<const ElementOf<V>>& src, int first, V* x, int length)
 {
     if (src.lie > Lie::rows) return loadRowsApart(src, first, x, 1, length, false);
     loadRun(src.objects(first), x, length);
@@ -269,18 +282,18 @@ template <class V>
     KESL_LONG_FUNCTIONS(how, false, V, 5) KESL_LONG_FUNCTIONS(how, false, V, 6)                                       \
     KESL_LONG_FUNCTIONS(how, true, V, 5) KESL_LONG_FUNCTIONS(how, true, V, 6)
 #define KESL_LONG_FUNCTIONS(how, lower, V, n)                                                                       \
-    how template void loadLong<lower, V, n, n>(const Array<const ElementOf<V>>&, int, Block<V, n, n>&);               \
-    how template void storeLong<lower, V, n, n>(const Array<ElementOf<V>>&, int, const Block<V, n, n>&);
+    how template void loadLong<lower, V, n, n>(const InPacks<const ElementOf<V>>&, int, Block<V, n, n>&);               \
+    how template void storeLong<lower, V, n, n>(const InPacks<ElementOf<V>>&, int, const Block<V, n, n>&);
 #define KESL_PACK_FUNCTIONS(how, V)                                                                                 \
     how template void loadRowsApart<V>(Array<const ElementOf<V>>, int, V*, int, int, bool);                           \
     how template void storeRowsApart<V>(Array<ElementOf<V>>, int, const V*, int, int, bool);                          \
-    how template void loadVector<V>(const Array<const ElementOf<V>>&, int, V*, int);                                  \
+    how template void loadVector<V>(const InPacks<const ElementOf<V>>&, int, V*, int);                                  \
     KESL_WIDTH_FUNCTIONS(how, V, 3) KESL_WIDTH_FUNCTIONS(how, V, 4)                                                   \
     KESL_WIDTH_FUNCTIONS(how, V, 5) KESL_WIDTH_FUNCTIONS(how, V, 6)                                                   \
     KESL_BLOCK_FUNCTIONS(how, V)
 #define KESL_WIDTH_FUNCTIONS(how, V, n)                                                                             \
-    how template void loadTall<V, n>(const Array<const ElementOf<V>>&, int, V*, int);                                 \
-    how template void storeTall<V, n>(const Array<ElementOf<V>>&, int, const V*, int);
+    how template void loadTall<V, n>(const InPacks<const ElementOf<V>>&, int, V*, int);                                 \
+    how template void storeTall<V, n>(const InPacks<ElementOf<V>>&, int, const V*, int);
 #ifdef __AVX2__
 #define KESL_FLOAT_FUNCTIONS(how) \
     KESL_PACK_FUNCTIONS(how, Pack<float>) KESL_PACK_FUNCTIONS(how, Four<float>) KESL_BLOCK_FUNCTIONS(how, float)

@@ -54,9 +54,11 @@ template <class T> [[gnu::noinline]] void choleskySolveCommon(auto l, auto b, au
 // ---- The family.
 struct CholeskyBackSubst {
     // A matrix for each vector, or one for all.
-    template <class T, int n, bool forAll>
-    [[gnu::noinline]] static void fixed(Array<const T> matrix, Array<const T> src, Array<T> dst, int count)
+    template <class T, int n, bool forAll> [[gnu::noinline]] static void
+    fixed(const Array<const T>& matrices, const Array<const T>& from, const Array<T>& to, int count)
     {
+        const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
+        const InPacks dst(to, count);
         Block<T, n, n> one;
         if constexpr (forAll) load<true>(matrix, Objects<T>{0}, one);
         eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
@@ -89,7 +91,7 @@ struct CholeskyBackSubst {
     template <class T, Form>
     [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size order, Count count)
     {
-        all<T, !src1.isArray>({src1, order, order, count}, {src2, 1, order, count}, {dst, 1, order, count}, order, count);
+        all<T, !src1.isArray>({src1, order, order}, {src2, 1, order}, {dst, 1, order}, order, count);
         return keslStatusOk;
     }
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size order)

@@ -90,14 +90,17 @@ struct CholeskyDecomp {
         return 0;
     }
 
-    template <class T, int n> [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Array<T> dst, int count, T limit)
+    template <class T, int n>
+    [[gnu::noinline]] static KeslStatus fixed(const Array<const T>& from, const Array<T>& to, int count, T limit)
     {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
         return eachPack<T>(count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             Block<V, n, n> l;
             load<true>(src, k, l);
             if constexpr (lanes<V> == 1)
                 return withViews(
-                    k.first, [&](auto to) { return choleskyOne(l, to, limit); }, dst);
+                    k.first, [&](auto object) { return choleskyOne(l, object, limit); }, dst);
             else {
                 if (!(n < 5 ? choleskyPack<n>(l, limit) : choleskyLong<n>(l, limit))) return keslStatusNotPositiveDefinite;
                 store<true>(dst, k, l);
@@ -122,7 +125,7 @@ struct CholeskyDecomp {
 
     template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size order, Count count)
     {
-        return all<T>({src, order, order, count}, {dst, order, order, count}, order, count, bound<T, F, true>(order));
+        return all<T>({src, order, order}, {dst, order, order}, order, count, bound<T, F, true>(order));
     }
     template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size order)
     {

@@ -83,8 +83,9 @@ template <class T, bool array> [[gnu::noinline]] T detCommon(auto src, T* buffer
 struct Det {
     static constexpr Threshold threshold = setW;
 
-    template <class T, int n> [[gnu::noinline]] static void fixed(Array<const T> src, Table<T> dst, int count)
+    template <class T, int n> [[gnu::noinline]] static void fixed(const Array<const T>& from, Table<T> dst, int count)
     {
+        const InPacks src(from, count);
         eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
             Block<V, n, n> a;
             load(src, k, a);
@@ -106,7 +107,7 @@ struct Det {
     template <class T, Form>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Size order, Buffer<T> buffer, Table<T> dst, Count count)
     {
-        all<T>({src, order, order, count}, order, buffer, dst, count);
+        all<T>({src, order, order}, order, buffer, dst, count);
         return keslStatusOk;
     }
     template <class T, Form>

@@ -36,8 +36,11 @@ struct Invert {
         return keslStatusOk;
     }
 
-    template <class T, int n> [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Array<T> dst, int count)
+    template <class T, int n>
+    [[gnu::noinline]] static KeslStatus fixed(const Array<const T>& from, const Array<T>& to, int count)
     {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
         return eachPack<T>(count, src, [&]<class V>(Objects<V> k) KESL_INLINE {
             Block<V, n, n> a, inverse;
             load(src, k, a);
@@ -62,7 +65,7 @@ struct Invert {
     template <class T, Form>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order, Count count)
     {
-        return all<T>({src, order, order, count}, buffer, {dst, order, order, count}, order, count);
+        return all<T>({src, order, order}, buffer, {dst, order, order}, order, count);
     }
     template <class T, Form F>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order)

@@ -67,7 +67,7 @@ template <int n, class V>
     luSolvePack<n>(stored, p, b);
 }
 // Of one matrix and vector.
-template <class T, int n> [[gnu::noinline]] void luSolveOne(const Block<T, n, n>& stored, const int* p, Block<T, 1, n>& b)
+template <class T, int n> [[gnu::noinline]] void luSolveOne(auto stored, const int* p, auto b, auto dst)
 {
     Block<T, n, n> a;
     T x[n], r[n];
@@ -75,7 +75,7 @@ template <class T, int n> [[gnu::noinline]] void luSolveOne(const Block<T, n, n>
     for (int i = 0; i < n; ++i) x[i] = b(0, p[i]);
     reciprocals<n>(a, r);
     luSolve<n>(a, r, x);
-    for (int i = 0; i < n; ++i) b(0, i) = x[i];
+    for (int i = 0; i < n; ++i) dst(0, i) = x[i];
 }
 
 // ---- Other orders, in dst itself: sums of their own and true divisions, so that the last bits differ from those above.
@@ -100,32 +100,41 @@ struct LUBackSubst {
     static constexpr Threshold threshold = Threshold::everywhere(1701);
 
     // A matrix for each vector.
-    template <class T, int n> [[gnu::noinline]] static void fixed(Array<const T> matrix, Table<const int> index,
-                                                                  Array<const T> src, Array<T> dst, int count)
+    template <class T, int n> [[gnu::noinline]] static void fixed(const Array<const T>& matrices, Table<const int> index,
+                                                                  const Array<const T>& from, const Array<T>& to, int count)
     {
-        const auto body = [&]<class V>(Objects<V> k) KESL_INLINE {
-            Block<V, n, n> a;
-            Block<V, 1, n> b;
-            load(matrix, k, a);
-            load(src, k, b);
-            if constexpr (lanes<V> == 1) luSolveOne(a, index.object(k.first), b);
-            else {
-                MaskOf<V> p[n];
-                loadIndices<n>(index.object(k.first), p);
-                if constexpr (n < 5) luSolvePack<n>(a, p, b);
-                else luSolveLong<n>(a, p, b);
-            }
-            store(dst, k, b);
+        const InPacks matrix(matrices, count), src(from, count);
+        const InPacks dst(to, count);
+        const auto one = [&](int k) {
+            const int* const p = index.object(k);
+            withViews(
+                k, [&](auto a, auto b, auto x) { luSolveOne<T, n>(a, p, b, x); }, matrix, src, dst);
         };
         // Contiguous rows of five doubles would be joined from too many pieces.
         if (n == 5 && sizeof(T) == 8 && matrix.lie <= Lie::rows)
-            for (int k = 0; k < count; ++k) body(Objects<T>{k});
-        else eachPack<T>(count, body);
+            for (int k = 0; k < count; ++k) one(k);
+        else
+            eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                if constexpr (lanes<V> == 1) one(k.first);
+                else {
+                    Block<V, n, n> a;
+                    Block<V, 1, n> b;
+                    MaskOf<V> p[n];
+                    load(matrix, k, a);
+                    load(src, k, b);
+                    loadIndices<n>(index.object(k.first), p);
+                    if constexpr (n < 5) luSolvePack<n>(a, p, b);
+                    else luSolveLong<n>(a, p, b);
+                    store(dst, k, b);
+                }
+            });
     }
     // One matrix for all vectors.
-    template <class T, int n> [[gnu::noinline]] static void forAll(Array<const T> matrix, Table<const int> index,
-                                                                   Array<const T> src, Array<T> dst, int count)
+    template <class T, int n> [[gnu::noinline]] static void forAll(const Array<const T>& matrices, Table<const int> index,
+                                                                   const Array<const T>& from, const Array<T>& to, int count)
     {
+        const InPacks matrix(matrices, 1), src(from, count);
+        const InPacks dst(to, count);
         int p[n];
         Block<T, n, n> stored, a;
         T r[n];
@@ -159,8 +168,7 @@ struct LUBackSubst {
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, Table<const int> index, auto src2,
                                                                              auto dst, Size order, Count count)
     {
-        all<T, !src1.isArray>({src1, order, order, count}, index, {src2, 1, order, count}, {dst, 1, order, count}, order,
-                              count);
+        all<T, !src1.isArray>({src1, order, order}, index, {src2, 1, order}, {dst, 1, order}, order, count);
         return keslStatusOk;
     }
     template <class T, Form>
@@ -170,12 +178,9 @@ struct LUBackSubst {
             if constexpr (n == 0)
                 luSolveCommon<T>(src1.object(0, order, order), index.p, src2.object(0, 1, order), dst.object(0, 1, order),
                                  order);
-            else {
-                const auto a = load<n, n>(src1, Objects<T>{0});
-                auto b = load<1, n>(src2, Objects<T>{0});
-                luSolveOne(a, index.p, b);
-                store(dst, Objects<T>{0}, b);
-            }
+            else
+                luSolveOne<T, n>(general(src1.object(0, n, n)), index.p, general(src2.object(0, 1, n)),
+                                 general(dst.object(0, 1, n)));
         });
         return keslStatusOk;
     }

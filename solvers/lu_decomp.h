@@ -143,14 +143,16 @@ struct LUDecomp {
     static constexpr bool canFail = true;
 
     template <class T, int n>
-    [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Table<int> index, Array<T> dst, int count)
+    [[gnu::noinline]] static KeslStatus fixed(const Array<const T>& from, Table<int> index, const Array<T>& to, int count)
     {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
         return eachPack<T>(count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             if constexpr (lanes<V> == 1) {
                 Block<T, n, n> a;
                 load(src, k, a);
                 return withViews(
-                    k.first, [&](auto to) { return luOne(a, index.object(k.first), to); }, dst);
+                    k.first, [&](auto object) { return luOne(a, index.object(k.first), object); }, dst);
             } else {
                 LUPack<V, n> lu;
                 load(src, k, lu.a);
@@ -177,7 +179,7 @@ struct LUDecomp {
     template <class T, Form>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<int> index, auto dst, Size order, Count count)
     {
-        return all<T>({src, order, order, count}, index, {dst, order, order, count}, order, count);
+        return all<T>({src, order, order}, index, {dst, order, order}, order, count);
     }
     template <class T, Form F>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<int> index, auto dst, Size order)

@@ -69,9 +69,12 @@ struct QRBackSubst {
     static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
 
     // A matrix for each vector, or one for all.
-    template <class T, bool forAll, class W, class H> [[gnu::noinline]] static void
-    fixed(Array<const T> matrix, T* buffer, Array<const T> src, Array<T> dst, W width, H height, int count)
+    template <class T, bool forAll, class W, class H>
+    [[gnu::noinline]] static void fixed(const Array<const T>& matrices, T* buffer, const Array<const T>& from,
+                                        const Array<T>& to, W width, H height, int count)
     {
+        const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
+        const InPacks dst(to, count);
         constexpr int w = W::value, rows = rowsOf<H>;
         constexpr bool square = isFixed<H>, brief = square && w < 5;
         Block<T, rows, w> one;
@@ -126,8 +129,7 @@ struct QRBackSubst {
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, Buffer<T> buffer, auto src2,
                                                                              auto dst, Size width, Size height, Count count)
     {
-        all<T, !src1.isArray>({src1, height, width, count}, buffer, {src2, 1, height, count}, {dst, 1, width, count}, width,
-                              height, count);
+        all<T, !src1.isArray>({src1, height, width}, buffer, {src2, 1, height}, {dst, 1, width}, width, height, count);
         return keslStatusOk;
     }
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, Buffer<T> buffer, auto src2,

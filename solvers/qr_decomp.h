@@ -97,8 +97,10 @@ struct QRDecomp {
     static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
 
     template <class T, class W, class H>
-    [[gnu::noinline]] static KeslStatus fixed(Array<const T> src, Array<T> dst, W, H height, int count)
+    [[gnu::noinline]] static KeslStatus fixed(const Array<const T>& from, const Array<T>& to, W, H height, int count)
     {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
         constexpr int w = W::value;
         constexpr bool square = isFixed<H>, brief = square && w < 5;
         return eachPack<T, Packs{.abreast = brief ? 1 : 2}>(
@@ -135,7 +137,7 @@ struct QRDecomp {
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst,
                                                                              Size width, Size height, Count count)
     {
-        return all<T>({src, height, width, count}, buffer, {dst, height, width, count}, width, height, count);
+        return all<T>({src, height, width}, buffer, {dst, height, width}, width, height, count);
     }
     template <class T, Form>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size width, Size height)

@@ -44,19 +44,19 @@ template <class W, class H> constexpr auto reflectors(W width, H height)
 
 // ---- Rows of a block, or the elements of a vector, from and to memory.
 template <int height, int width, class V> [[gnu::always_inline]] inline void
-loadRows(const Array<const ElementOf<V>>& src, Objects<V> k, Block<V, height, width>& x, auto rows)
+loadRows(const InPacks<const ElementOf<V>>& src, Objects<V> k, Block<V, height, width>& x, auto rows)
 {
     if constexpr (isFixed<decltype(rows)>) load(src, k, x);
     else loadTall<V, width>(src, k.first, x.e[0], rows);
 }
 template <int height, int width, class V> [[gnu::always_inline]] inline void
-storeRows(const Array<ElementOf<V>>& dst, Objects<V> k, const Block<V, height, width>& x, auto rows)
+storeRows(const InPacks<ElementOf<V>>& dst, Objects<V> k, const Block<V, height, width>& x, auto rows)
 {
     if constexpr (isFixed<decltype(rows)>) store(dst, k, x);
     else storeTall<V, width>(dst, k.first, x.e[0], rows);
 }
 template <int height, class V> [[gnu::always_inline]] inline void
-loadLength(const Array<const ElementOf<V>>& src, Objects<V> k, Block<V, 1, height>& x, auto length)
+loadLength(const InPacks<const ElementOf<V>>& src, Objects<V> k, Block<V, 1, height>& x, auto length)
 {
     if constexpr (isFixed<decltype(length)>) load(src, k, x);
     else loadVector<V>(src, k.first, x.e[0], length);

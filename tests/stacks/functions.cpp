@@ -11,7 +11,6 @@ namespace {
 
 using enum Degree;
 constexpr Failures never{}, nonFinite{true}, singular{true, true}, indefinite{true, false, true};
-constexpr int smallOnly = 32;
 
 // "(n,n),i(n)": operands by their extents, i in front of those that hold integers.
 std::vector<Operand> operandsOf(const std::string& text)
@@ -28,17 +27,23 @@ std::vector<Operand> operandsOf(const std::string& text)
     return result;
 }
 
+// Sizes as "m! >= n! k": ! marks those that have a limit.
 Function row(const char* name, const char* sizes, const std::string& signature, Data data, std::vector<Degree> degrees,
-             Failures failures, int limit)
+             Failures failures)
 {
     const size_t arrow = signature.find("->");
-    Function f{name, {}, operandsOf(signature.substr(0, arrow)), operandsOf(signature.substr(arrow + 2)), data, degrees,
-               failures, failures.nonFinite, false, limit};
-    std::istringstream names(sizes);
-    for (std::string size; names >> size;) {
-        f.tall |= size == ">=";
-        if (size != ">=") f.sizes.push_back(size);
+    Function f{name, {}, operandsOf(signature.substr(0, arrow)), operandsOf(signature.substr(arrow + 2)), data,
+               std::move(degrees), failures};
+    std::istringstream words(sizes);
+    for (std::string word; words >> word;) {
+        if (word == ">=") {
+            f.tall = true;
+            continue;
+        }
+        f.sizes.push_back(word.substr(0, 1));
+        f.small.push_back(word.ends_with('!'));
     }
+    f.optional = f.name == "eig";
     return f;
 }
 
@@ -48,26 +53,26 @@ Function row(const char* name, const char* sizes, const std::string& signature, 
 const std::vector<Function>& functions()
 {
     static const std::vector<Function> all = {
-        row("matmul",         "m k n",    "(m,k),(k,n)->(m,n)",      Data::any,       {one},              never,      0),
-        row("vecdot",         "n",        "(n),(n)->()",             Data::any,       {one},              never,      0),
-        row("norm",           "n",        "(n)->()",                 Data::any,       {one},              never,      0),
-        row("cross",          "",         "(3),(3)->(3)",            Data::any,       {one},              never,      0),
-        row("trace",          "n",        "(n,n)->()",               Data::any,       {one},              never,      0),
-        row("det",            "n",        "(n,n)->()",               Data::regular,   {order},            never,      smallOnly),
-        row("inv",            "n",        "(n,n)->(n,n)",            Data::regular,   {inverse},          singular,   smallOnly),
-        row("solve",          "n k",      "(n,n),(n,k)->(n,k)",      Data::regular,   {inverse},          singular,   smallOnly),
-        row("lu",             "n",        "(n,n)->(n,n),i(n)",       Data::regular,   {upper, zero},      singular,   smallOnly),
-        row("lu_solve",       "n k",      "(n,n),i(n),(n,k)->(n,k)", Data::factors,   {inverse},          singular,   smallOnly),
-        row("cholesky",       "n",        "(n,n)->(n,n)",            Data::definite,  {half},             indefinite, smallOnly),
-        row("cholesky_solve", "n k",      "(n,n),(n,k)->(n,k)",      Data::definite,  {inverse},          indefinite, smallOnly),
-        row("qr",             "m >= n",   "(m,n)->(m,n),(n,n)",      Data::regular,   {zero, one},        nonFinite,  smallOnly),
-        row("lstsq",          "m >= n k", "(m,n),(m,k)->(n,k)",      Data::regular,   {inverse},          singular,   smallOnly),
-        row("eigvalsh",       "n",        "(n,n)->(n)",              Data::symmetric, {one},              nonFinite,  smallOnly),
-        row("eigh",           "n",        "(n,n)->(n),(n,n)",        Data::symmetric, {one, zero},        nonFinite,  smallOnly),
-        row("eigvals",        "n",        "(n,n)->(n),(n)",          Data::any,       {one, one},         nonFinite,  smallOnly),
-        row("eig",            "n",        "(n,n)->(n),(n),(n,n),(n,n)", Data::any,    {one, one, zero, zero}, nonFinite, smallOnly),
-        row("svdvals",        "m n",      "(m,n)->(min)",            Data::any,       {one},              nonFinite,  smallOnly),
-        row("svd",            "m n",      "(m,n)->(m,min),(min),(min,n)", Data::any,  {zero, one, zero},  nonFinite,  smallOnly),
+        row("matmul",         "m k n",       "(m,k),(k,n)->(m,n)",            Data::any,       {one},             never),
+        row("vecdot",         "n",           "(n),(n)->()",                   Data::any,       {one},             never),
+        row("norm",           "n",           "(n)->()",                       Data::any,       {one},             never),
+        row("cross",          "",            "(3),(3)->(3)",                  Data::any,       {one},             never),
+        row("trace",          "n",           "(n,n)->()",                     Data::any,       {one},             never),
+        row("det",            "n!",          "(n,n)->()",                     Data::any,       {order},           nonFinite),
+        row("inv",            "n!",          "(n,n)->(n,n)",                  Data::regular,   {inverse},         singular),
+        row("solve",          "n! k",        "(n,n),(n,k)->(n,k)",            Data::regular,   {inverse},         singular),
+        row("lu",             "n!",          "(n,n)->(n,n),i(n)",             Data::any,       {upper, zero},     nonFinite),
+        row("lu_solve",       "n! k",        "(n,n),i(n),(n,k)->(n,k)",       Data::factors,   {inverse},         singular),
+        row("cholesky",       "n!",          "(n,n)->(n,n)",                  Data::definite,  {root},            indefinite),
+        row("cholesky_solve", "n! k",        "(n,n),(n,k)->(n,k)",            Data::lower,     {inverseSquare},   singular),
+        row("qr",             "m! >= n!",    "(m,n)->(m,n),(n,n)",            Data::any,       {zero, one},       nonFinite),
+        row("lstsq",          "m! >= n! k",  "(m,n),(m,k)->(n,k)",            Data::regular,   {inverse},         singular),
+        row("eigvalsh",       "n!",          "(n,n)->(n)",                    Data::symmetric, {one},             nonFinite),
+        row("eigh",           "n!",          "(n,n)->(n),(n,n)",              Data::symmetric, {one, zero},       nonFinite),
+        row("eigvals",        "n!",          "(n,n)->(n),(n)",                Data::any,       {one, one},        nonFinite),
+        row("eig",            "n!",          "(n,n)->(n),(n),(n,n),(n,n)",    Data::any,       {one, one, zero, zero}, nonFinite),
+        row("svdvals",        "m! n!",       "(m,n)->(min)",                  Data::any,       {one},             nonFinite),
+        row("svd",            "m! n!",       "(m,n)->(m,min),(min),(min,n)",  Data::any,       {zero, one, zero}, nonFinite),
     };
     return all;
 }
@@ -125,7 +130,7 @@ std::vector<Argument> arguments(const Function& f)
                 result.push_back({Argument::stride, index, axis});
             ++index;
         }
-    if (f.info) result.push_back({Argument::info, 0});
+    result.push_back({Argument::info, 0});
     return result;
 }
 

@@ -14,13 +14,13 @@ enum class Data {
     symmetric, // only the lower triangle is read: the tests fill the rest with NaN
     definite,  // the same, positive definite
     factors,   // an LU decomposition, pivots in the second source
-    lower      // a Cholesky factor
+    lower      // a Cholesky factor, the rest NaN
 };
 
-// How a result grows with the first source: times 2^k, the result is times 2^(degree*k). Square roots: even k only.
-enum class Degree { zero, one, inverse, half, order, upper }; // order: n; upper: one on and above the diagonal, zero below
+// How a result grows with the first source: that times 2^k, the result is times 2^(degree*k). Of roots: even k only.
+enum class Degree { zero, one, inverse, inverseSquare, root, order, upper }; // upper: one on and above the diagonal, else zero
 
-// What an object may hold that makes it fail.
+// What the first source of an object may hold that makes it fail.
 struct Failures {
     bool nonFinite = false, singular = false, indefinite = false;
 };
@@ -30,6 +30,7 @@ struct Operand {
     bool integers = false;            // pivots
 };
 
+constexpr int limit = 32;
 struct Function {
     std::string name;                // without the type
     std::vector<std::string> sizes;  // the first arguments
@@ -37,9 +38,9 @@ struct Function {
     Data data;
     std::vector<Degree> degrees; // of the destinations
     Failures failures;
-    bool info;   // the last argument
-    bool tall;   // the first size must not be below the second
-    int limit;   // of the sizes; 0: none
+    std::vector<bool> small = {}; // the sizes that must not be above the limit
+    bool tall = false;            // the first size must not be below the second
+    bool optional = false;        // matrices among the destinations may be null
 };
 
 const std::vector<Function>& functions();
@@ -56,8 +57,8 @@ std::vector<Sizes> shapes(const Function&);
 // Names of the arguments in their order, as "n", "count", "a", "aStride0"...: what an error number counts.
 struct Argument {
     enum Role { size, count, pointer, stride, info } role;
-    int index;       // which size or operand, sources first
-    int axis = 0;    // of a stride
+    int index;    // which size or operand, sources first
+    int axis = 0; // of a stride
 };
 std::vector<Argument> arguments(const Function&);
 

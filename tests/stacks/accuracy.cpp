@@ -193,7 +193,8 @@ void printPage(std::ostream& out, const Level& level)
             std::cerr << f.name << type << '\n';
             for (const auto& [what, byOrder] : figuresOf(level, f, type)) {
                 const Worst& first = byOrder.begin()->second;
-                if (first.limit == 0 && first.ours == 0) continue; // a promise that is kept
+                const auto isKept = [](const auto& entry) { return entry.second.limit == 0 && entry.second.ours == 0; };
+                if (std::all_of(byOrder.begin(), byOrder.end(), isKept)) continue; // a promise without a measure
                 out << "| `" << f.name << "` | " << what << " | " << first.limit << " |";
                 for (int group : groups) {
                     const auto found = byOrder.find(group);

@@ -7,10 +7,8 @@
 #include <fstream>
 #include <mutex>
 #include <omp.h>
-#include <sstream>
 #include <stdexcept>
 #include <sys/mman.h>
-#include <sys/platform/x86.h>
 #include <xmmintrin.h>
 
 Watch watch;
@@ -23,25 +21,6 @@ std::vector<int> answers = {1};
 constexpr unsigned char untouched = 0xA5;
 std::mutex blocksMutex;
 std::map<void*, std::pair<char*, size_t>> blocks;
-
-bool supported(const std::string& level)
-{
-    const bool v3 = CPU_FEATURE_ACTIVE(AVX) && CPU_FEATURE_ACTIVE(AVX2) && CPU_FEATURE_ACTIVE(BMI1) &&
-                    CPU_FEATURE_ACTIVE(BMI2) && CPU_FEATURE_ACTIVE(F16C) && CPU_FEATURE_ACTIVE(FMA) &&
-                    CPU_FEATURE_ACTIVE(LZCNT) && CPU_FEATURE_ACTIVE(MOVBE);
-    const bool v4 = v3 && CPU_FEATURE_ACTIVE(AVX512F) && CPU_FEATURE_ACTIVE(AVX512BW) && CPU_FEATURE_ACTIVE(AVX512CD) &&
-                    CPU_FEATURE_ACTIVE(AVX512DQ) && CPU_FEATURE_ACTIVE(AVX512VL);
-    return level == "plain" || (level == "v3" && v3) || (level == "v4" && v4);
-}
-
-void* open(const Level& level)
-{
-    static std::map<std::string, void*> handles;
-    void*& handle = handles[level.path];
-    if (!handle) handle = dlopen(level.path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!handle) throw std::runtime_error(dlerror());
-    return handle;
-}
 } // namespace
 
 // Found before the companion's function, and before those of the OpenMP runtime, because the executable comes first.
@@ -98,21 +77,10 @@ void setThreads(std::vector<int> list)
 
 const std::vector<Level>& levels()
 {
-    static const std::vector<Level> all = [] {
-        std::vector<Level> result;
-        const char* others = std::getenv("KESLMX_LIBRARIES");
-        std::istringstream stream(others ? others : KESLMX_LIBRARIES); // "plain=path|v3=path|..."
-        for (std::string item; std::getline(stream, item, '|');) {
-            const size_t equals = item.find('=');
-            const std::string name = item.substr(0, equals);
-            result.push_back({name, item.substr(equals + 1), supported(name)});
-        }
-        return result;
-    }();
+    const char* others = std::getenv("KESLMX_LIBRARIES");
+    static const std::vector<Level> all = levelsOf(others ? others : KESLMX_LIBRARIES);
     return all;
 }
-
-void* find(const Level& level, const std::string& function) { return dlsym(open(level), function.c_str()); }
 
 int call(const Function& f, void* address, const std::vector<Value>& values)
 {

@@ -1,18 +1,13 @@
 #pragma once
 // The library under test: its levels, found by path and called without its header, and the stand-ins that watch it.
+#include "level.h"
 #include "table.h"
 
 #include <string>
 #include <vector>
 
-struct Level {
-    std::string name, path; // plain, v3, v4
-    bool supported;         // by this processor
-};
 const std::vector<Level>& levels(); // built ones, or those of the environment variable KESLMX_LIBRARIES
 
-// The function of one level by name; null if the level does not export it.
-void* find(const Level&, const std::string& function);
 int call(const Function&, void* address, const std::vector<Value>&);
 extern long callsMade;                      // so far
 const std::vector<std::string>& exported(); // names in cmake/exports.map

@@ -44,7 +44,7 @@ template <class T> struct Listed {
     Listed operator+(int elements) const { return {first, shift + elements * int(sizeof(T))}; }
 };
 // The same addresses, to be read again: kept from one use to the next they would fill more registers than there are.
-template <class T> Spaced<T> again(Spaced<T> at) { return at; }
+template <class At> At again(At at) { return at; }
 template <class T> Listed<T> again(Listed<T> at)
 {
     asm("" : "+r"(at.first));

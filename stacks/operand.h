@@ -4,6 +4,8 @@
 #include "stacks/stack.h"
 #include "stacks/tile.h"
 
+#include <utility>
+
 namespace kesl::stacks {
 
 enum class Road {
@@ -85,32 +87,51 @@ public:
     [[gnu::always_inline]] void load(Objects k, Tile<V, N, M>& x, std::ptrdiff_t row = 0, std::ptrdiff_t column = 0) const
     {
         const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
-        if (road == Road::one) return eachOf(x, [&](int i, int j) { x(i, j) = splat<V>(*at(i, j).first); });
-        if (road == Road::any || !isLane) return eachOf(x, [&](int i, int j) { x(i, j) = gathered<V>(at(i, j)); });
         if constexpr (isLane) {
             if (road == Road::planes) return eachOf(x, [&](int i, int j) { x(i, j) = loadPack<V>(at(i, j).first); });
-            if (road == Road::rows) return loadRows(x, stride1, at);
-            Tile<V, M, N> y(x.columns(), x.rows());
-            loadRows(y, stride2, [&](int i, int j) KESL_INLINE { return at(j, i); });
-            eachOf(x, [&](int i, int j) { x(i, j) = y(j, i); });
+            if (isRecord(x)) {
+                if constexpr (std::is_same_v<N, M> && isFixed<N>) {
+                    loadElements(at(0, 0), elementsOf(x), x.e);
+                    if (road == Road::columns) transpose(x);
+                } else if (road == Road::rows) loadElements(at(0, 0), elementsOf(x), x.e);
+                else {
+                    Tile<V, M, N> y(x.columns(), x.rows());
+                    loadElements(at(0, 0), elementsOf(x), y.e);
+                    eachOf(x, [&](int i, int j) { x(i, j) = y(j, i); });
+                }
+                return;
+            }
         }
+        if constexpr (isFixed<N> && isFixed<M>) {
+            Tile<V, N, M> y(x.rows(), x.columns()); // so that x may stay in registers
+            loadApart(k, y.e, x.n, x.m, row, column);
+            x = y;
+        } else loadApart(k, x.e, x.n, x.m, row, column);
     }
-    template <class N, class M>
-    [[gnu::always_inline]] void store(Objects k, const Tile<V, N, M>& x, std::ptrdiff_t row = 0, std::ptrdiff_t column = 0) const
+    template <class N, class M> [[gnu::always_inline]] void store(Objects k, const Tile<V, N, M>& x, std::ptrdiff_t row = 0,
+                                                                  std::ptrdiff_t column = 0) const
     {
         const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
-        if (road == Road::one) return eachOf(x, [&](int i, int j) { *at(i, j).first = T(x(i, j)[0]); });
-        if (road == Road::any || !isLane)
-            return eachOf(x, [&](int i, int j) {
-                for (int l = 0; l < lanes<V>; ++l) *at(i, j)(l) = T(x(i, j)[l]);
-            });
         if constexpr (isLane) {
             if (road == Road::planes) return eachOf(x, [&](int i, int j) { storePack(at(i, j).first, x(i, j)); });
-            if (road == Road::rows) return storeRows(x, stride1, at);
-            Tile<V, M, N> y(x.columns(), x.rows());
-            eachOf(x, [&](int i, int j) { y(j, i) = x(i, j); });
-            storeRows(y, stride2, [&](int i, int j) KESL_INLINE { return at(j, i); });
+            if (isRecord(x)) {
+                if constexpr (std::is_same_v<N, M> && isFixed<N>) {
+                    Tile<V, N, M> y = x;
+                    if (road == Road::columns) transpose(y);
+                    storeElements(at(0, 0), elementsOf(y), y.e);
+                } else if (road == Road::rows) storeElements(at(0, 0), elementsOf(x), x.e);
+                else {
+                    Tile<V, M, N> y(x.columns(), x.rows());
+                    eachOf(x, [&](int i, int j) { y(j, i) = x(i, j); });
+                    storeElements(at(0, 0), elementsOf(x), y.e);
+                }
+                return;
+            }
         }
+        if constexpr (isFixed<N> && isFixed<M>) {
+            const Tile<V, N, M> y = x;
+            storeApart(k, y.e, x.n, x.m, row, column);
+        } else storeApart(k, x.e, x.n, x.m, row, column);
     }
 
 private:
@@ -124,21 +145,70 @@ private:
     {
         return {moved(p, k.first * stride0 + i * stride1 + j * stride2), offset};
     }
-    // Contiguous rows, `stride` bytes apart: without a gap between them they are one run.
-    [[gnu::always_inline]] static void loadRows(auto& x, std::ptrdiff_t stride, auto at)
+    // Whether the objects have no gaps between their rows, or their columns.
+    [[gnu::always_inline]] bool isRecord(const auto& x) const
     {
-        if (stride == x.m * each) return loadElements(at(0, 0), elementsOf(x), x.e);
-        for (int i = 0; i < x.n; ++i) loadElements(at(i, 0), x.columns(), &x(i, 0));
+        return road == Road::rows ? stride1 == x.m * each || x.n == 1
+                                  : road == Road::columns && (stride2 == x.n * each || x.m == 1);
     }
-    [[gnu::always_inline]] static void storeRows(const auto& x, std::ptrdiff_t stride, auto at)
+    [[gnu::always_inline]] static void transpose(auto& x)
     {
-        if (stride == x.m * each) return storeElements(at(0, 0), elementsOf(x), x.e);
-        for (int i = 0; i < x.n; ++i) storeElements(at(i, 0), x.columns(), &x(i, 0));
+        for (int i = 0; i < x.n; ++i)
+            for (int j = 0; j < i; ++j) std::swap(x(i, j), x(j, i));
     }
     [[gnu::always_inline]] static void eachOf(const auto& x, auto f)
     {
         for (int i = 0; i < x.n; ++i)
             for (int j = 0; j < x.m; ++j) f(i, j);
+    }
+
+    // The other roads, by functions that bodies of all sizes share: rows or columns with gaps, and lane by lane.
+    [[gnu::noinline]] void loadApart(Objects k, V* x, int rows, int columns, std::ptrdiff_t row, std::ptrdiff_t column) const
+    {
+        const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
+        if constexpr (isLane) {
+            if (road == Road::rows) {
+                for (int i = 0; i < rows; ++i) loadElements(at(i, 0), columns, x + i * columns);
+                return;
+            }
+            if (road == Road::columns) {
+                V line[largestSize];
+                for (int j = 0; j < columns; ++j) {
+                    loadElements(at(0, j), rows, line);
+                    for (int i = 0; i < rows; ++i) x[i * columns + j] = line[i];
+                }
+                return;
+            }
+        }
+        for (int i = 0; i < rows; ++i)
+            for (int j = 0; j < columns; ++j)
+                x[i * columns + j] = road == Road::one ? splat<V>(*at(i, j).first) : gathered<V>(at(i, j));
+    }
+    [[gnu::noinline]] void storeApart(Objects k, const V* x, int rows, int columns, std::ptrdiff_t row,
+                                      std::ptrdiff_t column) const
+    {
+        const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
+        if constexpr (isLane) {
+            if (road == Road::rows) {
+                for (int i = 0; i < rows; ++i) storeElements(at(i, 0), columns, x + i * columns);
+                return;
+            }
+            if (road == Road::columns) {
+                V line[largestSize];
+                for (int j = 0; j < columns; ++j) {
+                    for (int i = 0; i < rows; ++i) line[i] = x[i * columns + j];
+                    storeElements(at(0, j), rows, line);
+                }
+                return;
+            }
+        }
+        for (int i = 0; i < rows; ++i)
+            for (int j = 0; j < columns; ++j) {
+                const V value = x[i * columns + j];
+                if (road == Road::one) *at(i, j).first = T(value[0]);
+                else
+                    for (int l = 0; l < lanes<V>; ++l) *at(i, j)(l) = T(value[l]);
+            }
     }
 };
 

@@ -320,8 +320,8 @@ ptrdiff_t kesl_eigvals_64f(ptrdiff_t n, ptrdiff_t count,
 
 /* Eigenvalues as by kesl_eigvals with right and left eigenvectors, (n,n) -> (n) (n) (n,n) (n,n): a vr = vr w and
  * vl^H a = w vl^H. The vector of a real eigenvalue j is column j; those of a pair j, j+1 are (column j) + i (column j+1) and
- * its conjugate. Vectors have length 1; in complex ones the component of largest magnitude is real. Either of vr and vl may
- * be null and is not computed then; its strides are not looked at.
+ * its conjugate. Vectors have length 1 and a component of largest magnitude that is real and positive. Either of vr and vl
+ * may be null and is not computed then; its strides are not looked at.
  *
  * Method   that of kesl_eigvals, then back substitution.
  * In place vr or vl may be a.

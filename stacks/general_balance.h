@@ -22,7 +22,8 @@ template <class V, class N> void balance(Tile<V, N, N>& a, const Isolated<V, N>&
     V weights[most<N>]; // 0 for isolated rows, whose elements do not count
     for (int i = 0; i < n; ++i) {
         d[i] = Index{};
-        weights[i] = (isolated.first <= i) & (isolated.last >= i) ? splat<V>(1) : V{};
+        const MaskOf<V> counts = (isolated.first <= i) & (isolated.last >= i);
+        weights[i] = counts ? splat<V>(1) : V{};
     }
     for (int sweep = 0; sweep < sweeps && changed; ++sweep) {
         changed = false;

@@ -144,7 +144,8 @@ template <class V, class N, class Basis> struct Francis {
             if (last == 0) return Index{};
             if (sweeps == 0) return bottom > 0 ? bottom + 1 : bottom;
             for (first = 0; !any((top == first) & (bottom > 0));) ++first;
-            count = (former == bottom) & (bottom > 0) ? count + 1 : Index{};
+            const Mask still = (former == bottom) & (bottom > 0);
+            count = still ? count + 1 : Index{};
             former = bottom;
             const Mask stalled = count == next;
             next = stalled ? next + 10 : count == 0 ? index<V>(10) : next;

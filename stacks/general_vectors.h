@@ -5,8 +5,12 @@
 //
 //     (p iq; iq p)^H (a b; c a) (p iq; iq p) = (a + i w, b + c; 0, a - i w),   w = sqrt(|b|) sqrt(|c|),
 //
-// so that each step is one complex quotient. Left vectors are right ones of the transpose: the same text with both orders
-// reversed, which leaves such a pair as it is.
+// so that each step is one complex quotient. For a real eigenvalue mu its solution must stay real, also where rounding decides;
+// with e = mu - a it is, written as one complex number,
+//
+//     x1 + i x2 = ((e f1 + b f2) + i (e f2 + c f1)) / (e + i w) / (e - i w).
+//
+// Left vectors are right ones of the transpose: the same text with both orders reversed, which leaves such a pair as it is.
 #pragma once
 #include "stacks/scale.h"
 

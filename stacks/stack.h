@@ -8,8 +8,8 @@ namespace kesl::stacks {
 template <class N, class M> struct Shape {
     [[no_unique_address]] N rows;
     [[no_unique_address]] M columns;
+    Shape(N n, M m) : rows(n), columns(m) {}
 };
-template <class N, class M> Shape(N, M) -> Shape<N, M>;
 
 // Element (i, j) of object k lies k*stride0 + i*stride1 + j*stride2 bytes behind p. A vector is one row, a number too.
 template <class T, int strides> struct Stack {

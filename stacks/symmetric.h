@@ -47,8 +47,8 @@ template <class V, class N> [[gnu::always_inline]] inline void rotate(auto& z, i
     });
 }
 
-// Brings the eigenvalues of the tridiagonal matrix into d; the rows of z are rotated with it. Lanes that are done wait for others:
-// what is computed for them is not kept, and their rows are rotated by nothing, which may cost zeros the sign.
+// Brings the eigenvalues of the tridiagonal matrix into d; the rows of z are rotated with it. Lanes that are done wait for
+// others: what is computed for them is not kept, and their rows are rotated by nothing, which may cost zeros the sign.
 template <bool vectors, class V, class N>
 [[gnu::always_inline]] inline IndexOf<V> iterate(auto& z, V* const d, V* const e, N n)
 {

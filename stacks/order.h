@@ -25,6 +25,7 @@ constexpr void mergeExchange(int n, auto sort)
         }
 }
 
+// Its list of pairs, for sizes that are written out.
 template <int n> constexpr auto network = [] {
     struct {
         int length = 0;
@@ -46,7 +47,8 @@ template <class N> [[gnu::always_inline]] inline void sortWith(N n, auto sort)
     }
 }
 
-// The largest component of each row, the first of equals, becomes positive; zeros too.
+// Whether the largest component of a vector, the first of equals, is negative; and the vector turned where it is so. Zeros
+// lose their sign.
 template <class V> [[gnu::always_inline]] inline MaskOf<V> pointsBack(const V* x, auto n)
 {
     V top = x[0];

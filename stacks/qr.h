@@ -7,8 +7,8 @@
 
 namespace kesl::stacks {
 
-// x becomes reflectors, H(k) in row k from column k on, and what is left of them the transpose of R, but for the diagonal;
-// column j of R is to be multiplied by 2^-shift[j].
+// a becomes reflectors, H(k) in row k from column k on; left of them stands the transpose of R without its diagonal. Column j
+// of R is to be multiplied by 2^-shift[j].
 template <class V, class N> struct Factors {
     V tau[most<N>], diagonal[most<N>];
     IndexOf<V> shift[most<N>];
@@ -69,8 +69,8 @@ template <class V, class N, class M>
     loopDown<N>(0, n, [&](int j) KESL_INLINE {
         const V x = y[j] / f.diagonal[j];
         loop<N>(0, j, [&](int k) KESL_INLINE { y[k] = y[k] - a(j, k) * x; });
-        const IndexOf<V> back = f.shift[j] - scaled.shift,
-                         half = back >> 1; // two steps of one direction: no overflow between
+        // Two steps in one direction: nothing overflows between them.
+        const IndexOf<V> back = f.shift[j] - scaled.shift, half = back >> 1;
         const V result = timesPowerOfTwo(timesPowerOfTwo(x, half), back - half);
         y[j] = scaled.refused ? notANumber<V>() : result;
     });

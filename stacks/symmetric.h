@@ -47,8 +47,8 @@ template <class V, class N> [[gnu::always_inline]] inline void rotate(auto& z, i
     });
 }
 
-// The eigenvalues of the tridiagonal matrix into d; the rows of z are rotated with it. Lanes that are done wait for others:
-// rotations by nothing may cost their zeros the sign, but nothing else.
+// Brings the eigenvalues of the tridiagonal matrix into d; the rows of z are rotated with it. Lanes that are done wait for
+// others: what is computed for them is not kept, and their rows are rotated by nothing, which may cost zeros the sign.
 template <bool vectors, class V, class N>
 [[gnu::always_inline]] inline IndexOf<V> iterate(auto& z, V* const d, V* const e, N n)
 {
@@ -78,7 +78,7 @@ template <bool vectors, class V, class N>
             }
 
             // Wilkinson's shift is d(l) - last^2 / (half +- root).
-            const V last = active ? e[l - 1] : one;
+            const V last = e[l - 1];
             const V half = (d[l - 1] - d[l]) * ElementOf<V>(0.5), root = sqrt(half * half + last * last);
             V first = d[0];
             loop<N>(1, l, [&](int i) KESL_INLINE { first = m == i ? d[i] : first; });
@@ -88,10 +88,12 @@ template <bool vectors, class V, class N>
                 const Mask on = active & (m <= i);
                 const V f = s * e[i], b = c * e[i];
                 const V square = f * f + g * g;
-                const Mask lost = square < F::negligible;
-                const V r = sqrt(lost ? one : square), inverse = 1 / r;
-                const V sine = lost ? V{} : f * inverse, cosine = lost ? one : g * inverse;
-                if (i > 0) e[i - 1] = (on & (m < i)) ? (lost ? V{} : r) : e[i - 1];
+                V r = sqrt(square);
+                const V inverse = 1 / r;
+                V sine = f * inverse, cosine = g * inverse;
+                if (const Mask lost = square < F::negligible; any(lost)) [[unlikely]]
+                    r = lost ? V{} : r, sine = lost ? V{} : sine, cosine = lost ? one : cosine;
+                if (i > 0) e[i - 1] = (on & (m < i)) ? r : e[i - 1];
                 const V base = d[i] - p;
                 const V across = (d[i + 1] - base) * sine + (cosine + cosine) * b;
                 const V move = sine * across;
@@ -109,12 +111,11 @@ template <bool vectors, class V, class N>
 
     if (n > 1) { // the last two by one rotation
         const Mask on = ~isNegligible(0);
-        const V off = on ? e[0] : V{}, half = (d[1] - d[0]) * ElementOf<V>(0.5);
-        const V root = sqrt(on ? half * half + off * off : one);
-        const V tangent = off / (half > V{} ? half + root : half - root);
+        const V half = (d[1] - d[0]) * ElementOf<V>(0.5), root = sqrt(half * half + e[0] * e[0]);
+        const V tangent = on ? e[0] / (half > V{} ? half + root : half - root) : V{};
         const V cosine = 1 / sqrt(tangent * tangent + 1);
-        d[0] = d[0] - tangent * off;
-        d[1] = d[1] + tangent * off;
+        d[0] = d[0] - tangent * e[0];
+        d[1] = d[1] + tangent * e[0];
         if constexpr (vectors) rotate(z, 0, cosine, -(tangent * cosine), n);
     }
     return info;

@@ -15,7 +15,7 @@ foreach(level IN LISTS KESLMX_LEVELS) # with the names that a program asks for w
     set_target_properties(kesl_${level} PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/../..")
     install(TARGETS kesl_${level} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-${level})
 endforeach()
-install(FILES include/kesl.h include/keslmx.h include/keslcorex.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES include/kesl.h include/kesl.hpp include/keslmx.h include/keslcorex.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 # find_package(kesl): kesl::kesl; find_package(keslmx): kesl::mx, and kesl::corex for programs that set the number of threads
 include(CMakePackageConfigHelpers)

@@ -5,10 +5,11 @@ check.py ROOT WORK CC CXX LIBRARY...
 
 Pages are README.md, CONTRIBUTING.md, CHANGELOG.md, docs/*.md and the README of each directory; code is what stands in blocks ```c and
 ```cpp, and under EXAMPLES in the first comment of include/keslmx.h. A block with a main is a program and must return 0. Any
-other is compiled as it is, or, behind a comment <!-- in: PARAMETERS -->, as the body of a function with these parameters.
+other is compiled as it is, or, behind a comment <!-- in: PARAMETERS -->, as the body of a function with these parameters. What is
+a source file beside its page is left to the build.
 Links and pictures of a page must lead to files.
 """
-import os, re, subprocess, sys
+import glob, os, re, subprocess, sys
 
 root, work, cc, cxx, *libraries = sys.argv[1:]
 os.makedirs(work, exist_ok=True)
@@ -38,9 +39,13 @@ def page(path):
     text = open(os.path.join(root, path)).read()
     name = path.replace("/", "_").replace(".md", "")
     blocks = re.findall(r"(?:<!-- in: (.*?) -->\n)?^```(cp?p?)\n(.*?)^```", text, re.M | re.S)
+    beside = [open(file).read() for file in glob.glob(os.path.join(root, os.path.dirname(path), "*.c*"))]
     for number, (parameters, language, code) in enumerate(blocks, 1):
+        if code in beside:
+            continue
         if parameters:
-            code = f"#include <keslmx.h>\nvoid fragment({parameters});\nvoid fragment({parameters})\n{{\n{code}}}\n"
+            function = f"void fragment({parameters})"
+            code = f"#include <kesl.h>\n#include <keslmx.h>\n{function};\n{function}\n{{\n{code}}}\n"
         compiled(f"{name}_{number}", language, code)
     prose = re.sub(r"^```.*?^```|^ {4}.*?$|`[^`]*`", "", text, flags=re.M | re.S)
     for link in re.findall(r"\]\(([^)#]+)[^)]*\)", prose):

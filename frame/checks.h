@@ -16,8 +16,18 @@ struct Sequence {
     char letters[16] = {};
     consteval Sequence(const char* s)
     {
-        for (int i = 0; s[i]; ++i) letters[i] = s[i];
+        for (int i = 0; s[i]; ++i) {
+            if (i + 1 == sizeof letters || !isKnown(s[i])) unknownOrTooMany();
+            letters[i] = s[i];
+        }
     }
+    static constexpr bool isKnown(char c)
+    {
+        for (const char* known = "NCSMBRb<>-"; *known; ++known)
+            if (*known == c) return true;
+        return false;
+    }
+    static void unknownOrTooMany(); // not a constant: the compiler stops where a sequence is wrong
     constexpr bool has(char c) const
     {
         for (char l : letters)

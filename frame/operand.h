@@ -88,7 +88,7 @@ template <class T, Kind K, bool array, Form F> struct Operand {
         };
         return std::tuple_cat(std::tuple(p), given(std::bool_constant<lists>{}, shift),
                               given(std::bool_constant<has0>{}, stride0), given(std::bool_constant<has1>{}, stride1),
-                              given(std::bool_constant < has2 && !contiguousRows(G) > {}, stride2));
+                              given(std::bool_constant<(has2 && !contiguousRows(G))>{}, stride2));
     }
 
     // ---- object k as a view of height by width elements, the sizes being those of the matrix as it is read
@@ -114,10 +114,9 @@ template <class T, Kind K, bool array, Form F> struct Operand {
     // Object k as a single operand.
     auto single([[maybe_unused]] int k) const requires(!(array && F == P))
     {
+        constexpr Form alone = F == L ? S : F == LS2 ? S2 : F;
         if constexpr (!array) return *this;
-        else
-            return Operand < T, kind, false,
-                   inL(F) ? (F == L ? S : S2) : F > {.p = address(k), .stride1 = stride1, .stride2 = stride2};
+        else return Operand<T, kind, false, alone>{.p = address(k), .stride1 = stride1, .stride2 = stride2};
     }
 };
 
@@ -128,6 +127,37 @@ template <class T, Form F> using ta = Operand<T, Kind::transposed, true, F>;
 template <class T, Form F> using v = Operand<T, Kind::vector, false, F>;
 template <class T, Form F> using va = Operand<T, Kind::vector, true, F>;
 template <class T, Form F> using ca = Operand<T, Kind::constants, true, F>;
+
+// ---- What is known of an operand.
+template <class O> constexpr bool isTransposed = O::kind == Kind::transposed;
+template <class O> constexpr bool isConstant = O::kind == Kind::constants;
+template <class O> constexpr bool isByValue = isConstant<O> && !O::isArray;
+template <class O> constexpr bool isArrayOfObjects = O::isArray && !isConstant<O>;
+
+// An object is a record if there is no gap between its rows, as it is stored. The sizes are those of the matrix as it is
+// read.
+template <class O> bool isRecord(const O& o, int height, int width)
+{
+    if constexpr (isConstant<O> || O::kind == Kind::vector) return true;
+    else {
+        const int rows = isTransposed<O> ? width : height, rowLength = isTransposed<O> ? height : width;
+        return rows == 1 || o.stride1 == std::int64_t(rowLength) * O::elementSize;
+    }
+}
+// An array is one run if there is no gap between its objects either, and none is transposed. Single operands and constants
+// suit any array.
+template <class O> bool isPacked(const O& o, int height, int width)
+{
+    if constexpr (!isArrayOfObjects<O>) return true;
+    else if constexpr (isTransposed<O>) return false;
+    else return isRecord(o, height, width) && o.stride0 == std::int64_t(height) * width * O::elementSize;
+}
+// In a structure of arrays, the objects' values of an element lie side by side.
+template <class O> bool isSideBySide(const O& o)
+{
+    if constexpr (!O::isArray) return true;
+    else return !inL(O::form) && o.stride0 == int(sizeof(typename O::Element));
+}
 
 // A constant by value, the same for every element of every object.
 template <class T> struct c : Argument {

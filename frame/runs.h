@@ -7,9 +7,14 @@
 
 namespace kesl {
 
-// A run of m packs and the same elements sorted by index: in pack j, element j of each object or, if n is even, element
-// 2j of all objects and then 2j + 1 of all; half as many objects and packs then make a round. In step s what comes from
-// pack s joins what came from those before it.
+// A run of three packs of four lanes, n = 3 (object.element), and the same elements sorted by index:
+//
+//     memory   0.0 0.1 0.2 1.0 | 1.1 1.2 2.0 2.1 | 2.2 3.0 3.1 3.2
+//     sorted   0.0 1.0 2.0 3.0 | 0.1 1.1 2.1 3.1 | 0.2 1.2 2.2 3.2
+//
+// Each sorted pack takes elements of all packs of the run: it is built in steps, and in step s what comes from pack s joins
+// what came from those before it. If n is even, halves of packs are sorted: pack j then gets element 2j of half of the
+// objects and behind them 2j + 1 of the same ones; two such rounds serve all objects, and halves are exchanged in the end.
 template <int n, int lanes, int parts> struct Sorting {
     static constexpr int objects = lanes / parts;
     template <int j, int s> struct Sort {

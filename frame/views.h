@@ -1,11 +1,10 @@
 // Views: one object in memory, seen as element (i, j).
 #pragma once
+#include "frame/compiler.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
-
-#define KESL_INLINE                                                                                                         \
-    __attribute__((always_inline)) // where an attribute of C++ cannot stand: behind the parameters of a lambda
 
 namespace kesl {
 
@@ -22,6 +21,7 @@ template <class T> struct Rows {
     T* row(int i) const { return moved(p, i * stride1); }
     T& operator()(int i, int j) const { return row(i)[j]; }
 };
+template <class T> Rows(T*, std::int64_t) -> Rows<T>;
 
 // Any distance between elements.
 template <class T> struct Grid {
@@ -55,5 +55,6 @@ template <class T> struct Same {
     Same row(int) const { return *this; }
     T operator()(int, int) const { return x; }
 };
+template <class T> Same(T) -> Same<T>;
 
 } // namespace kesl

@@ -3,8 +3,9 @@
 #pragma once
 #include "frame/arguments.h"
 #include "frame/call.h"
-#include "frame/map.h"
+#include "movement/move.h"
 
+#include <climits>
 #include <numeric>
 
 namespace kesl {
@@ -118,20 +119,28 @@ struct LoadIdentity_ma {
                 });
                 if (done) return;
             }
-        if (std::int64_t(width) * height <= mostRepeated && count > 1) { // small ones are copies of the first
-            T unit[mostRepeated] = {};
-            for (int i = 0; i < std::min<int>(width, height); ++i) unit[i * width + i] = 1;
-            const m<const T, S> src{.p = unit, .stride1 = width * int(sizeof(T))};
-            return move(int(height), width, count, dst, src);
-        }
         inOwnForm(dst, [&](const auto& to) {
+            if (std::int64_t(width) * height <= mostRepeated && count > 1) { // small ones are copies of the first
+                T unit[mostRepeated] = {};
+                for (int i = 0; i < std::min<int>(width, height); ++i) unit[i * width + i] = 1;
+                const m<const T, S> src{.p = unit, .stride1 = width * int(sizeof(T))};
+                return map(int(height), width, count, Move{}, to, src);
+            }
+            const auto elements = anywhere(to, height, width);
             for (int k = 0; k < count; ++k)
                 for (int i = 0; i < height; ++i) {
-                    const auto object = to.object(k, height, width);
-                    for (int j = 0; j < width; ++j) object(i, j) = 0;
-                    if (i < width) object(i, i) = 1;
+                    for (int j = 0; j < width; ++j) *elements(k, i, j) = 0;
+                    if (i < width) *elements(k, i, i) = 1;
                 }
         });
+    }
+    // f(dst), in the form for contiguous rows if that is what they are.
+    static void inOwnForm(const auto& dst, auto f)
+    {
+        constexpr Form F = std::decay_t<decltype(dst)>::form, rows = F == S2 ? S : L;
+        if constexpr (F == S2 || F == LS2)
+            if (dst.rowsAreContiguous()) return f(dst.template as<rows>());
+        f(dst);
     }
 };
 

@@ -1,5 +1,6 @@
 // keslEigenValuesSym: the eigenvalues of one symmetric matrix, or of each matrix of an array.
 #pragma once
+#include "eigen/order_two.h"
 #include "eigen/symmetric.h"
 #include "frame/arguments.h"
 #include "frame/array.h"

@@ -10,7 +10,6 @@
 // array_64f.cpp).
 #pragma once
 #include "frame/blocks.h"
-#include "frame/elements.h"
 #include "frame/objects.h"
 
 #include <cstring>

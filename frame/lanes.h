@@ -122,6 +122,15 @@ template <class M> requires(lanes<M> > 1) bool any(M mask)
 #endif
 }
 
+// Masks for one object or many: one that holds everywhere, the opposite of one, and one where another does not hold.
+template <class V> MaskOf<V> everywhere() { return V{} == V{}; }
+inline bool negated(bool mask) { return !mask; }
+template <class M> requires(lanes<M> > 1) M negated(M mask) { return ~mask; }
+template <class M> M without(M x, M y) { return x & negated(y); }
+
+// Where the mask holds x takes the value.
+template <class V> [[gnu::always_inline]] inline void put(MaskOf<V> where, V& x, V value) { x = where ? value : x; }
+
 // n lanes of a and b: lane i of the result is lane Index::of(i) of a, those of b counting on.
 template <class Index, int n, class V> auto shuffled(V a, V b)
 {

@@ -1,5 +1,5 @@
 // The solvers of order 2 inside the eigenvectors, whose exits and scales are hardly reached through an exported function.
-#include "eigen/substitution.h"
+#include "eigen/small_solvers.h"
 
 #include "random.h"
 

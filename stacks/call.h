@@ -88,6 +88,15 @@ template <class Op> auto withOrders(auto f, auto... sizes)
     else return withOrder(sizes..., f);
 }
 
+// Fixed ranges of objects, which depend on nothing but the operation and its sizes, of some fifty microseconds each. The
+// estimate is inexact, so it must not be computed outside of our environment: hence a function of its own.
+template <class Op, class V> [[gnu::noinline]] std::ptrdiff_t chunkOf(const auto& sizes)
+{
+    constexpr double chunkTime = 50e6;
+    const double cost = std::apply([](auto... n) { return double(Op::cost(double(n)...)); }, sizes) * (sizeof(ElementOf<V>) / 4);
+    return std::ptrdiff_t(1 + chunkTime / std::max(cost, 1.0) / lanes<V>) * lanes<V>;
+}
+
 template <class Op, std::size_t s, class First, class... O>
 std::ptrdiff_t call(const std::array<std::ptrdiff_t, s>& sizes, std::ptrdiff_t count, int* info, First a, O... rest)
 {
@@ -104,10 +113,10 @@ std::ptrdiff_t call(const std::array<std::ptrdiff_t, s>& sizes, std::ptrdiff_t c
     };
     if (count <= lanes<V>) return objects(0, count);
 
-    // Fixed ranges of objects, which depend on nothing but the operation and its sizes, of some fifty microseconds each.
-    constexpr double chunkTime = 50e6;
-    const double cost = std::apply([](auto... n) { return double(Op::cost(double(n)...)); }, sizes) * (sizeof(T) / 4);
-    const std::ptrdiff_t chunk = std::ptrdiff_t(1 + chunkTime / std::max(cost, 1.0) / lanes<V>) * lanes<V>;
+    const std::ptrdiff_t chunk = [&] {
+        const Environment environment;
+        return chunkOf<Op, V>(sizes);
+    }();
     if (count <= 2 * chunk) return objects(0, count);
     const auto job = [&](std::ptrdiff_t i) { return objects(i * chunk, std::min(count, (i + 1) * chunk)); };
     using Job = decltype(job);

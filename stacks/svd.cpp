@@ -61,7 +61,13 @@ struct Svd {
             transpose(tall, left);
             u.store(k, left);
             vt.store(k, right);
-        } else { // of the transpose: left and right exchanged
+        } else { // of the transpose: left and right exchanged, so it is the others that shall point forwards
+            const auto length = tall.columns();
+            for (int j = 0; j < order; ++j) {
+                const MaskOf<V> back = pointsBack(&tall(j, 0), length);
+                turn(back, &tall(j, 0), length);
+                turn(back, &right(j, 0), order);
+            }
             transpose(right);
             u.store(k, right);
             vt.store(k, tall);

@@ -83,15 +83,14 @@ Wide distance(const Matrix& a, Complex w)
     using Complexes = Eigen::Matrix<Complex, Eigen::Dynamic, Eigen::Dynamic>;
     Complexes shifted = a.cast<Complex>();
     shifted.diagonal().array() -= w;
-    const Eigen::FullPivLU<Complexes> lu(shifted);
-    if (!lu.isInvertible()) return 0; // in extended precision
+    const Eigen::PartialPivLU<Complexes> lu(shifted);
+    if (lu.matrixLU().diagonal().cwiseAbs().minCoeff() == 0) return 0; // in extended precision
     Eigen::Matrix<Complex, Eigen::Dynamic, 1> x(a.rows());
     for (Eigen::Index i = 0; i < x.size(); ++i) x(i) = Complex(1, Wide(i % 3) / 2);
     x.normalize();
-    const Complexes inverse = lu.inverse();
     Wide growth = 0;
-    for (int step = 0; step < 4; ++step) {
-        x = (inverse.adjoint() * (inverse * x)).eval();
+    for (int step = 0; step < 3; ++step) {
+        x = lu.adjoint().solve(lu.solve(x)).eval();
         growth = std::sqrt(x.norm()); // tends to the largest singular value of the inverse from below
         x.normalize();
     }

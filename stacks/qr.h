@@ -7,8 +7,8 @@
 
 namespace kesl::stacks {
 
-// a becomes reflectors, H(k) in row k from column k on; left of them stands the transpose of R without its diagonal. Column j
-// of R is to be multiplied by 2^-shift[j].
+// a becomes reflectors, H(k) in row k from column k on; left of them stands the transpose of R, without its diagonal. Column
+// j of R is to be multiplied by 2^-shift[j].
 template <class V, class N> struct Factors {
     V tau[most<N>], diagonal[most<N>];
     IndexOf<V> shift[most<N>];

@@ -42,7 +42,7 @@ struct DotProduct {
                     sumOfMany<T>(len, [&]<class V>(std::int64_t k) { return loadPack<V>(a.p + k) * loadPack<V>(b.p + k); });
             } else {
                 bool packs = false;
-                if constexpr (A::isArray && !inL(F)) packs = areSideBySide(a) && areSideBySide(b);
+                if constexpr (A::isArray && !inL(F)) packs = isSideBySide(a) && isSideBySide(b);
                 sumsInOrder(
                     dst.p, count, len, packs,
                     [&]<class V>(int k, std::int64_t j) {

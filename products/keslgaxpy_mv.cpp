@@ -1,4 +1,4 @@
 // keslGaxpy on one matrix and one vector.
-#include "products/multiply_vector.h"
+#include "products/gaxpy.h"
 
 KESL_GAXPY_MV(KESL_SINGLE)

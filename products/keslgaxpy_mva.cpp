@@ -1,4 +1,4 @@
 // keslGaxpy on one matrix and an array of vectors.
-#include "products/multiply_vector.h"
+#include "products/gaxpy.h"
 
 KESL_GAXPY_MVA(KESL_ARRAY)

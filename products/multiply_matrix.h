@@ -129,7 +129,7 @@ template <Starts starts> struct ProductOfMatrices {
             });
         else {
             if constexpr (D::isArray && !inL(F))
-                if (areSideBySide(a) && areSideBySide(b) && areSideBySide(dst)) {
+                if (isSideBySide(a) && isSideBySide(b) && isSideBySide(dst)) {
                     sideBySide<T>(0, count, [&]<class V>(V, std::int64_t at) {
                         const auto x = along(seen(a, 0, w1), A::isArray ? at : 0),
                                    y = along(seen(b, 0, w2), B::isArray ? at : 0);
@@ -158,8 +158,7 @@ template <bool a, bool b> struct Fit { // whether src1 and src2 are transposed
         return (a ? h1 : w1) == (b ? w2 : h2);
     };
 };
-template <bool a, bool b> struct Mul_single : ProductOfMatrices<singleStarts>, Fit<a, b> {
-};
+template <bool a, bool b> struct Mul_single : ProductOfMatrices<singleStarts>, Fit<a, b> {};
 template <bool a, bool b> struct Mul_arrayAndSingle : ProductOfMatrices<singleStarts>, Fit<a, b> {
     static unsigned measure(unsigned w1, unsigned h1, unsigned w2, unsigned h2, unsigned count)
     {
@@ -178,57 +177,35 @@ template <bool a, bool b> struct Mul_twoArrays : ProductOfMatrices<arraySrc2>, F
         return (((a ? h1 : w1) + (b ? h2 : w2)) * (a ? w1 : h1) + w2 * h2) * count;
     }
 };
-struct Mul_mm : Mul_single<false, false> {
-};
-struct Mul_mt : Mul_single<false, true> {
-};
-struct Mul_tm : Mul_single<true, false> {
-};
-struct Mul_tt : Mul_single<true, true> {
-};
-struct Mul_mam : Mul_arrayAndSingle<false, false> {
-};
-struct Mul_mat : Mul_arrayAndSingle<false, true> {
-};
-struct Mul_tam : Mul_arrayAndSingle<true, false> {
-};
-struct Mul_tat : Mul_arrayAndSingle<true, true> {
-};
-struct Mul_mma : Mul_singleAndArray<false, false> {
-};
-struct Mul_mta : Mul_singleAndArray<false, true> {
-};
-struct Mul_tma : Mul_singleAndArray<true, false> {
-};
-struct Mul_tta : Mul_singleAndArray<true, true> {
-};
-struct Mul_mama : Mul_twoArrays<false, false> {
-};
-struct Mul_mata : Mul_twoArrays<false, true> {
-};
-struct Mul_tama : Mul_twoArrays<true, false> {
-};
-struct Mul_tata : Mul_twoArrays<true, true> {
-};
+struct Mul_mm : Mul_single<false, false> {};
+struct Mul_mt : Mul_single<false, true> {};
+struct Mul_tm : Mul_single<true, false> {};
+struct Mul_tt : Mul_single<true, true> {};
+struct Mul_mam : Mul_arrayAndSingle<false, false> {};
+struct Mul_mat : Mul_arrayAndSingle<false, true> {};
+struct Mul_tam : Mul_arrayAndSingle<true, false> {};
+struct Mul_tat : Mul_arrayAndSingle<true, true> {};
+struct Mul_mma : Mul_singleAndArray<false, false> {};
+struct Mul_mta : Mul_singleAndArray<false, true> {};
+struct Mul_tma : Mul_singleAndArray<true, false> {};
+struct Mul_tta : Mul_singleAndArray<true, true> {};
+struct Mul_mama : Mul_twoArrays<false, false> {};
+struct Mul_mata : Mul_twoArrays<false, true> {};
+struct Mul_tama : Mul_twoArrays<true, false> {};
+struct Mul_tata : Mul_twoArrays<true, true> {};
 
 } // namespace kesl
 
 // ---- Their functions, by module: the kinds of src1, src2 and dst.
-#define KESL_PRODUCT(as, F, T, a, b, d)                                                                                \
-    as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), as##_in(b, src2, F, T), as##_size(src2Width), \
-        as##_size(src2Height), as##_out(d, dst, F, T)
+#define KESL_PRODUCT(as, F, T, a, b, d)  as##_in(a, src1, F, T), as##_size(src1Width), as##_size(src1Height), \
+                                         as##_in(b, src2, F, T), as##_size(src2Width), as##_size(src2Height), as##_out(d, dst, F, T)
 #define KESL_PRODUCTS(as, F, T, a, b, d) KESL_PRODUCT(as, F, T, a, b, d), as##_count(count)
 
-#define KESL_MUL_MM(X)                                                                                                 \
-    X(Mul, mm, KESL_PRODUCT, m, m, m)                                                                                  \
-    X(Mul, mt, KESL_PRODUCT, m, t, m) X(Mul, tm, KESL_PRODUCT, t, m, m) X(Mul, tt, KESL_PRODUCT, t, t, m)
-#define KESL_MUL_MAM(X)                                                                                                \
-    X(Mul, mam, KESL_PRODUCTS, ma, m, ma)                                                                              \
-    X(Mul, mat, KESL_PRODUCTS, ma, t, ma) X(Mul, tam, KESL_PRODUCTS, ta, m, ma) X(Mul, tat, KESL_PRODUCTS, ta, t, ma)
-#define KESL_MUL_MMA(X)                                                                                                \
-    X(Mul, mma, KESL_PRODUCTS, m, ma, ma)                                                                              \
-    X(Mul, mta, KESL_PRODUCTS, m, ta, ma) X(Mul, tma, KESL_PRODUCTS, t, ma, ma) X(Mul, tta, KESL_PRODUCTS, t, ta, ma)
-#define KESL_MUL_MAMA(X)                                                                                               \
-    X(Mul, mama, KESL_PRODUCTS, ma, ma, ma)                                                                            \
-    X(Mul, mata, KESL_PRODUCTS, ma, ta, ma)                                                                            \
-    X(Mul, tama, KESL_PRODUCTS, ta, ma, ma) X(Mul, tata, KESL_PRODUCTS, ta, ta, ma)
+#define KESL_MUL_MM(X)   X(Mul, mm, KESL_PRODUCT, m, m, m)       X(Mul, mt, KESL_PRODUCT, m, t, m) \
+                         X(Mul, tm, KESL_PRODUCT, t, m, m)       X(Mul, tt, KESL_PRODUCT, t, t, m)
+#define KESL_MUL_MAM(X)  X(Mul, mam, KESL_PRODUCTS, ma, m, ma)   X(Mul, mat, KESL_PRODUCTS, ma, t, ma) \
+                         X(Mul, tam, KESL_PRODUCTS, ta, m, ma)   X(Mul, tat, KESL_PRODUCTS, ta, t, ma)
+#define KESL_MUL_MMA(X)  X(Mul, mma, KESL_PRODUCTS, m, ma, ma)   X(Mul, mta, KESL_PRODUCTS, m, ta, ma) \
+                         X(Mul, tma, KESL_PRODUCTS, t, ma, ma)   X(Mul, tta, KESL_PRODUCTS, t, ta, ma)
+#define KESL_MUL_MAMA(X) X(Mul, mama, KESL_PRODUCTS, ma, ma, ma) X(Mul, mata, KESL_PRODUCTS, ma, ta, ma) \
+                         X(Mul, tama, KESL_PRODUCTS, ta, ma, ma) X(Mul, tata, KESL_PRODUCTS, ta, ta, ma)

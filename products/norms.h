@@ -46,7 +46,7 @@ struct L2Norm {
                 *dst.p = rootOf(sumOfMany<T>(len, [&]<class V>(std::int64_t k) { return squared(loadPack<V>(src.p + k)); }));
             else {
                 bool packs = false;
-                if constexpr (!single && !inL(F)) packs = areSideBySide(src);
+                if constexpr (!single && !inL(F)) packs = isSideBySide(src);
                 sumsInOrder(
                     dst.p, count, len, packs,
                     [&]<class V>(int k, std::int64_t j) { return squared(valueIn<true, V>(seen(src, k, 0), j, 0)); },
@@ -110,7 +110,7 @@ struct FrobNorm {
             return keslStatusOk;
         } else {
             bool packs = false;
-            if constexpr (Src::isArray && !inL(F)) packs = areSideBySide(src);
+            if constexpr (Src::isArray && !inL(F)) packs = isSideBySide(src);
             const auto at = [&]<class V>(int k, int i, int j) {
                 return squared(valueIn<true, V>(seen(src, k, width), i, j));
             };
@@ -118,7 +118,7 @@ struct FrobNorm {
                 V s{};
                 if constexpr (F == P) {
                     const std::int64_t all = std::int64_t(width) * height;
-                    const Cells<const T> e = {src.p, seen(src, k, width).shift, 0, 1};
+                    const ListedElements<const T> e = {src.p, seen(src, k, width).shift, 0, 1};
                     for (std::int64_t j = 0; j + 1 < all; j += 2)
                         s = s + (squared(valueIn<true, V>(e, 0, j)) + squared(valueIn<true, V>(e, 0, j + 1)));
                     if (all % 2) s = s + squared(valueIn<true, V>(e, 0, all - 1));
@@ -163,7 +163,7 @@ struct Trace {
     [[gnu::always_inline]] static KeslStatus kernel(auto src, int order, Table<T> dst, Count count = {})
     {
         bool packs = false;
-        if constexpr (decltype(src)::isArray && !inL(F)) packs = areSideBySide(src);
+        if constexpr (decltype(src)::isArray && !inL(F)) packs = isSideBySide(src);
         const auto at = [&]<class V>(int k, std::int64_t i) { return valueIn<true, V>(seen(src, k, order), i, i); };
         withOrder(order, [&](auto n) {
             if constexpr (n > 0) {

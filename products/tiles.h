@@ -10,13 +10,13 @@ template <class T> constexpr T plusZero = T(0);
 template <class T> constexpr T noStart = -T(0);
 
 // ---- An object as it is read, whether it is transposed or not: one type for strides, one for pointers of elements.
-template <class T> struct Cells {
+template <class T> struct ListedElements {
     T* const* list;
     std::int64_t shift, rowPitch, columnPitch;
     T& operator()(std::int64_t i, std::int64_t j) const { return *moved(list[i * rowPitch + j * columnPitch], shift); }
 };
 template <class T> Grid<T> along(Grid<T> g, std::int64_t bytes) { return {moved(g.p, bytes), g.stride1, g.stride2}; }
-template <class T> Cells<T> along(Cells<T> c, std::int64_t bytes)
+template <class T> ListedElements<T> along(ListedElements<T> c, std::int64_t bytes)
 {
     return {c.list, c.shift + bytes, c.rowPitch, c.columnPitch};
 }
@@ -27,8 +27,8 @@ template <class O> auto seen(const O& o, int k, [[maybe_unused]] int width)
     using T = std::remove_reference_t<decltype(o.object(0, 1, 1)(0, 0))>;
     constexpr bool vector = O::kind == Kind::vector, transposed = O::kind == Kind::transposed;
     if constexpr (O::form == P)
-        return Cells<T>{o.p, o.shift + std::int64_t(k) * o.stride0, transposed || vector ? 1 : width,
-                        transposed ? width : !vector};
+        return ListedElements<T>{o.p, o.shift + std::int64_t(k) * o.stride0, transposed || vector ? 1 : width,
+                                 transposed ? width : !vector};
     else
         return Grid<T>{o.address(k), transposed || vector ? o.stride2 : o.stride1,
                        vector       ? 0
@@ -159,9 +159,6 @@ template <int n, class V, bool aVaries, bool bVaries, class Source, class Destin
         }
     }
 }
-
-// Whether the objects of an operand, if it is an array, lie side by side: a structure of arrays.
-template <class O> bool areSideBySide(const O& o) { return !O::isArray || o.stride0 == O::elementSize; }
 
 // body(V, bytes) for `count` objects that lie side by side: by the widest packs, then by those of 16 bytes, then one by
 // one.

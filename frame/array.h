@@ -30,7 +30,7 @@ template <class T> struct Array {
     T* const* list{}; // L: a pointer for each object; P: for each element
     std::int64_t shift, stride0, stride1, stride2;
     int width;
-    bool cells; // P
+    int cells; // whether it is P
     Lie lie;
 
     template <Kind kind, bool isArray, Form F>
@@ -45,6 +45,11 @@ template <class T> struct Array {
         else lie = height == 1 || stride1 == row ? Lie::record : Lie::rows;
     }
 
+    Array(T* f, T* const* l, std::int64_t s, std::int64_t s0, std::int64_t s1, std::int64_t s2, int w, int c, Lie how)
+        : first(f), list(l), shift(s), stride0(s0), stride1(s1), stride2(s2), width(w), cells(c), lie(how)
+    {
+    }
+
     // Element (i, j) of object k. In the standard layout and P the others lie stride0 apart.
     [[gnu::always_inline]] T* element(int k, int i, int j) const
     {
@@ -54,20 +59,31 @@ template <class T> struct Array {
     T* object(int k) const { return list ? moved(list[k], shift) : moved(first, k * stride0); }
 };
 
-// An array in a loop over packs: a copy that nobody changes meanwhile.
+// An array in a loop over packs: a copy that nobody changes meanwhile. It is made field by field, as they were written a
+// moment ago: reads of several at once would wait until these writes have left the processor.
 template <class T> struct InPacks : Array<T> {
     static constexpr int mostLanes = widest / int(sizeof(T));
     T* lanes[mostLanes]; // the first objects, where there is no list: those of any pack lie a shift further
 
-    [[gnu::always_inline]] InPacks(const Array<T>& array, int count) : Array<T>(array)
+    [[gnu::always_inline]] InPacks(const Array<T>& a, int count)
+        : Array<T>{alone(a.first),   alone(a.list),  alone(a.shift), alone(a.stride0), alone(a.stride1),
+                   alone(a.stride2), alone(a.width), alone(a.cells), alone(a.lie)}
     {
         if (this->list || this->lie > Lie::rows || count < 4) return;
-        for (int l = 0; l < (count < mostLanes ? 4 : mostLanes); ++l) lanes[l] = moved(this->first, l * this->stride0);
+        for (int l = 0; l < (count < mostLanes ? 4 : mostLanes); ++l)
+            lanes[l] = alone(moved(this->first, l * this->stride0));
     }
     // The first elements of objects k, k + 1, ...; not of P.
     Listed<T> objects(int k) const
     {
         return this->list ? Listed<T>{this->list + k, this->shift} : Listed<T>{lanes, k * this->stride0};
+    }
+
+private:
+    template <class X> [[gnu::always_inline]] static X alone(X x)
+    {
+        asm("" : "+r"(x));
+        return x;
     }
 };
 
@@ -174,14 +190,15 @@ template <bool lower, class V, int height, int width>
     } else if (src.lie <= Lie::rows) {
         const Listed<T> at = src.objects(first);
         if (!src.list) prefetchNext<height * width, V, false>(Spaced<T>{src.object(first), src.stride0});
-        if (height == 1 || src.lie != Lie::rows) { // what is above the diagonal lies between what is below
-            Block<V, height, width> all;
-            loadRun<height * width>(at, all.e[0]);
-            eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = all(i, j); });
-        } else
+        if (height > 1 && src.lie == Lie::rows)
             [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
                 (loadRun<(lower ? i + 1 : width)>(movedRow(at, i * src.stride1), x.e[i]), ...);
             }(std::make_integer_sequence<int, height>{});
+        else if constexpr (lower) { // what is above the diagonal lies between what is below
+            Block<V, height, width> all;
+            loadRun<height * width>(at, all.e[0]);
+            eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = all(i, j); });
+        } else loadRun<height * width>(at, x.e[0]);
     } else if (src.lie == Lie::sideBySide) {
         const Grid<T> grid{moved(src.first, first * src.stride0), src.stride1, src.stride2};
         if (src.cells) eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = loadPack<V>(cell(i, j)); });
@@ -228,9 +245,7 @@ template <bool lower, class V, int height, int width>
 template <bool lower, class V, int height, int width>
 [[gnu::noinline]] void loadLong(const InPacks<const ElementOf<V>>& src, int first, Block<V, height, width>& x)
 {
-    Block<V, height, width> own; // which no store can be in doubt about
-    loadInLine<lower>(src, first, own);
-    eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = own(i, j); });
+    loadInLine<lower>(src, first, x);
 }
 template <bool lower, class V, int height, int width>
 [[gnu::noinline]] void storeLong(const InPacks<ElementOf<V>>& dst, int first, const Block<V, height, width>& x)

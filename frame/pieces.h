@@ -125,11 +125,14 @@ template <int bytes, class V> [[gnu::always_inline]] inline void transpose(V* x)
 template <int bytes, class V> [[gnu::always_inline]] inline void loadPieces(auto at, V* x)
 {
     constexpr int c = perPiece<bytes, V>;
+    V y[c]; // and not x, which may be in memory
     at = again(at);
 #pragma GCC unroll 16
     for (int r = 0; r < c; ++r)
-        x[r] = joined<V, bytes>([&](int i) { return loadPack<Pack<ElementOf<V>, bytes>>(at(r + i * c)); });
-    transpose<bytes>(x);
+        y[r] = joined<V, bytes>([&](int i) { return loadPack<Pack<ElementOf<V>, bytes>>(at(r + i * c)); });
+    transpose<bytes>(y);
+#pragma GCC unroll 16
+    for (int r = 0; r < c; ++r) x[r] = y[r];
 }
 template <int bytes, class V> [[gnu::always_inline]] inline void storePieces(auto at, const V* from)
 {

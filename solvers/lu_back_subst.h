@@ -107,7 +107,7 @@ struct LUBackSubst {
         const InPacks dst(to, count);
         const auto one = [&](int k) {
             const int* const p = index.object(k);
-            withViews(
+            withRowViews(
                 k, [&](auto a, auto b, auto x) { luSolveOne<T, n>(a, p, b, x); }, matrix, src, dst);
         };
         // Contiguous rows of five doubles would be joined from too many pieces.
@@ -178,9 +178,7 @@ struct LUBackSubst {
             if constexpr (n == 0)
                 luSolveCommon<T>(src1.object(0, order, order), index.p, src2.object(0, 1, order), dst.object(0, 1, order),
                                  order);
-            else
-                luSolveOne<T, n>(general(src1.object(0, n, n)), index.p, general(src2.object(0, 1, n)),
-                                 general(dst.object(0, 1, n)));
+            else luSolveOne<T, n>(src1.object(0, n, n), index.p, src2.object(0, 1, n), dst.object(0, 1, n));
         });
         return keslStatusOk;
     }

@@ -11,10 +11,10 @@ template <class T> struct Line {
     T* operator()(std::int64_t x) const { return moved(list[x * pitch], shift + x * stride); }
     Line operator+(int elements) const { return {list, pitch, shift + elements * int(sizeof(T)), stride}; }
     Line from(std::int64_t x) const { return {list + x * pitch, pitch, shift + x * stride, stride}; }
+    bool isListed() const { return pitch == 1 && stride == 0; }
+    Listed<T> listed() const { return {list, shift}; }
     Spaced<T> spaced() const { return {moved(*list, shift), stride}; } // if the pitch is 0
 };
-
-template <class T> Line<T> again(Line<T> at) { return at; } // as blocks.h has it
 
 // An operand. Whether its pointers are those of objects, of elements, or just one: a pitch is how far one
 // goes in the list, from object to object, from row to row, and from element to element; a stride how far in bytes.

@@ -77,6 +77,18 @@ template <int h, int w> KESL_ONCE void mapRows(int height, int width, int count,
     for (int k = 0; k < count; ++k) mapObject<h, w>(height, width, f, rowsOf(dst, k), rowsOf(src, k)...);
 }
 
+// ---- Road: rows and elements at any distance, but one pointer for each object.
+template <class T> Grid<T> gridOf(const Anywhere<T>& a, int k) { return {a(k, 0, 0), a.stride1, a.stride2}; }
+template <class At> auto gridOf(const ConstantOf<At>& src, int k) { return Same{*src.at(k)}; }
+template <class T> Same<T> gridOf(Same<T> src, int) { return src; }
+template <class T> bool isGrid(const Anywhere<T>& a) { return a.pitch1 == 0 && a.pitch2 == 0; }
+bool isGrid(const auto&) { return true; } // constants
+
+template <int h, int w> KESL_ONCE void mapGrids(int count, auto f, auto dst, auto... src)
+{
+    for (int k = 0; k < count; ++k) mapObject<h, w>(h, w, f, gridOf(dst, k), gridOf(src, k)...);
+}
+
 // ---- Road: elements that lie anywhere, along the objects or along rows.
 template <class T> Line<T> objectsOf(const Anywhere<T>& a, int i, int j) { return a.objects(i, j); }
 template <class T> Line<T> objectsOf(const ConstantOf<Line<T>>& src, int, int) { return src.at; }
@@ -130,6 +142,17 @@ KESL_ONCE void mapElements(int height, int width, int count, auto f, const auto&
         }
 }
 
+// The one of these that suits.
+KESL_ONCE void mapApart(auto height, int width, int count, auto f, const auto& dst, const auto&... src)
+{
+    bool done = false;
+    if (isGrid(dst) && (isGrid(src) && ...))
+        withShape(height, width, [&](auto h, auto w) {
+            if constexpr (w > 0) mapGrids<h, w>(count, f, dst, src...), done = true;
+        });
+    if (!done) mapElements(height, width, count, f, dst, src...);
+}
+
 // ---- An operand as these loops take it: by the addresses of its objects, ...
 template <class O> auto atOf(const O& o)
 {
@@ -166,11 +189,16 @@ template <class O> auto lineOf(const O& o, int height, int width)
 }
 
 // ---- Road: arrays without gaps; whether it was taken.
-template <class O> auto packedOf(const O& o, [[maybe_unused]] int height, [[maybe_unused]] int width)
+template <class O> bool areTogether([[maybe_unused]] const O& o) // if they are constants
+{
+    if constexpr (isConstant<O> && O::isArray) return isSideBySide(o);
+    else return true;
+}
+template <bool together = true, class O> auto packedOf(const O& o, [[maybe_unused]] int height, [[maybe_unused]] int width)
 {
     using T = typename O::Element;
     if constexpr (isByValue<O>) return Everywhere<T>{{o.x}};
-    else if constexpr (isConstant<O>) return OnePerObject<T>{o.p, o.stride0};
+    else if constexpr (isConstant<O>) return OnePerObject<T, together>{o.p, o.stride0};
     else if constexpr (O::isArray) return WholeRun<T>{o.p};
     else return Repeated<T>{anywhere(o, height, width)};
 }
@@ -184,7 +212,10 @@ template <class Dst, class... Src>
     if constexpr (constants) {
         if (width < 3 || width > 6) return false;
         withOrder(width, [&](auto n) {
-            if constexpr (n > 0) mapVectors<n>(count, f, dst.p, packedOf(src, 1, n)...);
+            if constexpr (n > 0) {
+                if ((areTogether(src) && ...)) mapVectors<n>(count, f, dst.p, packedOf(src, 1, n)...);
+                else mapVectors<n>(count, f, dst.p, packedOf<false>(src, 1, n)...);
+            }
         });
     } else if constexpr (arrays) mapObjects(each * count, f, dst.p, packedOf(src, height, width).from(0)...);
     else {
@@ -259,7 +290,7 @@ template <class Dst, class... Src>
     if constexpr (contiguous && (!turned || moved)) return mapContiguous(height, width, count, f, dst, src...);
     if constexpr (contiguous && turned && !moved)
         if (mapSomeTransposed(height, width, count, f, dst, src...)) return;
-    mapElements(height, width, count, f, anywhere(dst, height, width), anywhereOf(src, height, width)...);
+    mapApart(height, width, count, f, anywhere(dst, height, width), anywhereOf(src, height, width)...);
 }
 
 } // namespace kesl

@@ -45,15 +45,15 @@ template <class T> struct Everywhere { // a constant by value
     auto from(std::int64_t) const { return same; }
     auto object(int, int) const { return same; }
 };
-template <class T> struct OnePerObject { // constants in an array
+template <class T, bool together> struct OnePerObject { // constants in an array, without gaps between them or with
     const T* p;
     std::int64_t stride0;
     OnePerObject run(int, int, int) const { return *this; }
     template <class V> V each(int k) const
     {
-        const Spaced<const T> at = {moved(p, k * stride0), stride0};
-        if constexpr (lanes<V> == 1) return *at(0);
-        else return stride0 == sizeof(T) ? loadPack<V>(at(0)) : gathered<V>(at);
+        if constexpr (together) return loadPack<V>(p + k);
+        else if constexpr (lanes<V> == 1) return *moved(p, k * stride0);
+        else return gathered<V>(Spaced<const T>{moved(p, k * stride0), stride0});
     }
 };
 

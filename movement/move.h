@@ -61,6 +61,7 @@ KESL_ONCE void moveObjects(auto height, int width, int count, const Anywhere<T>&
     const Line<T> to = dst.objects(0, 0);
     const Line<const T> from = src.objects(0, 0);
     const bool standard = to.pitch == 0 && from.pitch == 0;
+    const bool listed = to.isListed() && from.isListed();
     bool done = false;
     withShape(height, width, [&](auto h, auto w) {
         if constexpr (w > 0)
@@ -73,9 +74,10 @@ KESL_ONCE void moveObjects(auto height, int width, int count, const Anywhere<T>&
         if (!done) return;
         const std::int64_t to1 = dst.stride1, from1 = turned ? across.stride1 : src.stride1;
         if (standard) moveContiguous<h, w, T>(height, width, count, turned, to.spaced(), to1, from.spaced(), from1);
+        else if (listed) moveContiguous<h, w, T>(height, width, count, turned, to.listed(), to1, from.listed(), from1);
         else moveContiguous<h, w, T>(height, width, count, turned, to, to1, from, from1);
     });
-    if (!done) mapElements(height, width, count, Move{}, dst, src);
+    if (!done) mapApart(height, width, count, Move{}, dst, src);
 }
 
 template <class Dst, class Src>

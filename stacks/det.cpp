@@ -26,7 +26,7 @@ template <class V, class N> V byElimination(Tile<V, N, N> a)
     return prepared.refused ? notANumber<V>() : det;
 }
 
-// Orders up to 3: by products where these are sound, once more near 1 otherwise, and by elimination where that does not help.
+// Orders up to 2: by products where these are sound, once more near 1 otherwise, and by elimination where that does not help.
 template <class V, int n> [[gnu::noinline]] V finish(const Square<V, n>& a, IndexOf<V> done, IndexOf<V> isOrdinary, V det)
 {
     const Normalised<V, n> normalised(a, isOrdinary);
@@ -39,7 +39,7 @@ template <class V, int n> [[gnu::noinline]] V finish(const Square<V, n>& a, Inde
 }
 template <class V, class N> V determinantOf(const Tile<V, N, N>& a)
 {
-    if constexpr (most<N> <= 3) {
+    if constexpr (most<N> <= 2) {
         const V det = determinant(a);
         const IndexOf<V> isOrdinary = ordinary(a), done = isSound(det, largestOf(a), N{}) & isOrdinary;
         return any(~done) ? finish(a, done, isOrdinary, det) : det;

@@ -81,7 +81,14 @@ std::ptrdiff_t slice(std::ptrdiff_t first, std::ptrdiff_t last, int* info, auto 
     return some(first, full, lanes<V>) + some(full, last, int(last - full));
 }
 
-// The only size, or the second of two, decides whether there is code of its own; an operation may say otherwise.
+// Whether no destination has an element: then even very many objects are nothing to do.
+template <class Op, std::size_t s, class... O> bool hasNoResults(const std::array<std::ptrdiff_t, s>& sizes, const O&...)
+{
+    const auto none = [](auto... shape) { return ((O::isSource || shape.rows == 0 || shape.columns == 0) && ...); };
+    return std::apply(none, std::apply([](auto... n) { return Op::shapes(n...); }, sizes));
+}
+
+// An operation of one size has code of its own for small ones, unless it says otherwise.
 template <class Op> auto withOrders(auto f, auto... sizes)
 {
     if constexpr (requires { Op::withOrders(f, sizes...); }) return Op::withOrders(f, sizes...);
@@ -112,6 +119,10 @@ std::ptrdiff_t call(const std::array<std::ptrdiff_t, s>& sizes, std::ptrdiff_t c
         return std::apply([&](auto... n) { return withOrders<Op>(known, n...); }, sizes);
     };
     if (count <= lanes<V>) return objects(0, count);
+    if (hasNoResults<Op>(sizes, a, rest...)) {
+        if (info) std::fill_n(info, count, 0);
+        return 0;
+    }
 
     const std::ptrdiff_t chunk = [&] {
         const Environment environment;

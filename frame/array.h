@@ -62,15 +62,15 @@ template <class T> struct Array {
 // An array in a loop over packs: a copy that nobody changes meanwhile. It is made field by field, as they were written a
 // moment ago: reads of several at once would wait until these writes have left the processor.
 template <class T> struct InPacks : Array<T> {
-    static constexpr int mostLanes = widest / int(sizeof(T));
+    static constexpr int mostLanes = widest / int(sizeof(T)), leastLanes = mostLanes < 4 ? mostLanes : 4;
     T* lanes[mostLanes]; // the first objects, where there is no list: those of any pack lie a shift further
 
     [[gnu::always_inline]] InPacks(const Array<T>& a, int count)
         : Array<T>{alone(a.first),   alone(a.list),  alone(a.shift), alone(a.stride0), alone(a.stride1),
                    alone(a.stride2), alone(a.width), alone(a.cells), alone(a.lie)}
     {
-        if (this->list || this->lie > Lie::rows || count < 4) return;
-        for (int l = 0; l < (count < mostLanes ? 4 : mostLanes); ++l)
+        if (this->list || this->lie > Lie::rows || count < leastLanes) return;
+        for (int l = 0; l < (count < mostLanes ? leastLanes : mostLanes); ++l)
             lanes[l] = alone(moved(this->first, l * this->stride0));
     }
     // The first elements of objects k, k + 1, ...; not of P.

@@ -54,9 +54,8 @@ template <class V> [[gnu::always_inline]] inline int writeInfo(IndexOf<V> infos,
 }
 
 // Packs of `each` objects from first to last; how many objects failed.
-template <class Op, class V, class... Size, class... O>
-[[gnu::noinline]] std::ptrdiff_t packs(std::ptrdiff_t first, std::ptrdiff_t last, int each, int* info, std::tuple<Size...> sizes,
-                                       const O&... operands)
+template <class Op, class V, class... Size, class... O> [[gnu::noinline]] std::ptrdiff_t
+packs(std::ptrdiff_t first, std::ptrdiff_t last, int each, int* info, std::tuple<Size...> sizes, const O&... operands)
 {
     std::ptrdiff_t failed = 0;
     for (Objects k{first, each}; k.first < last; k.first += each) {
@@ -67,13 +66,14 @@ template <class Op, class V, class... Size, class... O>
 }
 
 // Full packs, then what is left. The operands are prepared for each.
-template <class Op, class V, class... O>
-std::ptrdiff_t slice(std::ptrdiff_t first, std::ptrdiff_t last, int* info, auto sizes, const auto& shapes, const O&... stacks)
+template <class Op, class V, class... O> std::ptrdiff_t slice(std::ptrdiff_t first, std::ptrdiff_t last, int* info,
+                                                              auto sizes, const auto& shapes, const O&... stacks)
 {
     const auto some = [&](std::ptrdiff_t from, std::ptrdiff_t to, int each) {
         const auto prepared = [&](auto... shape) {
-            return packs<Op, V>(from, to, each, info, sizes,
-                                Operand<PackFor<V, typename O::Element>, typename O::Element>(stacks, shape.rows, shape.columns, each)...);
+            return packs<Op, V>(
+                from, to, each, info, sizes,
+                Operand<PackFor<V, typename O::Element>, typename O::Element>(stacks, shape.rows, shape.columns, each)...);
         };
         return from < to ? std::apply(prepared, shapes) : 0;
     };
@@ -96,12 +96,17 @@ template <class Op> auto withOrders(auto f, auto... sizes)
 }
 
 // Fixed ranges of objects, which depend on nothing but the operation and its sizes, of some fifty microseconds each. The
-// estimate is inexact, so it must not be computed outside of our environment: hence a function of its own.
-template <class Op, class V> [[gnu::noinline]] std::ptrdiff_t chunkOf(const auto& sizes)
+// estimate is inexact, so it must not be computed outside of our environment: the compiler knows the sizes only inside.
+template <class Op, class V, std::size_t s> [[gnu::noinline]] std::ptrdiff_t chunkOf(std::array<std::ptrdiff_t, s> sizes)
 {
+    const Environment environment;
+    for (std::ptrdiff_t& n : sizes) asm volatile("" : "+r"(n));
     constexpr double chunkTime = 50e6;
-    const double cost = std::apply([](auto... n) { return double(Op::cost(double(n)...)); }, sizes) * (sizeof(ElementOf<V>) / 4);
-    return std::ptrdiff_t(1 + chunkTime / std::max(cost, 1.0) / lanes<V>) * lanes<V>;
+    const double cost =
+        std::apply([](auto... n) { return double(Op::cost(double(n)...)); }, sizes) * (sizeof(ElementOf<V>) / 4);
+    std::ptrdiff_t packs = std::ptrdiff_t(1 + chunkTime / std::max(cost, 1.0) / lanes<V>);
+    asm volatile("" : "+r"(packs));
+    return packs * lanes<V>;
 }
 
 template <class Op, std::size_t s, class First, class... O>
@@ -124,14 +129,12 @@ std::ptrdiff_t call(const std::array<std::ptrdiff_t, s>& sizes, std::ptrdiff_t c
         return 0;
     }
 
-    const std::ptrdiff_t chunk = [&] {
-        const Environment environment;
-        return chunkOf<Op, V>(sizes);
-    }();
+    const std::ptrdiff_t chunk = chunkOf<Op, V>(sizes);
     if (count <= 2 * chunk) return objects(0, count);
     const auto job = [&](std::ptrdiff_t i) { return objects(i * chunk, std::min(count, (i + 1) * chunk)); };
     using Job = decltype(job);
-    return sumOfChunks((count - 1) / chunk + 1, [](const void* j, std::ptrdiff_t i) { return (*static_cast<const Job*>(j))(i); }, &job);
+    return sumOfChunks((count - 1) / chunk + 1,
+                       [](const void* j, std::ptrdiff_t i) { return (*static_cast<const Job*>(j))(i); }, &job);
 }
 
 } // namespace kesl::stacks

@@ -22,7 +22,8 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorChole
 }
 
 // X = L^-T L^-1 B in place of B.
-template <class V, class N, class M> [[gnu::always_inline]] inline void solveCholesky(const Tile<V, N, N>& l, Tile<V, N, M>& b)
+template <class V, class N, class M>
+[[gnu::always_inline]] inline void solveCholesky(const Tile<V, N, N>& l, Tile<V, N, M>& b)
 {
     for (int k = 0; k < b.n; ++k) {
         const Divisor<V> d(l(k, k));
@@ -67,7 +68,8 @@ struct CholeskySolve {
         return withOrder(n, [&](auto order) { return f(order, k); });
     }
 
-    template <class V, class N> static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& b, const auto& x)
+    template <class V, class N>
+    static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& b, const auto& x)
     {
         Tile<V, N, N> l(n, n);
         a.load(objects, l);
@@ -92,6 +94,7 @@ struct CholeskySolve {
 } // namespace
 
 KESL_FUNCTIONS(cholesky, FACTOR, call<Cholesky>(sizes(n), count, info, KESL_MATRIX(a), KESL_MATRIX(l)))
-KESL_FUNCTIONS(cholesky_solve, SOLVE, call<CholeskySolve>(sizes(n, k), count, info, KESL_MATRIX(l), KESL_MATRIX(b), KESL_MATRIX(x)))
+KESL_FUNCTIONS(cholesky_solve, SOLVE,
+               call<CholeskySolve>(sizes(n, k), count, info, KESL_MATRIX(l), KESL_MATRIX(b), KESL_MATRIX(x)))
 
 } // namespace kesl::stacks

@@ -93,7 +93,9 @@ template <class V, class N> void standardise(Tile<V, N, N>& h, auto& z, V* re, V
         re[k - 1] = open ? block.a : re[k - 1], im[k - 1] = pair ? w : im[k - 1];
         re[k] = open ? block.d : re[k], im[k] = pair ? -w : im[k];
         if constexpr (wanted<std::remove_cvref_t<decltype(z)>>) {
-            h(k - 1, k - 1) = block.a, h(k - 1, k) = block.b, h(k, k - 1) = block.c, h(k, k) = block.d;
+            // Elsewhere the way to the block's units and back would cost subnormal numbers digits.
+            const auto put = [&](V& x, V value) KESL_INLINE { x = open ? value : x; };
+            put(h(k - 1, k - 1), block.a), put(h(k - 1, k), block.b), put(h(k, k - 1), block.c), put(h(k, k), block.d);
             const auto rotate = [&](V& x, V& y) KESL_INLINE {
                 const V x0 = x, y0 = y;
                 x = block.cs * x0 + block.sn * y0, y = block.cs * y0 - block.sn * x0;

@@ -38,8 +38,8 @@ struct LUSolve {
         return withOrder(n, [&](auto order) { return f(order, k); });
     }
 
-    template <class V, class N>
-    static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& pivots, const auto& b, const auto& x)
+    template <class V, class N> static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a,
+                                                       const auto& pivots, const auto& b, const auto& x)
     {
         Tile<V, N, N> lu(n, n);
         Tile<IndexOf<V>, Fixed<1>, N> places(Fixed<1>{}, n);
@@ -75,8 +75,8 @@ struct LUSolve {
     std::ptrdiff_t n, std::ptrdiff_t count, KESL_MATRIX_OF(const T, a), KESL_MATRIX_OF(T, lu), KESL_VECTOR_OF(int, pivots), \
         int *info
 #define SOLVE(T)                                                                                                            \
-    std::ptrdiff_t n, std::ptrdiff_t k, std::ptrdiff_t count, KESL_MATRIX_OF(const T, lu), KESL_VECTOR_OF(const int, pivots), \
-        KESL_MATRIX_OF(const T, b), KESL_MATRIX_OF(T, x), int *info
+    std::ptrdiff_t n, std::ptrdiff_t k, std::ptrdiff_t count, KESL_MATRIX_OF(const T, lu),                                  \
+        KESL_VECTOR_OF(const int, pivots), KESL_MATRIX_OF(const T, b), KESL_MATRIX_OF(T, x), int *info
 } // namespace
 
 KESL_FUNCTIONS(lu, FACTOR, call<LU>(sizes(n), count, info, KESL_MATRIX(a), KESL_MATRIX(lu), KESL_VECTOR(pivots)))

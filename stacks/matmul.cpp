@@ -44,12 +44,13 @@ struct Matmul {
     }
 
     // Any sizes, block by block of c. Whole tiles if they are large enough, so that c may be a or b.
-    template <class V>
-    static IndexOf<V> pack(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n, const auto& a, const auto& b,
-                           const auto& c)
+    template <class V> static IndexOf<V> pack(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n,
+                                              const auto& a, const auto& b, const auto& c)
     {
         const std::ptrdiff_t block = std::max({m, k, n}) <= largestSize ? largestSize : 8;
-        const auto part = [&](std::ptrdiff_t size, std::ptrdiff_t from, std::ptrdiff_t most) { return int(std::min(size - from, most)); };
+        const auto part = [&](std::ptrdiff_t size, std::ptrdiff_t from, std::ptrdiff_t most) {
+            return int(std::min(size - from, most));
+        };
         for (std::ptrdiff_t i = 0; i < m; i += block)
             for (std::ptrdiff_t j = 0; j < n; j += block) {
                 const int rows = part(m, i, block), columns = part(n, j, block);

@@ -116,7 +116,7 @@ template <class V> V splitExponent(V x, IndexOf<V>& e)
     using T = ElementOf<V>;
     const IndexOf<V> tiny = abs(x) < splat<V>(std::numeric_limits<T>::min());
     x = tiny ? x * splat<V>(T(0x1p64)) : x;
-    const IndexOf<V> bits = IndexOf<V>(x), exponent = (IndexOf<V>(abs(x)) >> exponentBits<V>) - bias<V>;
+    const IndexOf<V> bits = IndexOf<V>(x), exponent = (IndexOf<V>(abs(x)) >> exponentBits<V>)-bias<V>;
     e = exponent - (tiny & 64);
     return V(bits - (exponent << exponentBits<V>));
 }
@@ -126,7 +126,7 @@ template <class V> V inversePower(V x)
 {
     constexpr auto ones = (std::int64_t(1) << (8 * sizeof(ElementOf<V>) - 1 - exponentBits<V>)) - 1;
     const IndexOf<V> exponent = IndexOf<V>(x) & (index<V>(int(ones)) << exponentBits<V>);
-    return V((index<V>(2 * bias<V>) << exponentBits<V>) - exponent);
+    return V((index<V>(2 * bias<V>) << exponentBits<V>)-exponent);
 }
 
 // The exponent of a magnitude: 2^e <= x < 2^(e + 1). 0 for 0.

@@ -13,7 +13,8 @@ struct Solve {
         return withOrder(n, [&](auto order) { return f(order, k); });
     }
 
-    template <class V, class N> static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& b, const auto& x)
+    template <class V, class N>
+    static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& b, const auto& x)
     {
         Tile<V, N, N> lu(n, n);
         a.load(objects, lu);

@@ -119,7 +119,8 @@ struct Cross {
         int *info
 #define TRACE(T) std::ptrdiff_t n, std::ptrdiff_t count, KESL_MATRIX_OF(const T, a), KESL_NUMBER_OF(T, x), int *info
 #define NORM(T) std::ptrdiff_t n, std::ptrdiff_t count, KESL_VECTOR_OF(const T, a), KESL_NUMBER_OF(T, x), int *info
-#define CROSS(T) std::ptrdiff_t count, KESL_VECTOR_OF(const T, a), KESL_VECTOR_OF(const T, b), KESL_VECTOR_OF(T, c), int *info
+#define CROSS(T)                                                                                                            \
+    std::ptrdiff_t count, KESL_VECTOR_OF(const T, a), KESL_VECTOR_OF(const T, b), KESL_VECTOR_OF(T, c), int *info
 } // namespace
 
 KESL_FUNCTIONS(vecdot, VECDOT, call<Vecdot>(sizes(n), count, info, KESL_VECTOR(a), KESL_VECTOR(b), KESL_NUMBER(x)))

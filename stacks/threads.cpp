@@ -19,8 +19,7 @@ std::ptrdiff_t sumOfChunks(std::ptrdiff_t chunks, std::ptrdiff_t (*chunk)(const 
         sum.fetch_add(own, std::memory_order_relaxed);
     };
     const int threads = int(std::min<std::ptrdiff_t>(ownGetNumThreads(), chunks));
-    if (threads > 1)
-        try {
+    if (threads > 1) try {
             tbb::task_arena(threads).execute([&] { tbb::parallel_for(0, threads, [&](int) { work(); }); });
         } catch (...) { // no memory or no threads: this one does what is left
         }

@@ -14,26 +14,16 @@ constexpr struct {
     const char* name;
     const char* arguments;
 } functions[] = {
-    {"matmul", "m k n count a3 b3 c3 info"},
-    {"vecdot", "n count a2 b2 x1 info"},
-    {"norm", "n count a2 x1 info"},
-    {"cross", "count a2 b2 c2 info"},
-    {"trace", "n count a3 x1 info"},
-    {"det", "n count a3 x1 info"},
-    {"inv", "n count a3 x3 info"},
-    {"solve", "n k count a3 b3 x3 info"},
-    {"lu", "n count a3 lu3 pivots2 info"},
-    {"lu_solve", "n k count lu3 pivots2 b3 x3 info"},
-    {"cholesky", "n count a3 l3 info"},
-    {"cholesky_solve", "n k count l3 b3 x3 info"},
-    {"qr", "m n count a3 q3 r3 info"},
-    {"lstsq", "m n k count a3 b3 x3 info"},
-    {"eigvalsh", "n count a3 w2 info"},
-    {"eigh", "n count a3 w2 v3 info"},
-    {"eigvals", "n count a3 wr2 wi2 info"},
-    {"eig", "n count a3 wr2 wi2 vr3 vl3 info"},
-    {"svdvals", "m n count a3 s2 info"},
-    {"svd", "m n count a3 u3 s2 vt3 info"},
+    {"matmul", "m k n count a3 b3 c3 info"}, {"vecdot", "n count a2 b2 x1 info"},
+    {"norm", "n count a2 x1 info"},          {"cross", "count a2 b2 c2 info"},
+    {"trace", "n count a3 x1 info"},         {"det", "n count a3 x1 info"},
+    {"inv", "n count a3 x3 info"},           {"solve", "n k count a3 b3 x3 info"},
+    {"lu", "n count a3 lu3 pivots2 info"},   {"lu_solve", "n k count lu3 pivots2 b3 x3 info"},
+    {"cholesky", "n count a3 l3 info"},      {"cholesky_solve", "n k count l3 b3 x3 info"},
+    {"qr", "m n count a3 q3 r3 info"},       {"lstsq", "m n k count a3 b3 x3 info"},
+    {"eigvalsh", "n count a3 w2 info"},      {"eigh", "n count a3 w2 v3 info"},
+    {"eigvals", "n count a3 wr2 wi2 info"},  {"eig", "n count a3 wr2 wi2 vr3 vl3 info"},
+    {"svdvals", "m n count a3 s2 info"},     {"svd", "m n count a3 u3 s2 vt3 info"},
 };
 
 // The arguments of a function named with or without kesl_ and the type, or null.
@@ -41,7 +31,8 @@ const char* argumentsOf(const char* function)
 {
     if (!std::strncmp(function, "kesl_", 5)) function += 5;
     std::size_t length = std::strlen(function);
-    if (length > 4 && (!std::strcmp(function + length - 4, "_32f") || !std::strcmp(function + length - 4, "_64f"))) length -= 4;
+    if (length > 4 && (!std::strcmp(function + length - 4, "_32f") || !std::strcmp(function + length - 4, "_64f")))
+        length -= 4;
     for (const auto& f : functions)
         if (std::strlen(f.name) == length && !std::strncmp(f.name, function, length)) return f.arguments;
     return nullptr;

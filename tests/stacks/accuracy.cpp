@@ -16,7 +16,10 @@ namespace {
 
 constexpr int orders[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 24, 32};
 constexpr int groups[] = {4, 8, 16, 32};
-int groupOf(int order) { return *std::find_if(std::begin(groups), std::end(groups), [&](int g) { return order <= g; }); }
+int groupOf(int order)
+{
+    return *std::find_if(std::begin(groups), std::end(groups), [&](int g) { return order <= g; });
+}
 
 std::vector<TestMatrix> matricesFor(const Function& f, int rows, int cols, char type, Random& random)
 {
@@ -26,8 +29,10 @@ std::vector<TestMatrix> matricesFor(const Function& f, int rows, int cols, char 
     case Data::lower: return definiteMatrices(rows, type, random);
     default: break;
     }
-    std::vector<TestMatrix> all = f.name.starts_with("eig") ? spectralMatrices(rows, type, random) : generalMatrices(rows, cols, type, random);
-    if (f.data == Data::regular || f.data == Data::factors) std::erase_if(all, [](const TestMatrix& a) { return !a.regular; });
+    std::vector<TestMatrix> all =
+        f.name.starts_with("eig") ? spectralMatrices(rows, type, random) : generalMatrices(rows, cols, type, random);
+    if (f.data == Data::regular || f.data == Data::factors)
+        std::erase_if(all, [](const TestMatrix& a) { return !a.regular; });
     return all;
 }
 
@@ -80,7 +85,8 @@ void add(Figures& figures, const Level& level, const Problem& p, const std::vect
     for (std::ptrdiff_t k = 0; k < p.count; ++k) {
         const TestMatrix& matrix = matrices[size_t(k)];
         const bool exists = !theirs.results.empty(), solved = exists && theirs.info[size_t(k)] == 0;
-        if (exists && !solved && (p.function->data == Data::definite || p.function->data == Data::regular || p.function->data == Data::factors))
+        if (exists && !solved &&
+            (p.function->data == Data::definite || p.function->data == Data::regular || p.function->data == Data::factors))
             continue; // rounding has made it indefinite or singular
         const auto note = [&](const Ratio& r) -> Worst& {
             Worst& worst = figures[r.what][groupOf(order)];
@@ -128,8 +134,9 @@ void testAccuracy(const Level& level, const Function& f)
     forTypes([&](char type) {
         for (const auto& [what, byOrder] : figuresOf(level, f, type))
             for (const auto& [order, worst] : byOrder)
-                EXPECT_TRUE(worst.ours <= worst.limit) << f.name << type << ", " << what << ": " << worst.ours << " where " << worst.limit
-                                                       << " is allowed, LAPACK's is " << worst.lapacks << "; " << worst.where;
+                EXPECT_TRUE(worst.ours <= worst.limit)
+                    << f.name << type << ", " << what << ": " << worst.ours << " where " << worst.limit
+                    << " is allowed, LAPACK's is " << worst.lapacks << "; " << worst.where;
     });
 }
 
@@ -146,14 +153,16 @@ void testRandom(const Level& level, const Function& f)
             Problem p{&f, 'f', {n}, batch, {}};
             p.sources.push_back(p.blank(f.sources[0], batch));
             for (std::ptrdiff_t k = 0; k < batch; ++k) // of any size, now and then with elements that differ by much
-                fill(p.sources[0], k, 'f', [&, size = std::exp2(random.between(-100, 100)), spread = k % 4 ? 0 : 12](int, int) {
-                    return size * (2 * random.unit() - 1) * std::exp2(-spread * random.unit());
-                });
+                fill(p.sources[0], k, 'f',
+                     [&, size = std::exp2(random.between(-100, 100)), spread = k % 4 ? 0 : 12](int, int) {
+                         return size * (2 * random.unit() - 1) * std::exp2(-spread * random.unit());
+                     });
             const Outcome o = run(level, p);
             ASSERT_EQ(o.fault, "");
             ASSERT_EQ(o.status, 0) << "failures among symmetric matrices of order " << n << ", round " << round;
             for (std::ptrdiff_t k = 0; k < batch; ++k) {
-                const float *a = p.sources[0].object<float>(k), *w = o.results[0].object<float>(k), *v = o.results[1].object<float>(k);
+                const float *a = p.sources[0].object<float>(k), *w = o.results[0].object<float>(k),
+                            *v = o.results[1].object<float>(k);
                 double residual = 0, departure = 0, norm = 0;
                 for (int j = 0; j < n; ++j) {
                     double r = 0, d = 0, s = 0;
@@ -187,7 +196,8 @@ void printPage(std::ostream& out, const Level& level)
         return std::string(text);
     };
     for (char type : {'f', 'd'}) {
-        out << "\n## " << (type == 'f' ? "32f" : "64f") << "\n\n| function | ratio | limit | orders 1–4 | 5–8 | 9–16 | 20–32 |\n|---|---|--:|--:|--:|--:|--:|\n";
+        out << "\n## " << (type == 'f' ? "32f" : "64f")
+            << "\n\n| function | ratio | limit | orders 1–4 | 5–8 | 9–16 | 20–32 |\n|---|---|--:|--:|--:|--:|--:|\n";
         for (const Function& f : functions()) {
             if (!isJudged(f)) continue;
             std::cerr << f.name << type << '\n';
@@ -198,7 +208,10 @@ void printPage(std::ostream& out, const Level& level)
                 out << "| `" << f.name << "` | " << what << " | " << first.limit << " |";
                 for (int group : groups) {
                     const auto found = byOrder.find(group);
-                    out << ' ' << (found == byOrder.end() ? "–" : number(found->second.ours) + " / " + number(found->second.lapacks)) << " |";
+                    out << ' '
+                        << (found == byOrder.end() ? "–"
+                                                   : number(found->second.ours) + " / " + number(found->second.lapacks))
+                        << " |";
                 }
                 out << '\n';
             }

@@ -155,7 +155,8 @@ void testPrototype(const Function& f, char type)
         case Argument::count: expected = "ptrdiff_t count"; break;
         case Argument::pointer:
             operand = words[i].substr(words[i].find('*') + 1);
-            expected = std::string(source ? "const " : "") + (operandOf(f, a.index).integers ? "int" : element) + " *" + operand;
+            expected =
+                std::string(source ? "const " : "") + (operandOf(f, a.index).integers ? "int" : element) + " *" + operand;
             break;
         case Argument::stride: expected = "ptrdiff_t " + operand + "Stride" + std::to_string(a.axis); break;
         case Argument::info: expected = "int *info"; break;
@@ -183,7 +184,8 @@ void testArguments(const Level& level, const Function& f)
                 Arguments worse = bad;
                 worse[size_t(other.argument - 1)] = other.value;
                 EXPECT_EQ(statusOf(level, f, type, worse), -std::min(fault.argument, other.argument))
-                    << f.name << type << ", values " << fault.value << " and " << other.value << " of argument " << other.argument;
+                    << f.name << type << ", values " << fault.value << " and " << other.value << " of argument "
+                    << other.argument;
             }
         }
         // One object, or one element along an axis, needs no stride.

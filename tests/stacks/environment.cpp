@@ -8,8 +8,8 @@ namespace {
 
 constexpr unsigned flags = 0x3f, traps = 0x1f80, up = 0x4000, down = 0x2000, zero = 0x6000, flush = 0x8000, asZero = 0x40;
 constexpr unsigned controls[] = {
-    traps | up,    traps | down,  traps | zero,          traps | flush | asZero, traps | flags, // all flags raised
-    0 /* traps */, up | flush,    flush | asZero | zero, traps | asZero | 0x21,
+    traps | up,    traps | down, traps | zero,          traps | flush | asZero, traps | flags, // all flags raised
+    0 /* traps */, up | flush,   flush | asZero | zero, traps | asZero | 0x21,
 };
 
 void expectUntouched(const Level& level, const Problem& p)

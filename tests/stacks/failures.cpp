@@ -7,7 +7,8 @@
 namespace stacks {
 namespace {
 
-void expectFailures(const Level& level, const Problem& bad, const Outcome& expected, const Layout& layout, const std::string& what)
+void expectFailures(const Level& level, const Problem& bad, const Outcome& expected, const Layout& layout,
+                    const std::string& what)
 {
     const size_t operands = bad.sources.size() + expected.results.size();
     const Outcome actual = run(level, bad, {.layouts = std::vector<Layout>(operands, layout)});
@@ -30,7 +31,8 @@ void testArithmetic(const Level& level, const Problem& p, const Outcome& good, R
             bool seen = false;
             for (size_t d = 0; d < expected.results.size(); ++d) {
                 Values& to = expected.results[d];
-                std::memcpy(to.data.data() + k * to.elements() * to.bytes, one.results[d].data.data(), one.results[d].data.size());
+                std::memcpy(to.data.data() + k * to.elements() * to.bytes, one.results[d].data.data(),
+                            one.results[d].data.size());
                 withType(p.type, [&]<class T>(T) {
                     for (std::ptrdiff_t e = 0; e < to.elements(); ++e) seen |= !std::isfinite(to.object<T>(k)[e]);
                 });

@@ -32,8 +32,13 @@ Function row(const char* name, const char* sizes, const std::string& signature, 
              Failures failures)
 {
     const size_t arrow = signature.find("->");
-    Function f{name, {}, operandsOf(signature.substr(0, arrow)), operandsOf(signature.substr(arrow + 2)), data,
-               std::move(degrees), failures};
+    Function f{name,
+               {},
+               operandsOf(signature.substr(0, arrow)),
+               operandsOf(signature.substr(arrow + 2)),
+               data,
+               std::move(degrees),
+               failures};
     std::istringstream words(sizes);
     for (std::string word; words >> word;) {
         if (word == ">=") {

@@ -18,7 +18,15 @@ enum class Data {
 };
 
 // How a result grows with the first source: that times 2^k, the result is times 2^(degree*k). Of roots: even k only.
-enum class Degree { zero, one, inverse, inverseSquare, root, order, upper }; // upper: one on and above the diagonal, else zero
+enum class Degree {
+    zero,
+    one,
+    inverse,
+    inverseSquare,
+    root,
+    order,
+    upper
+}; // upper: one on and above the diagonal, else zero
 
 // What the first source of an object may hold that makes it fail.
 struct Failures {
@@ -32,8 +40,8 @@ struct Operand {
 
 constexpr int limit = 32;
 struct Function {
-    std::string name;                // without the type
-    std::vector<std::string> sizes;  // the first arguments
+    std::string name;               // without the type
+    std::vector<std::string> sizes; // the first arguments
     std::vector<Operand> sources, destinations;
     Data data;
     std::vector<Degree> degrees; // of the destinations

@@ -19,7 +19,10 @@ constexpr double systems = 30, symmetric = 50, general = 20;
 
 Wide norm1(const Matrix& a) { return a.size() == 0 ? 0 : a.cwiseAbs().colwise().sum().maxCoeff(); }
 Matrix identity(Eigen::Index n) { return Matrix::Identity(n, n); }
-double over(Wide error, Wide unit) { return error == 0 ? 0 : unit > 0 && std::isfinite(error) ? double(error / unit) : INFINITY; }
+double over(Wide error, Wide unit)
+{
+    return error == 0 ? 0 : unit > 0 && std::isfinite(error) ? double(error / unit) : INFINITY;
+}
 
 // What a judge sees: sources and results of one object, in extended precision.
 struct Case {
@@ -33,7 +36,10 @@ struct Case {
     Eigen::Index n() const { return a().cols(); }
     Wide ulp() const { return 2 * eps; }
     void promise(const char* what, bool kept) { ratios.push_back({what, kept ? 0 : INFINITY, 0}); }
-    void add(const char* what, double value, double limit) { ratios.push_back({what, std::isnan(value) ? INFINITY : value, limit}); }
+    void add(const char* what, double value, double limit)
+    {
+        ratios.push_back({what, std::isnan(value) ? INFINITY : value, limit});
+    }
 };
 
 Matrix lowerOf(const Matrix& a) { return a.triangularView<Eigen::Lower>(); }
@@ -140,7 +146,8 @@ void judgeDeterminant(Case& c)
     // A change of a in its last place changes it by |A| |A^-1| |det|.
     const Eigen::FullPivLU<Matrix> lu(c.a());
     if (c.n() == 0 || !c.matrix.regular || !lu.isInvertible()) return;
-    const Wide d = lu.determinant(), unit = norm1(c.a()) * norm1(lu.inverse()) * std::abs(d) * Wide(c.n()) * c.eps, x = c.results[0](0);
+    const Wide d = lu.determinant(), unit = norm1(c.a()) * norm1(lu.inverse()) * std::abs(d) * Wide(c.n()) * c.eps,
+               x = c.results[0](0);
     const Wide most = c.eps == 0x1p-24L ? 0x1p128L : 0x1p1024L, least = c.eps == 0x1p-24L ? 0x1p-126L : 0x1p-1022L;
     if (std::abs(d) > 2 * most) c.promise("overflow as an infinity", std::isinf(x) && std::signbit(x) == std::signbit(d));
     else if (std::abs(d) < least / 2) c.promise("underflow", std::abs(x) <= least);
@@ -151,7 +158,8 @@ void judgeDeterminant(Case& c)
 void judgeInverse(Case& c) // xGET03
 {
     const Matrix& x = c.results[0];
-    c.add("\\|I - X A\\| / (n \\|A\\| \\|X\\| ε)", over(norm1(identity(c.n()) - x * c.a()), Wide(c.n()) * norm1(c.a()) * norm1(x) * c.eps), systems);
+    c.add("\\|I - X A\\| / (n \\|A\\| \\|X\\| ε)",
+          over(norm1(identity(c.n()) - x * c.a()), Wide(c.n()) * norm1(c.a()) * norm1(x) * c.eps), systems);
 }
 
 void judgeLU(Case& c) // xGET01
@@ -161,7 +169,9 @@ void judgeLU(Case& c) // xGET01
     for (Eigen::Index i = 0; i < c.n(); ++i) good &= c.pivots[size_t(i)] > i && c.pivots[size_t(i)] <= c.n();
     const Wide largest = Matrix(lu.triangularView<Eigen::StrictlyLower>()).cwiseAbs().maxCoeff();
     c.promise("pivots, multipliers up to 1", good && largest <= 1);
-    if (good) c.add("\\|P A - L U\\| / (n \\|A\\| ε)", over(norm1(c.a() - productOf(lu, c.pivots)), Wide(c.n()) * norm1(c.a()) * c.eps), systems);
+    if (good)
+        c.add("\\|P A - L U\\| / (n \\|A\\| ε)",
+              over(norm1(c.a() - productOf(lu, c.pivots)), Wide(c.n()) * norm1(c.a()) * c.eps), systems);
 }
 
 void judgeCholesky(Case& c) // xPOT01
@@ -185,7 +195,9 @@ void judgeLeastSquares(Case& c)
 {
     const Matrix &a = c.a(), &b = c.sources[1], &x = c.results[0];
     const Wide d = Wide(std::max({a.rows(), a.cols(), b.cols()})), error = norm1(a.transpose() * (b - a * x));
-    if (c.matrix.wellConditioned) c.add("\\|Aᵀ (B - A X)\\| / (max(m,n,k) \\|A\\| \\|B\\| ε)", over(error, d * norm1(a) * norm1(b) * c.eps), systems); // xQRT17
+    if (c.matrix.wellConditioned)
+        c.add("\\|Aᵀ (B - A X)\\| / (max(m,n,k) \\|A\\| \\|B\\| ε)", over(error, d * norm1(a) * norm1(b) * c.eps),
+              systems); // xQRT17
     c.add("\\|Aᵀ (B - A X)\\| / (max(m,n,k) \\|A\\| (\\|B\\| + \\|A\\| \\|X\\|) ε)",
           over(error, d * norm1(a) * (norm1(b) + norm1(a) * norm1(x)) * c.eps), systems);
 }
@@ -202,7 +214,8 @@ void judgeEigenvectorsSym(Case& c)
 {
     const Matrix a = symmetricOf(c.a()), &w = c.results[0], &v = c.results[1];
     const Wide n = Wide(c.n());
-    c.add("\\|A - V W Vᵀ\\| / (n \\|A\\| ε)", over(norm1(a - v * Vector(w).asDiagonal() * v.transpose()), n * norm1(a) * c.ulp()), symmetric);
+    c.add("\\|A - V W Vᵀ\\| / (n \\|A\\| ε)",
+          over(norm1(a - v * Vector(w).asDiagonal() * v.transpose()), n * norm1(a) * c.ulp()), symmetric);
     c.add("\\|I - V Vᵀ\\| / (n ε)", over(departure(v.transpose()), n * c.ulp()), symmetric);
     c.promise("ascending", ascends(w));
     c.promise("largest component of each vector positive", isPointed(v));
@@ -238,14 +251,16 @@ void judgeSingularValues(Case& c)
     c.add("\\|s - σ\\| / (\\|A\\| ε)", over((s - exact).cwiseAbs().maxCoeff(), exact(0) * c.ulp()), symmetric);
     c.promise("descending, not negative", ascends(-s) && s.minCoeff() >= 0);
     if (c.matrix.scaledColumns) // a promise of one-sided Jacobi that LAPACK's bidiagonal form does not make
-        c.add("scaled columns: \\|s - σ\\| / (n σ ε)", over((s - exact).cwiseQuotient(exact).cwiseAbs().maxCoeff(), Wide(c.n()) * c.ulp()), symmetric);
+        c.add("scaled columns: \\|s - σ\\| / (n σ ε)",
+              over((s - exact).cwiseQuotient(exact).cwiseAbs().maxCoeff(), Wide(c.n()) * c.ulp()), symmetric);
 }
 
 void judgeSingularVectors(Case& c) // xBDT01, xORT01
 {
     const Matrix &u = c.results[0], &s = c.results[1], &vt = c.results[2];
     const Wide d = Wide(std::max(c.a().rows(), c.a().cols()));
-    c.add("\\|A - U S Vᵀ\\| / (max(m,n) \\|A\\| ε)", over(norm1(c.a() - u * Vector(s).asDiagonal() * vt), d * norm1(c.a()) * c.ulp()), symmetric);
+    c.add("\\|A - U S Vᵀ\\| / (max(m,n) \\|A\\| ε)",
+          over(norm1(c.a() - u * Vector(s).asDiagonal() * vt), d * norm1(c.a()) * c.ulp()), symmetric);
     c.add("\\|I - Uᵀ U\\| / (max(m,n) ε)", over(departure(u), d * c.ulp()), symmetric);
     c.add("\\|I - Vᵀ V\\| / (max(m,n) ε)", over(departure(vt.transpose()), d * c.ulp()), symmetric);
     c.promise("descending, not negative", ascends(-s) && s.minCoeff() >= 0);
@@ -255,7 +270,8 @@ void judgeSingularVectors(Case& c) // xBDT01, xORT01
 void judgeNorm(Case& c)
 {
     const Wide exact = c.a().norm();
-    c.add("\\|x - \\|a\\|\\| / ((n/2 + 3) \\|a\\| 2ε)", over(std::abs(c.results[0](0) - exact), (Wide(c.a().size()) / 2 + 3) * exact * c.ulp()), 1);
+    c.add("\\|x - \\|a\\|\\| / ((n/2 + 3) \\|a\\| 2ε)",
+          over(std::abs(c.results[0](0) - exact), (Wide(c.a().size()) / 2 + 3) * exact * c.ulp()), 1);
 }
 
 const std::map<std::string, std::function<void(Case&)>> judges = {
@@ -266,7 +282,8 @@ const std::map<std::string, std::function<void(Case&)>> judges = {
     {"lu", judgeLU},
     {"lu_solve", [](Case& c) { addSystem(c, productOf(c.a(), c.pivots), c.sources[2], c.results[0]); }},
     {"cholesky", judgeCholesky},
-    {"cholesky_solve", [](Case& c) {
+    {"cholesky_solve",
+     [](Case& c) {
          const Matrix l = lowerOf(c.a());
          addSystem(c, l * l.transpose(), c.sources[1], c.results[0]);
      }},

@@ -10,9 +10,11 @@ namespace stacks {
 namespace {
 
 // The routine of either precision.
-#define KESL_LAPACK(T, name) [](auto... arguments) { \
-    if constexpr (std::is_same_v<T, float>) return LAPACKE_s##name(LAPACK_ROW_MAJOR, arguments...); \
-    else return LAPACKE_d##name(LAPACK_ROW_MAJOR, arguments...); }
+#define KESL_LAPACK(T, name)                                                                                                \
+    [](auto... arguments) {                                                                                                 \
+        if constexpr (std::is_same_v<T, float>) return LAPACKE_s##name(LAPACK_ROW_MAJOR, arguments...);                     \
+        else return LAPACKE_d##name(LAPACK_ROW_MAJOR, arguments...);                                                        \
+    }
 
 template <class T> T* of(Values& v) { return v.object<T>(0); }
 
@@ -70,9 +72,11 @@ template <class T> int solveOne(Problem& p, Outcome& o)
         copy(source, result(1));
         return KESL_LAPACK(T, syev)('V', 'L', n, result(1), n, result(0));
     }
-    if (name == "eigvals") return KESL_LAPACK(T, geev)('N', 'N', n, a, n, result(0), result(1), spare.data(), n, spare.data(), n);
+    if (name == "eigvals")
+        return KESL_LAPACK(T, geev)('N', 'N', n, a, n, result(0), result(1), spare.data(), n, spare.data(), n);
     if (name == "eig") return KESL_LAPACK(T, geev)('V', 'V', n, a, n, result(0), result(1), result(3), n, result(2), n);
-    if (name == "svdvals") return KESL_LAPACK(T, gesvd)('N', 'N', m, n, a, n, result(0), spare.data(), m, spare.data(), n, spare.data());
+    if (name == "svdvals")
+        return KESL_LAPACK(T, gesvd)('N', 'N', m, n, a, n, result(0), spare.data(), m, spare.data(), n, spare.data());
     if (name == "svd")
         return KESL_LAPACK(T, gesvd)('S', 'S', m, n, a, n, result(1), result(0), least, result(2), n, spare.data());
     o.results.clear();

@@ -16,7 +16,8 @@ void flatten(Values& v, unsigned axes)
                             size_t(v.bytes));
 }
 
-void expectSame(const Level& level, const Problem& p, const Outcome& expected, const Placement& placement, const std::string& what)
+void expectSame(const Level& level, const Problem& p, const Outcome& expected, const Placement& placement,
+                const std::string& what)
 {
     const std::string wrong = difference(expected, run(level, p, placement));
     if (!wrong.empty()) FAIL() << describe(p) << ", " << what << ": " << wrong;

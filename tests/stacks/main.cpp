@@ -29,17 +29,10 @@ struct Named {
     Suite suite;
     bool once = false; // at the best level only: all give the same bits
 };
-constexpr Named suites[] = {{"layouts", testLayouts},
-                            {"memory", testMemory},
-                            {"arguments", testArguments},
-                            {"failures", testFailures},
-                            {"environment", testEnvironment},
-                            {"scale", testScale},
-                            {"threads", testThreads},
-                            {"levels", testLevels},
-                            {"sums", testSums},
-                            {"accuracy", testAccuracy, true},
-                            {"random", testRandom, true}};
+constexpr Named suites[] = {{"layouts", testLayouts},         {"memory", testMemory},           {"arguments", testArguments},
+                            {"failures", testFailures},       {"environment", testEnvironment}, {"scale", testScale},
+                            {"threads", testThreads},         {"levels", testLevels},           {"sums", testSums},
+                            {"accuracy", testAccuracy, true}, {"random", testRandom, true}};
 
 const Level& best()
 {
@@ -52,9 +45,9 @@ const Level& best()
 void enroll(const Named& named, const Level& level, const Function& f)
 {
     const std::string suite = named.name + (named.once ? std::string() : "_" + level.name);
-    testing::RegisterTest(suite.c_str(), f.name.c_str(), nullptr, nullptr, __FILE__, __LINE__, [=, &level, &f]() -> testing::Test* {
-        return new Test(level, [=, &level, &f] { named.suite(level, f); });
-    });
+    testing::RegisterTest(
+        suite.c_str(), f.name.c_str(), nullptr, nullptr, __FILE__, __LINE__,
+        [=, &level, &f]() -> testing::Test* { return new Test(level, [=, &level, &f] { named.suite(level, f); }); });
 }
 } // namespace
 

@@ -7,10 +7,10 @@
 #include <stdexcept>
 
 // LAPACK's generator of matrices with given eigenvalues; it has no C interface.
-extern "C" void dlatme_(const int* n, const char* dist, int* seed, double* d, const int* mode, const double* cond, const double* dmax,
-                        const char* ei, const char* rsign, const char* upper, const char* sim, double* ds, const int* modes,
-                        const double* conds, const int* kl, const int* ku, const double* anorm, double* a, const int* lda,
-                        double* work, int* info, size_t, size_t, size_t, size_t, size_t, size_t);
+extern "C" void dlatme_(const int* n, const char* dist, int* seed, double* d, const int* mode, const double* cond,
+                        const double* dmax, const char* ei, const char* rsign, const char* upper, const char* sim,
+                        double* ds, const int* modes, const double* conds, const int* kl, const int* ku, const double* anorm,
+                        double* a, const int* lda, double* work, int* info, size_t, size_t, size_t, size_t, size_t, size_t);
 
 namespace stacks {
 namespace {
@@ -31,7 +31,8 @@ std::vector<double> latms(int m, int n, char symmetry, int mode, double conditio
 {
     Seed seed(random);
     std::vector<double> a(size_t(m * n)), d(size_t(std::min(m, n)));
-    if (LAPACKE_dlatms(LAPACK_ROW_MAJOR, m, n, 'S', seed.four, symmetry, d.data(), mode, condition, 1, m - 1, n - 1, 'N', a.data(), n) != 0)
+    if (LAPACKE_dlatms(LAPACK_ROW_MAJOR, m, n, 'S', seed.four, symmetry, d.data(), mode, condition, 1, m - 1, n - 1, 'N',
+                       a.data(), n) != 0)
         throw std::runtime_error("dlatms");
     for (double& x : a) x *= norm;
     return a;
@@ -45,8 +46,8 @@ std::vector<double> latme(int n, int mode, double condition, double conditionOfV
     const int band = std::max(n - 1, 1);
     const char signs = std::abs(mode) == 6 ? 'F' : 'T';
     int info;
-    dlatme_(&n, "S", seed.four, d.data(), &mode, &condition, &one, " ", &signs, "T", "T", ds.data(), &mode2, &conditionOfVectors, &band,
-            &band, &one, a.data(), &n, work.data(), &info, 1, 1, 1, 1, 1, 1);
+    dlatme_(&n, "S", seed.four, d.data(), &mode, &condition, &one, " ", &signs, "T", "T", ds.data(), &mode2,
+            &conditionOfVectors, &band, &band, &one, a.data(), &n, work.data(), &info, 1, 1, 1, 1, 1, 1);
     if (info != 0) throw std::runtime_error("dlatme");
     return a;
 }
@@ -67,9 +68,11 @@ std::vector<TestMatrix> bySpectrum(int m, int n, char symmetry, char type, Rando
     std::vector<TestMatrix> list;
     for (double condition : {2.0, std::sqrt(p.badly()), p.badly()})
         for (int mode : modes)
-            list.push_back({"mode " + std::to_string(mode), m, n, latms(m, n, symmetry, mode, condition, 1, random), condition == 2});
+            list.push_back(
+                {"mode " + std::to_string(mode), m, n, latms(m, n, symmetry, mode, condition, 1, random), condition == 2});
     for (double norm : {p.small, p.large})
-        for (int mode : {3, 4}) list.push_back({norm < 1 ? "small" : "large", m, n, latms(m, n, symmetry, mode, 2, norm, random), true});
+        for (int mode : {3, 4})
+            list.push_back({norm < 1 ? "small" : "large", m, n, latms(m, n, symmetry, mode, 2, norm, random), true});
     return list;
 }
 
@@ -85,23 +88,33 @@ void addSpecial(std::vector<TestMatrix>& list, int m, int n, bool symmetric, Ran
         return x;
     }();
     add("zero", [](int, int) { return 0.0; });
-    add("identity", [](int i, int j) { return double(i == j); }, true);
+    add(
+        "identity", [](int i, int j) { return double(i == j); }, true);
     add("all ones", [](int, int) { return 1.0; });
-    add("graded downwards", [](int i, int j) { return i == j ? std::exp2(-2.0 * i) : std::exp2(-2.0 * std::max(i, j)) / 8; }, true);
-    add("graded upwards", [&](int i, int j) { return i == j ? std::exp2(2.0 * i - n) : std::exp2(2.0 * std::min(i, j) - n) / 8; }, true);
+    add(
+        "graded downwards", [](int i, int j) { return i == j ? std::exp2(-2.0 * i) : std::exp2(-2.0 * std::max(i, j)) / 8; },
+        true);
+    add(
+        "graded upwards",
+        [&](int i, int j) { return i == j ? std::exp2(2.0 * i - n) : std::exp2(2.0 * std::min(i, j) - n) / 8; }, true);
     add("one element", [](int i, int j) { return double(i + j == 1); });
-    add("second difference", [](int i, int j) { return i == j ? 2.0 : std::abs(i - j) == 1 ? -1.0 : 0.0; }, true);
+    add(
+        "second difference", [](int i, int j) { return i == j                 ? 2.0
+                                                       : std::abs(i - j) == 1 ? -1.0
+                                                                              : 0.0; }, true);
     add("integers", [&](int i, int j) { return double((symmetric ? i + j : 3 * i + j) % 5 - 2); });
     if (symmetric) {
         add("Wilkinson", [&](int i, int j) { return i == j ? std::abs(i - (n - 1) / 2.0) : double(std::abs(i - j) == 1); });
-        add("anti-diagonal", [&](int i, int j) { return double(i + j == n - 1); }, true);
+        add(
+            "anti-diagonal", [&](int i, int j) { return double(i + j == n - 1); }, true);
         return;
     }
     add("random", [&](int i, int j) { return noise[size_t(i * n + j)]; });
     add("zero column", [&](int i, int j) { return j == n / 2 ? 0 : noise[size_t(i * n + j)]; });
     add("equal columns", [&](int i, int j) { return noise[size_t(i * n + std::max(j - 1, 0))]; });
     add("upper triangle", [&](int i, int j) { return i > j ? 0 : noise[size_t(i * n + j)]; });
-    add("Kahan", [](int i, int j) { return i > j ? 0 : std::pow(0.8, i) * (i == j ? 1 : -0.6); }, true);
+    add(
+        "Kahan", [](int i, int j) { return i > j ? 0 : std::pow(0.8, i) * (i == j ? 1 : -0.6); }, true);
 }
 
 } // namespace
@@ -137,7 +150,8 @@ std::vector<TestMatrix> symmetricMatrices(int n, char type, Random& random)
         Seed seed(random);
         const int band = std::min(n - 1, int(width));
         std::vector<double> a(size_t(n * n), 0), d(size_t(n), 0);
-        if (LAPACKE_dlatms(LAPACK_ROW_MAJOR, n, n, 'S', seed.four, 'S', d.data(), 4, 100, 1, band, band, 'N', a.data(), n) != 0)
+        if (LAPACKE_dlatms(LAPACK_ROW_MAJOR, n, n, 'S', seed.four, 'S', d.data(), 4, 100, 1, band, band, 'N', a.data(), n) !=
+            0)
             throw std::runtime_error("dlatms");
         list.push_back({"band", n, n, a});
     }
@@ -153,19 +167,26 @@ std::vector<TestMatrix> spectralMatrices(int n, char type, Random& random)
     for (double vectors : {1.0, 1 / std::sqrt(p.eps), 0.1 / p.eps})
         for (double condition : {2.0, std::sqrt(p.badly()), p.badly()})
             for (int mode : {1, 3, 4, 5, -5, 6, -3})
-                list.push_back({"eigenvalues, mode " + std::to_string(mode), n, n, latme(n, mode, condition, vectors, 4, random)});
+                list.push_back(
+                    {"eigenvalues, mode " + std::to_string(mode), n, n, latme(n, mode, condition, vectors, 4, random)});
     for (double norm : {p.small, p.large}) {
         list.push_back({norm < 1 ? "small" : "large", n, n, latme(n, 4, 2, 1, 4, random)});
         for (double& x : list.back().elements) x *= norm;
     }
     addSpecial(list, n, n, false, random);
     for (double corner : {0.0, 1.0}) // defective, and a cycle, of which plain shifts make nothing
-        list.push_back(fromElements(corner == 0 ? "Jordan block" : "cycle", n, n,
-                                    [&](int i, int j) { return double(j == i + 1) + corner * double(i == n - 1 && j == 0); }, corner != 0));
-    list.push_back(fromElements("rotation", n, n, [](int i, int j) { return i / 2 != j / 2 ? 0.0 : i == j ? 0.6 : i < j ? 0.8 : -0.8; }, true));
-    list.push_back(fromElements("Frank", n, n, [&](int i, int j) { return j < i - 1 ? 0.0 : double(n - std::max(i, j)); }, true));
-    list.push_back(fromElements("badly balanced", n, n,
-                                [&](int i, int j) { return (i == j ? 1.0 : 0.5) * std::exp2(2.0 * (i - j)); }, true));
+        list.push_back(fromElements(
+            corner == 0 ? "Jordan block" : "cycle", n, n,
+            [&](int i, int j) { return double(j == i + 1) + corner * double(i == n - 1 && j == 0); }, corner != 0));
+    list.push_back(fromElements(
+        "rotation", n, n, [](int i, int j) { return i / 2 != j / 2 ? 0.0
+                                                    : i == j       ? 0.6
+                                                    : i < j        ? 0.8
+                                                                   : -0.8; }, true));
+    list.push_back(fromElements(
+        "Frank", n, n, [&](int i, int j) { return j < i - 1 ? 0.0 : double(n - std::max(i, j)); }, true));
+    list.push_back(fromElements(
+        "badly balanced", n, n, [&](int i, int j) { return (i == j ? 1.0 : 0.5) * std::exp2(2.0 * (i - j)); }, true));
     return list;
 }
 

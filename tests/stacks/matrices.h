@@ -11,10 +11,10 @@ namespace stacks {
 struct TestMatrix {
     std::string name;
     int rows, cols;
-    std::vector<double> elements;          // by rows
-    bool wellConditioned = false;          // condition 2
-    bool regular = true;                   // of full rank
-    bool scaledColumns = false;            // well conditioned but for the lengths of its columns
+    std::vector<double> elements; // by rows
+    bool wellConditioned = false; // condition 2
+    bool regular = true;          // of full rank
+    bool scaledColumns = false;   // well conditioned but for the lengths of its columns
     double operator()(int i, int j) const { return elements[size_t(i * cols + j)]; }
 };
 
@@ -26,9 +26,9 @@ struct Precision {
 };
 Precision precisionOf(char type);
 
-std::vector<TestMatrix> generalMatrices(int rows, int cols, char type, Random&);   // by singular values
+std::vector<TestMatrix> generalMatrices(int rows, int cols, char type, Random&); // by singular values
 std::vector<TestMatrix> symmetricMatrices(int n, char type, Random&);
 std::vector<TestMatrix> definiteMatrices(int n, char type, Random&);
-std::vector<TestMatrix> spectralMatrices(int n, char type, Random&);              // general ones, by eigenvalues
+std::vector<TestMatrix> spectralMatrices(int n, char type, Random&); // general ones, by eigenvalues
 
 } // namespace stacks

@@ -37,7 +37,8 @@ void testInPlace(const Level& level, const Problem& p, const Outcome& expected)
             if (!same) continue;
             for (const Layout& layout : layouts) {
                 const Placement placement{.layouts = std::vector<Layout>(sources + expected.results.size(), layout),
-                                          .inPlace = int(s), .replacing = int(d)};
+                                          .inPlace = int(s),
+                                          .replacing = int(d)};
                 ASSERT_EQ(difference(expected, run(level, p, placement)), "")
                     << describe(p) << ", destination " << d << " in place of source " << s << ", " << layout.name;
             }
@@ -68,7 +69,9 @@ void testFarApart(const Level& level, const Function& f, char type)
     for (size_t i = 0; i < f.sources.size(); ++i) {
         const std::ptrdiff_t stride = i % 2 ? -apart : apart;
         char* place = pass(f.sources[i], p.sources[i], stride);
-        for (int k = 0; k < 3; ++k) std::memcpy(place + k * stride, p.sources[i].object<char>(0) + size_t(k) * bytesOf(p.sources[i]), bytesOf(p.sources[i]));
+        for (int k = 0; k < 3; ++k)
+            std::memcpy(place + k * stride, p.sources[i].object<char>(0) + size_t(k) * bytesOf(p.sources[i]),
+                        bytesOf(p.sources[i]));
     }
     for (size_t i = 0; i < f.destinations.size(); ++i) pass(f.destinations[i], expected.results[i], i % 2 ? apart : -apart);
     arguments.push_back(reinterpret_cast<std::ptrdiff_t>(actual.info.data()));
@@ -86,18 +89,22 @@ void testManyObjects(const Level& level)
     constexpr std::ptrdiff_t count = (std::ptrdiff_t(1) << 31) + 37, window = 2 << 20, whole = count * 4 + 2 * window;
     const int file = memfd_create("results", 0);
     ASSERT_EQ(ftruncate(file, window), 0);
-    char* const begin = static_cast<char*>(mmap(nullptr, size_t(whole), PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
+    char* const begin =
+        static_cast<char*>(mmap(nullptr, size_t(whole), PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
     ASSERT_NE(begin, MAP_FAILED);
     for (std::ptrdiff_t at = 0; at + window <= whole; at += window)
         ASSERT_NE(mmap(begin + at, window, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, file, 0), MAP_FAILED);
     const float a = 3, b = 7;
     const auto number = [](const void* p) { return reinterpret_cast<std::ptrdiff_t>(p); };
-    EXPECT_EQ(callWith(level, function("vecdot"), 'f', {1, count, number(&a), 0, 4, number(&b), 0, 4, number(begin), 4, 0}), 0);
+    EXPECT_EQ(callWith(level, function("vecdot"), 'f', {1, count, number(&a), 0, 4, number(&b), 0, 4, number(begin), 4, 0}),
+              0);
     const float* results = reinterpret_cast<float*>(begin);
     for (std::ptrdiff_t k = 0; k < window / 4; ++k) ASSERT_EQ(results[k], 21);
     std::memset(begin, 0, window);
     EXPECT_EQ(results[count - 1], 0);
-    EXPECT_EQ(callWith(level, function("vecdot"), 'f', {1, 37, number(&a), 0, 4, number(&b), 0, 4, number(&results[count - 37]), 4, 0}), 0);
+    EXPECT_EQ(callWith(level, function("vecdot"), 'f',
+                       {1, 37, number(&a), 0, 4, number(&b), 0, 4, number(&results[count - 37]), 4, 0}),
+              0);
     EXPECT_EQ(results[count - 1], 21);
     munmap(begin, size_t(whole));
     close(file);

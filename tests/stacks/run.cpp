@@ -109,10 +109,7 @@ std::ptrdiff_t invoke(void* address, const std::vector<std::ptrdiff_t>& argument
     return std::ptrdiff_t(status);
 }
 
-template <class T> bool sameElement(T x, T y)
-{
-    return std::memcmp(&x, &y, sizeof(T)) == 0 || (x != x && y != y);
-}
+template <class T> bool sameElement(T x, T y) { return std::memcmp(&x, &y, sizeof(T)) == 0 || (x != x && y != y); }
 
 } // namespace
 
@@ -197,9 +194,8 @@ Outcome run(const Level& level, const Problem& p, const Placement& placement)
     for (size_t i = 0; i < f.destinations.size(); ++i) {
         outcome.results.push_back(p.blank(f.destinations[i], p.count));
         const size_t index = f.sources.size() + i;
-        places.push_back(replaces(i)
-                             ? places[size_t(placement.inPlace)]
-                             : put(int(index), outcome.results[i], p.count, layoutOf(index), placement));
+        places.push_back(replaces(i) ? places[size_t(placement.inPlace)]
+                                     : put(int(index), outcome.results[i], p.count, layoutOf(index), placement));
     }
     Values info(placement.info ? p.count : 0, 1, 1, sizeof(int));
     const Place infoPlace = put(int(places.size()), info, info.count, packed, placement);
@@ -249,9 +245,9 @@ Outcome run(const Level& level, const Problem& p, const Placement& placement)
     for (size_t i = 0; i < watched.size(); ++i) {
         const bool replaced = i >= f.sources.size() && replaces(i - f.sources.size()); // seen already
         if (!replaced && !std::equal(before[i].begin(), before[i].end(), watched[i].begin))
-            outcome.fault = i + 1 == watched.size()   ? "touches bytes around info"
-                            : i < f.sources.size() ? "changes a source or bytes around it"
-                                                   : "touches bytes between or around the elements of a destination";
+            outcome.fault = i + 1 == watched.size() ? "touches bytes around info"
+                            : i < f.sources.size()  ? "changes a source or bytes around it"
+                                                    : "touches bytes between or around the elements of a destination";
     }
     return outcome;
 }
@@ -277,8 +273,7 @@ std::string difference(const Outcome& expected, const Outcome& actual)
 {
     std::ostringstream text;
     if (!actual.fault.empty()) return actual.fault;
-    if (actual.status != expected.status)
-        text << "status " << actual.status << " instead of " << expected.status << "; ";
+    if (actual.status != expected.status) text << "status " << actual.status << " instead of " << expected.status << "; ";
     if (!actual.info.empty() && actual.info != expected.info) text << "other infos; ";
     for (size_t d = 0; d < expected.results.size(); ++d) {
         const Values &e = expected.results[d], &a = actual.results[d];

@@ -73,8 +73,8 @@ struct Outcome {
     std::ptrdiff_t status = 0;
     std::vector<int> info;
     std::vector<Values> results;
-    std::string fault;             // what it touched that it must not; empty if nothing
-    unsigned control = 0;          // MXCSR behind the call
+    std::string fault;    // what it touched that it must not; empty if nothing
+    unsigned control = 0; // MXCSR behind the call
 };
 Outcome run(const Level&, const Problem&, const Placement& = {});
 

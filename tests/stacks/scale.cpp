@@ -49,10 +49,12 @@ void testScale(const Level& level, const Function& f)
                 Problem scaled = p;
                 Outcome wanted = expected;
                 withType(type, [&]<class T>(T) {
-                    multiply<T>(scaled.sources[0], order,
-                                [&](bool upper) { return powerOf(f.data == Data::factors ? Degree::upper : Degree::one, k, order, upper); });
+                    multiply<T>(scaled.sources[0], order, [&](bool upper) {
+                        return powerOf(f.data == Data::factors ? Degree::upper : Degree::one, k, order, upper);
+                    });
                     for (size_t d = 0; d < wanted.results.size(); ++d)
-                        multiply<T>(wanted.results[d], order, [&](bool upper) { return powerOf(f.degrees[d], k, order, upper); });
+                        multiply<T>(wanted.results[d], order,
+                                    [&](bool upper) { return powerOf(f.degrees[d], k, order, upper); });
                 });
                 ASSERT_EQ(difference(wanted, run(level, scaled)), "") << describe(p) << ", times 2^" << k;
             }

@@ -36,7 +36,8 @@ template <class T> void reference(const std::string& name, const Problem& p, std
 
 void testSums(const Level& level, const Function& f)
 {
-    if (f.name != "matmul" && f.name != "vecdot" && f.name != "trace" && f.name != "cross") GTEST_SKIP() << "not defined to the bit";
+    if (f.name != "matmul" && f.name != "vecdot" && f.name != "trace" && f.name != "cross")
+        GTEST_SKIP() << "not defined to the bit";
     setThreads(1);
     std::vector<Sizes> all = shapes(f);
     if (f.name == "matmul") all.insert(all.end(), {{33, 40, 5}, {70, 3, 41}, {1, 100, 1}, {64, 64, 64}, {5, 1, 90}});
@@ -52,7 +53,8 @@ void testSums(const Level& level, const Function& f)
             for (std::ptrdiff_t k = 0; k < p.count; ++k)
                 withType(type, [&]<class T>(T) { reference<T>(f.name, p, k, expected.results[0]); });
             for (const Layout& layout : {packed, columns, planes})
-                ASSERT_EQ(difference(expected, run(level, p, {.layouts = std::vector<Layout>(f.sources.size() + 1, layout)})), "")
+                ASSERT_EQ(
+                    difference(expected, run(level, p, {.layouts = std::vector<Layout>(f.sources.size() + 1, layout)})), "")
                     << describe(p) << ", " << layout.name;
         });
 }

@@ -68,14 +68,16 @@ void testThreads(const Level& level, const Function& f)
             for (int threads : {1, 2, 3, 8}) {
                 setThreads(threads);
                 const Layout& layout = threads == 3 ? planes : packed;
-                const Placement placement{.layouts = std::vector<Layout>(f.sources.size() + f.destinations.size(), layout), .control = 0x5f80};
+                const Placement placement{.layouts = std::vector<Layout>(f.sources.size() + f.destinations.size(), layout),
+                                          .control = 0x5f80};
                 const Outcome actual = run(level, p, placement);
                 ASSERT_EQ(difference(expected, actual), "") << describe(p) << ", " << threads << " threads";
                 ASSERT_EQ(actual.control, 0x5f80u);
             }
             if (order != 3) return;
             setThreads(2);
-            ASSERT_EQ(inChild([&] { return difference(expected, run(level, p)).empty(); }), 0) << describe(p) << " after fork";
+            ASSERT_EQ(inChild([&] { return difference(expected, run(level, p)).empty(); }), 0)
+                << describe(p) << " after fork";
         });
     }
     setThreads(1);

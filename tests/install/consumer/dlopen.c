@@ -5,8 +5,8 @@
 
 int main(void)
 {
-    void *library = dlopen("libkeslmx.so", RTLD_NOW);
-    void *function = library ? dlsym(library, "keslGetLibVersion") : NULL;
+    void* library = dlopen("libkeslmx.so", RTLD_NOW);
+    void* function = library ? dlsym(library, "keslGetLibVersion") : NULL;
     Dl_info info;
     if (!function || !dladdr(function, &info)) {
         fprintf(stderr, "%s\n", dlerror());

@@ -97,7 +97,7 @@ template <class T, int n, class V>
     constexpr int all = (1 << n) - 1;
     Minors<n, V> minors;
     minors.template join<determinantTerms<n>>(a);
-    const V det = minors.m[all];
+    const V det = minors.m[all]; // NOLINT(clang-analyzer-core.uninitialized.Assign): it does not follow the table of terms
     if (any(singularBelow<T>(n) > abs(det))) return false; // a NaN passes
     const V r = T(1) / det;
     [&]<int... j>(std::integer_sequence<int, j...>) KESL_INLINE {

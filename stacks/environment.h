@@ -8,19 +8,16 @@ namespace kesl::stacks {
 // hold nothing must not raise any.
 class Environment {
 public:
-    Environment() : callers(_mm_getcsr())
-    {
-        if ((callers & ~flags) != usual) _mm_setcsr(usual);
-    }
+    Environment() : callers(_mm_getcsr()) { _mm_setcsr(usual); }
     ~Environment()
     {
-        if (_mm_getcsr() != callers) _mm_setcsr(callers); // which takes longer than to look
-    }
+        _mm_setcsr(callers);
+    } // to look whether it has changed takes longer, and the compiler takes an old look
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
 
 private:
-    static constexpr unsigned usual = 0x1f80, flags = 0x3f;
+    static constexpr unsigned usual = 0x1f80;
     const unsigned callers;
 };
 

@@ -1,4 +1,4 @@
-// Determinants and adjugates of orders up to 3 as sums of products, and when these are as accurate as elimination.
+// Determinants of orders up to 2 and adjugates of orders up to 3 as sums of products, and when these are as accurate as elimination.
 #pragma once
 #include "stacks/scale.h"
 
@@ -8,11 +8,6 @@ template <class V, int n> using Square = Tile<V, Fixed<n>, Fixed<n>>;
 
 template <class V> V determinant(const Square<V, 1>& a) { return a(0, 0); }
 template <class V> V determinant(const Square<V, 2>& a) { return a(0, 0) * a(1, 1) - a(0, 1) * a(1, 0); }
-template <class V> V determinant(const Square<V, 3>& a)
-{
-    const auto minor = [&](int i, int j) { return a(1, i) * a(2, j) - a(1, j) * a(2, i); };
-    return a(0, 0) * minor(1, 2) - a(0, 1) * minor(0, 2) + a(0, 2) * minor(0, 1);
-}
 
 template <class V> Square<V, 2> adjugate(const Square<V, 2>& a)
 {

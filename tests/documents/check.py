@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
 """Compiles and runs the code in the pages, and follows their links.
 
-check.py ROOT WORK CC CXX LIBRARY...
+check.py ROOT WORK CC CXX FC LIBRARY...
 
-Pages are README.md, CONTRIBUTING.md, CHANGELOG.md, docs/*.md and the README of each directory; code is what stands in blocks ```c and
-```cpp, and under EXAMPLES in the first comment of include/keslmx.h. A block with a main is a program and must return 0. Any
-other is compiled as it is, or, behind a comment <!-- in: PARAMETERS -->, as the body of a function with these parameters. What is
-a source file beside its page is left to the build.
+Pages are README.md, CONTRIBUTING.md, CHANGELOG.md, docs/*.md and the README of each directory; code is what stands in blocks ```c,
+```cpp and, if the command FC is not empty, ```fortran, and under EXAMPLES in the first comment of include/keslmx.h. A block with a
+main is a program and must return 0. Any other is compiled as it is, or, behind a comment <!-- in: PARAMETERS -->, as the body of a
+function with these parameters or, in Fortran, declarations. What is a source file beside its page is left to the build.
 Links and pictures of a page must lead to files.
 """
 import glob, os, re, subprocess, sys
 
-root, work, cc, cxx, *libraries = sys.argv[1:]
+root, work, cc, cxx, fc, *libraries = sys.argv[1:]
 os.makedirs(work, exist_ok=True)
 faults = []
 
@@ -21,8 +21,9 @@ def compiled(name, language, code):
     source, program = os.path.join(work, name + "." + language), os.path.join(work, name)
     with open(source, "w") as file:
         file.write(code)
-    isProgram = re.search(r"\bmain\(", code)
-    command = [cc, "-std=c99"] if language == "c" else [cxx, "-std=c++17", "-isystem", "/usr/include/eigen3"]
+    isProgram = re.search(r"\bmain\(|^program ", code, re.M)
+    command = {"c": [cc, "-std=c99"], "cpp": [cxx, "-std=c++17", "-isystem", "/usr/include/eigen3"],
+               "f90": fc.split() + ["-std=f2018"]}[language]
     command += ["-pedantic", "-Wall", "-Wextra", "-Werror", "-I", os.path.join(root, "include"), source, "-o", program]
     if isProgram:
         command += libraries + ["-Wl,-rpath," + os.path.dirname(l) for l in libraries] + ["-lm"]
@@ -38,12 +39,18 @@ def compiled(name, language, code):
 def page(path):
     text = open(os.path.join(root, path)).read()
     name = path.replace("/", "_").replace(".md", "")
-    blocks = re.findall(r"(?:<!-- in: (.*?) -->\n)?^```(cp?p?)\n(.*?)^```", text, re.M | re.S)
-    beside = [open(file).read() for file in glob.glob(os.path.join(root, os.path.dirname(path), "*.c*"))]
+    blocks = re.findall(r"(?:<!-- in: (.*?) -->\n)?^```(c|cpp|fortran)\n(.*?)^```", text, re.M | re.S)
+    beside = [open(file).read() for file in glob.glob(os.path.join(root, os.path.dirname(path), "*.[cf]*"))]
     for number, (parameters, language, code) in enumerate(blocks, 1):
-        if code in beside:
+        if code in beside or (language == "fortran" and not fc):
             continue
-        if parameters:
+        if language == "fortran":
+            language = "f90"
+            if parameters:
+                declarations = parameters.replace("; ", "\n")
+                code = ("subroutine fragment()\nuse, intrinsic :: iso_c_binding\nuse kesl\nuse keslmx\nuse keslcorex\n"
+                        f"implicit none\n{declarations}\n{code}end subroutine\n")
+        elif parameters:
             function = f"void fragment({parameters})"
             code = f"#include <kesl.h>\n#include <keslmx.h>\n{function};\n{function}\n{{\n{code}}}\n"
         compiled(f"{name}_{number}", language, code)

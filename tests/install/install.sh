@@ -87,7 +87,7 @@ build_program() { # SOURCE LANGUAGE COMPILER FLAGS PACKAGES
 
     export PKG_CONFIG_PATH="$lib/pkgconfig"
     case $5 in
-    kesl) soname=libkesl.so.1 version=1.0 ;;
+    kesl | kesl-fortran) soname=libkesl.so.1 version=1.0 ;;
     *) soname=libkeslmx.so.6.1 version=6.1 ;;
     esac
     flags=$(pkg-config --cflags --libs "$5 >= $version")

@@ -127,15 +127,6 @@ Figures figuresOf(const Level& level, const Function& f, char type)
     return figures;
 }
 
-// What stands open: in single precision the eigenvalues of the second difference of order 32, and of no other matrix, are a
-// quarter above their limit, beside half of it in LAPACK. It must not grow; docs/accuracy.md tells it.
-double allowed(const Function& f, char type, const Worst& worst)
-{
-    const bool open = f.name == "eigvals" && type == 'f' && worst.where.find("n=32 ") != std::string::npos &&
-                      worst.where.find("second difference") != std::string::npos;
-    return open ? 25 : worst.limit;
-}
-
 void testAccuracy(const Level& level, const Function& f)
 {
     if (!isJudged(f)) GTEST_SKIP() << "defined to the bit";
@@ -143,7 +134,7 @@ void testAccuracy(const Level& level, const Function& f)
     forTypes([&](char type) {
         for (const auto& [what, byOrder] : figuresOf(level, f, type))
             for (const auto& [order, worst] : byOrder)
-                EXPECT_TRUE(worst.ours <= allowed(f, type, worst))
+                EXPECT_TRUE(worst.ours <= worst.limit)
                     << f.name << type << ", " << what << ": " << worst.ours << " where " << worst.limit
                     << " is allowed, LAPACK's is " << worst.lapacks << "; " << worst.where;
     });

@@ -83,7 +83,7 @@ void addSystem(Case& c, const Matrix& a, const Matrix& b, const Matrix& x)
 }
 
 // The distance of a computed eigenvalue from those of a matrix near by: the least singular value of A - wI, by inverse
-// iteration.
+// iteration from a vector without pattern: one with a period may hold next to nothing of the vector that is sought.
 Wide distance(const Matrix& a, Complex w)
 {
     using Complexes = Eigen::Matrix<Complex, Eigen::Dynamic, Eigen::Dynamic>;
@@ -92,11 +92,12 @@ Wide distance(const Matrix& a, Complex w)
     const Eigen::PartialPivLU<Complexes> lu(shifted);
     if (lu.matrixLU().diagonal().cwiseAbs().minCoeff() == 0) return 0; // in extended precision
     Eigen::Matrix<Complex, Eigen::Dynamic, 1> x(a.rows());
-    for (Eigen::Index i = 0; i < x.size(); ++i) x(i) = Complex(1, Wide(i % 3) / 2);
+    for (Eigen::Index i = 0; i < x.size(); ++i) x(i) = std::polar(Wide(1), Wide(i) * Wide(i + 1));
     x.normalize();
-    Wide growth = 0;
-    for (int step = 0; step < 3; ++step) {
+    Wide growth = 0, before = 0;
+    for (int step = 0; step < 3 || (growth > before * Wide(1.01) && step < 30); ++step) {
         x = lu.adjoint().solve(lu.solve(x)).eval();
+        before = growth;
         growth = std::sqrt(x.norm()); // tends to the largest singular value of the inverse from below
         x.normalize();
     }

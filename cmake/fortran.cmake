@@ -2,12 +2,12 @@
 # any other the sources are installed, too.
 include(CheckLanguage)
 check_language(Fortran)
-if(NOT CMAKE_Fortran_COMPILER)
-    message(STATUS "No Fortran compiler, so no Fortran modules")
+find_package(Python3 COMPONENTS Interpreter)
+if(NOT CMAKE_Fortran_COMPILER OR NOT Python3_FOUND)
+    message(STATUS "No Fortran compiler or no Python, so no Fortran modules")
     return()
 endif()
 enable_language(Fortran)
-find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(KESL_FORTRAN_WARNINGS -std=f2018 -Wall -Wextra -pedantic -Werror)
 
 set(KESL_FORTRAN_SOURCES)

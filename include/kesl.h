@@ -326,7 +326,7 @@ ptrdiff_t kesl_eigvals_64f(ptrdiff_t n, ptrdiff_t count,
  * Method   that of kesl_eigvals, then back substitution.
  * In place vr or vl may be a.
  * Info     -1 NaN or infinity in a; i if the iteration did not find eigenvalues 1 to i.
- * Accuracy ratio |A V - V W| / (|A| |V| eps) below 20
+ * Accuracy ratio |A V - V W| / (|A| |V| eps) below 20, A as balanced
  * Cost     25 n^3 */
 ptrdiff_t kesl_eig_32f(ptrdiff_t n, ptrdiff_t count,
                        const float *a, ptrdiff_t aStride0, ptrdiff_t aStride1, ptrdiff_t aStride2,

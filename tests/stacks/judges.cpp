@@ -104,19 +104,37 @@ Wide distance(const Matrix& a, Complex w)
     return 1 / growth;
 }
 
+// Of a matrix D B D^-1 that is badly scaled by D the errors are those of B: beside the large elements of the matrix itself
+// the small eigenvalues would not count.
+Vector unitsOf(const Case& c)
+{
+    Vector d = Vector::Ones(c.n());
+    for (size_t i = 0; i < c.matrix.units.size(); ++i) d(Eigen::Index(i)) = std::exp2(Wide(c.matrix.units[i]));
+    return d;
+}
+Matrix inItsUnits(const Case& c)
+{
+    const Vector d = unitsOf(c), inverse = d.cwiseInverse();
+    return inverse.asDiagonal() * c.a() * d.asDiagonal();
+}
+
 // xGET22, for vectors as real columns: that of a real eigenvalue, or the real and the imaginary part of a pair's first.
-// sign: -1 for left vectors, whose matrix comes transposed.
-void addVectors(Case& c, const char* residual, const char* length, const Matrix& a, const Matrix& v, int sign)
+// sign: -1 for left vectors, whose matrix comes transposed. Vectors of a matrix D B D^-1 are judged as those of B.
+void addVectors(Case& c, const char* residual, const char* length, const Matrix& a, const Vector& d, Matrix v, int sign)
 {
     const Matrix &wr = c.results[0], &wi = c.results[1];
     Matrix vw(v.rows(), v.cols());
+    const auto toUnits = [&](auto vectors) {
+        if (!c.matrix.units.empty()) vectors = d.cwiseInverse().asDiagonal() * vectors, vectors /= vectors.norm();
+    };
     Wide enorm = 0, worstLength = 0;
     bool real = true; // the largest component of a complex vector
     for (Eigen::Index j = 0; j < v.cols(); ++j) {
         if (wi(j) == 0) {
+            worstLength = std::max(worstLength, std::abs(v.col(j).norm() - 1));
+            toUnits(v.middleCols(j, 1));
             vw.col(j) = wr(j) * v.col(j);
             enorm = std::max(enorm, norm1(v.col(j)));
-            worstLength = std::max(worstLength, std::abs(v.col(j).norm() - 1));
             continue;
         }
         if (j + 1 == v.cols() || !(wi(j) > 0 && wi(j + 1) == -wi(j) && wr(j + 1) == wr(j))) {
@@ -124,9 +142,6 @@ void addVectors(Case& c, const char* residual, const char* length, const Matrix&
             return;
         }
         const auto re = v.col(j), im = v.col(j + 1);
-        vw.col(j) = wr(j) * re - sign * wi(j) * im;
-        vw.col(j + 1) = wr(j) * im + sign * wi(j) * re;
-        enorm = std::max(enorm, (re.cwiseAbs() + im.cwiseAbs()).sum());
         worstLength = std::max(worstLength, std::abs(std::sqrt(re.squaredNorm() + im.squaredNorm()) - 1));
         Wide largest = 0, largestReal = 0;
         for (Eigen::Index i = 0; i < v.rows(); ++i) {
@@ -135,6 +150,10 @@ void addVectors(Case& c, const char* residual, const char* length, const Matrix&
             if (im(i) == 0) largestReal = std::max(largestReal, size);
         }
         real &= largestReal >= largest * (1 - 4 * c.ulp());
+        toUnits(v.middleCols(j, 2));
+        vw.col(j) = wr(j) * re - sign * wi(j) * im;
+        vw.col(j + 1) = wr(j) * im + sign * wi(j) * re;
+        enorm = std::max(enorm, (re.cwiseAbs() + im.cwiseAbs()).sum());
         ++j;
     }
     c.add(residual, over(norm1(a * v - vw) / enorm, norm1(a) * c.ulp()), general);
@@ -224,23 +243,26 @@ void judgeEigenvectorsSym(Case& c)
 
 void judgeEigenvalues(Case& c)
 {
-    const Matrix &wr = c.results[0], &wi = c.results[1];
+    const Matrix &wr = c.results[0], &wi = c.results[1], a = inItsUnits(c);
     Wide worst = 0;
     bool pairs = true;
     for (Eigen::Index j = 0; j < c.n(); ++j) {
-        worst = std::max(worst, distance(c.a(), {wr(j), wi(j)}));
+        worst = std::max(worst, distance(a, {wr(j), wi(j)}));
         if (wi(j) == 0) continue;
         pairs &= j + 1 < c.n() && wi(j) > 0 && wi(j + 1) == -wi(j) && wr(j + 1) == wr(j);
         ++j;
     }
-    c.add("σ(A - w I) / (\\|A\\| ε)", over(worst, norm1(c.a()) * c.ulp()), general);
+    c.add("σ(A - w I) / (\\|A\\| ε)", over(worst, norm1(a) * c.ulp()), general);
     c.promise("pairs of eigenvalues", pairs);
 }
 
 void judgeEigenvectors(Case& c)
 {
-    addVectors(c, "\\|A V - V W\\| / (\\|A\\| \\|V\\| ε)", "length of V / (n ε)", c.a(), c.results[2], 1);
-    addVectors(c, "\\|Aᵀ U - U W*\\| / (\\|A\\| \\|U\\| ε)", "length of U / (n ε)", c.a().transpose(), c.results[3], -1);
+    const Matrix a = inItsUnits(c);
+    const Vector d = unitsOf(c);
+    addVectors(c, "\\|A V - V W\\| / (\\|A\\| \\|V\\| ε)", "length of V / (n ε)", a, d, c.results[2], 1);
+    addVectors(c, "\\|Aᵀ U - U W*\\| / (\\|A\\| \\|U\\| ε)", "length of U / (n ε)", a.transpose(), d.cwiseInverse(),
+               c.results[3], -1);
 }
 
 Vector singularValues(const Matrix& a) { return Eigen::JacobiSVD<Matrix>(a).singularValues(); }

@@ -185,8 +185,16 @@ std::vector<TestMatrix> spectralMatrices(int n, char type, Random& random)
                                                                    : -0.8; }, true));
     list.push_back(fromElements(
         "Frank", n, n, [&](int i, int j) { return j < i - 1 ? 0.0 : double(n - std::max(i, j)); }, true));
-    list.push_back(fromElements(
-        "badly balanced", n, n, [&](int i, int j) { return (i == j ? 1.0 : 0.5) * std::exp2(2.0 * (i - j)); }, true));
+    for (int most : {8, type == 'f' ? 28 : 200})
+        for (bool graded : {false, true}) {
+            std::vector<int> d(size_t(n), 0);
+            for (int i = 0; i < n; ++i) d[size_t(i)] = graded ? most - 2 * most * i / n : random.between(-most, most);
+            std::vector<double> b = latme(n, 4, 2, 1, 4, random);
+            for (int i = 0; i < n; ++i)
+                for (int j = 0; j < n; ++j) b[size_t(i * n + j)] *= std::exp2(d[size_t(i)] - d[size_t(j)]);
+            list.push_back({"badly balanced", n, n, b});
+            list.back().units = d;
+        }
     return list;
 }
 

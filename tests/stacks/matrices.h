@@ -15,6 +15,7 @@ struct TestMatrix {
     bool wellConditioned = false; // condition 2
     bool regular = true;          // of full rank
     bool scaledColumns = false;   // well conditioned but for the lengths of its columns
+    std::vector<int> units = {};  // exponents d where it is D B D^-1, D = 2^d, and B is balanced
     double operator()(int i, int j) const { return elements[size_t(i * cols + j)]; }
 };
 

@@ -45,6 +45,15 @@ ptrdiff_t vecmat(ptrdiff_t m, ptrdiff_t n, ptrdiff_t count, const T* a, ptrdiff_
     return matmul(1, m, n, count, a, a0, sizeof(T), a1, b, b0, b1, b2, x, x0, sizeof(T), x1, info);
 }
 
+// With a size, that libraries which try ufuncs on arrays of size 1 may do so; kesl_cross has none.
+template <class T>
+ptrdiff_t cross(ptrdiff_t n, ptrdiff_t count, const T* a, ptrdiff_t a0, ptrdiff_t a1, const T* b, ptrdiff_t b0, ptrdiff_t b1,
+                T* c, ptrdiff_t c0, ptrdiff_t c1, int* info)
+{
+    if (n != 3) return -1;
+    return choose<T>(kesl_cross_32f, kesl_cross_64f)(count, a, a0, a1, b, b0, b1, c, c0, c1, info);
+}
+
 // Real and imaginary parts side by side.
 template <class T>
 ptrdiff_t eigvals(ptrdiff_t n, ptrdiff_t count, const T* a, ptrdiff_t a0, ptrdiff_t a1, ptrdiff_t a2, std::complex<T>* w,

@@ -22,7 +22,7 @@ Row rows[] = {
     row<matvec<float>, matvec<double>>("matvec", "(m,n),(n)->(m)", "Matrices times vectors.", neverFails),
     row<vecmat<float>, vecmat<double>>("vecmat", "(m),(m,n)->(n)", "Vectors times matrices.", neverFails),
     row<kesl_vecdot_32f, kesl_vecdot_64f>("vecdot", "(n),(n)->()", "Sums of products.", neverFails),
-    row<kesl_cross_32f, kesl_cross_64f>("cross", "(3),(3)->(3)", "Cross products.", neverFails),
+    row<cross<float>, cross<double>>("cross", "(n),(n)->(n)", "Cross products, for n = 3.", neverFails),
     row<kesl_norm_32f, kesl_norm_64f>("norm", "(n)->()", "Euclidean lengths.", neverFails),
     row<kesl_trace_32f, kesl_trace_64f>("trace", "(n,n)->()", "Sums of diagonals.", neverFails),
     row<kesl_det_32f, kesl_det_64f>("det", "(n,n)->()", "Determinants."),

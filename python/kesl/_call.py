@@ -41,10 +41,10 @@ def _promoted(x):
 
 
 def _by_numpy(ufunc, operands, errors, options):
-    if errors == "raise" and options.get("out") is not None: # whose user does not know of the infos
-        out = options["out"]
-        options["out"] = (out if isinstance(out, tuple) else (out,)) + (None,)
-    if "dtype" in options: # ufuncs would ask infos for this type, too
+    out = options.pop("out", None)
+    if out is not None: # whoever asks for exceptions does not know of the infos
+        options["out"] = out if errors != "raise" else (out if isinstance(out, tuple) else (out,)) + (None,)
+    if options.get("dtype") is not None: # ufuncs would ask infos for this type, too
         dtype = np.dtype(options.pop("dtype"))
         types = [t for t in ufunc.types if t[0] == dtype.char]
         if not types:

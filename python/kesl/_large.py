@@ -14,6 +14,8 @@ def _toward(positive):
 
 def _largest(vectors):
     """The largest component of each column, the first of equals."""
+    if not len(vectors):
+        return np.ones(vectors.shape[1])
     return np.take_along_axis(vectors, np.abs(vectors).argmax(axis=0)[None], axis=0)[0]
 
 
@@ -52,6 +54,7 @@ def _svdvals(a):
 
 # name: function of one object, number of its results, and what is read of the first operand
 _functions = {
+    "cross": (lambda a, b: np.nan, 1, np.asarray), # of sizes other than 3, which mean nothing
     "det": (linalg.det, 1, np.asarray),
     "inv": (linalg.inv, 1, np.asarray),
     "solve": (linalg.solve, 1, np.asarray),

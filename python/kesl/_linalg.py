@@ -6,13 +6,13 @@ from numpy.linalg import LinAlgError
 
 from ._call import apply, array
 
-__all__ = """
-    LinAlgError EigResult EighResult QRResult SVDResult LstsqResult
-    ExResult EigExResult EighExResult QRExResult SVDExResult LstsqExResult
-    matmul matvec vecmat vecdot cross norm trace
-    det inv solve cholesky qr lstsq eigvalsh eigh eigvals eig svdvals svd
-    det_ex inv_ex solve_ex cholesky_ex qr_ex lstsq_ex eigvalsh_ex eigh_ex eigvals_ex eig_ex svdvals_ex svd_ex
-""".split()
+__all__ = [
+    "LinAlgError", "EigResult", "EighResult", "QRResult", "SVDResult", "LstsqResult",
+    "ExResult", "EigExResult", "EighExResult", "QRExResult", "SVDExResult", "LstsqExResult",
+    "matmul", "matvec", "vecmat", "vecdot", "cross", "norm", "trace",
+    "det", "inv", "solve", "cholesky", "qr", "lstsq", "eigvalsh", "eigh", "eigvals", "eig", "svdvals", "svd",
+    "det_ex", "inv_ex", "solve_ex", "cholesky_ex", "qr_ex", "lstsq_ex", "eigvalsh_ex", "eigh_ex", "eigvals_ex", "eig_ex", "svdvals_ex", "svd_ex",
+]
 
 EigResult = namedtuple("EigResult", "eigenvalues eigenvectors")
 EighResult = namedtuple("EighResult", "eigenvalues eigenvectors")
@@ -112,6 +112,9 @@ def cross(a, b, *, axis=-1, **options):
     >>> kesl.cross([1, 0, 0], [0, 1, 0])
     array([0., 0., 1.])
     """
+    a, b = array(a), array(b)
+    if not all(x.ndim and x.shape[axis] == 3 for x in (a, b)):
+        raise ValueError(f"cross wants vectors with 3 components, not arrays of shape {a.shape} and {b.shape}")
     return apply("cross", (a, b), options=_with_axis(axis, options))
 
 
@@ -123,7 +126,7 @@ def norm(x, ord=None, axis=None, keepdims=False, **options):
     """Euclidean lengths of vectors and Frobenius norms of matrices, without over- or underflow on the way.
 
     As in numpy.linalg, the norm of the whole array unless axis says over what: -1 for a stack of vectors, (-2, -1) for one of
-    matrices. The 2-norm and the nuclear norm of matrices come from svdvals, other norms from numpy.linalg.
+    matrices. The 2-norm and the nuclear norm of matrices come from svdvals, other norms and types from numpy.linalg.
 
     >>> import kesl
     >>> kesl.norm([[3, 4], [3e200, 4e200]], axis=-1)
@@ -133,7 +136,8 @@ def norm(x, ord=None, axis=None, keepdims=False, **options):
     axes = tuple(range(x.ndim)) if axis is None else tuple(axis) if isinstance(axis, (tuple, list)) else (axis,)
     lengths = ord is None and (axis is None or len(axes) < 3) or ord == 2 and len(axes) == 1 or ord == "fro" and len(axes) == 2
     spectral = ord in (2, -2, "nuc") and len(axes) == 2
-    if not axes or not (lengths or spectral) or len({i % x.ndim for i in axes if -x.ndim <= i < x.ndim}) < len(axes):
+    foreign = x.dtype.char not in "fd" and x.dtype.kind not in "biu"
+    if foreign or not axes or not (lengths or spectral) or len({i % x.ndim for i in axes if -x.ndim <= i < x.ndim}) < len(axes):
         return np.linalg.norm(x, ord, axis, keepdims, **options)
     if spectral:
         s = svdvals(np.moveaxis(x, axes, (-2, -1)), **options)
@@ -249,8 +253,6 @@ def cholesky_ex(a, *, upper=False, **options):
 def _qr(a, mode, errors, options):
     a = array(a)
     m, n = (a.shape[i] for i in _axes(a, options))
-    if mode not in ("reduced", "complete", "r"):
-        raise ValueError(f"mode must be 'reduced', 'complete' or 'r', not {mode!r}")
     rows = m if mode == "complete" else min(m, n)
     if rows == n:
         return apply("qr", (a,), errors, options)
@@ -261,7 +263,7 @@ def _qr(a, mode, errors, options):
 
 
 def qr(a, mode="reduced", *, errors="nan", **options):
-    """QR factors, R with a diagonal that is not negative. mode: "reduced", "complete", or "r" for R alone.
+    """QR factors, R with a diagonal that is not negative. mode: "reduced", "complete", or "r" for R alone; "raw" is NumPy's.
 
     >>> import kesl
     >>> Q, R = kesl.qr([[3, 0], [4, 5]])
@@ -269,6 +271,8 @@ def qr(a, mode="reduced", *, errors="nan", **options):
     array([[5., 4.],
            [0., 3.]])
     """
+    if mode not in ("reduced", "complete", "r"):
+        return np.linalg.qr(a, mode, **options)
     Q, R = _qr(a, mode, errors, options)
     return R if mode == "r" else QRResult(Q, R)
 
@@ -368,7 +372,7 @@ def eigh_ex(a, UPLO="L", **options):
 
 def _real(first, *others, options):
     """Real arrays if all eigenvalues are real. Arrays of others than NumPy, which may hold no values yet, stay complex."""
-    if "out" in options or not isinstance(first, np.ndarray) or (np.abs(first.imag) > 0).any():
+    if options.get("out") is not None or not isinstance(first, np.ndarray) or (np.abs(first.imag) > 0).any():
         return first, *others
     return [x.real.copy() if x.dtype.kind == "c" else x for x in (first, *others)]
 

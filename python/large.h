@@ -19,7 +19,8 @@ inline void large(const Row& row, const std::string& types, char** data, const n
             strides[1 + d] = *inner++;
         }
         const int flags = i < row.sources ? 0 : NPY_ARRAY_WRITEABLE;
-        PyObject* view = PyArray_New(&PyArray_Type, 1 + dimensions, shape, types[size_t(i)], strides, data[i], 0, flags, nullptr);
+        PyObject* view =
+            PyArray_New(&PyArray_Type, 1 + dimensions, shape, types[size_t(i)], strides, data[i], 0, flags, nullptr);
         if (view) PyTuple_SET_ITEM(views, i, view);
         else Py_CLEAR(views);
     }

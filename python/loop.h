@@ -103,5 +103,6 @@ template <auto Float, auto Double> Row row(const char* name, const char* signatu
 {
     using F = Loop<Float>;
     using D = Loop<Double>;
-    return {name, signature, doc, fails, F::sources, {F::types(), D::types()}, {F::plain, D::plain}, {F::ex, D::ex}, nullptr, nullptr};
+    return {name,           signature, doc,    fails, F::sources, {F::types(), D::types()}, {F::plain, D::plain},
+            {F::ex, D::ex}, nullptr,   nullptr};
 }

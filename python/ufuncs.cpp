@@ -32,7 +32,6 @@ Row rows[] = {
     row<kesl_cholesky_32f, kesl_cholesky_64f>("cholesky", "(n,n)->(n,n)", "Lower Cholesky factors."),
     row<kesl_qr_32f, kesl_qr_64f>("qr", "(m,n)->(m,n),(n,n)", "Reduced QR factors, for m >= n."),
     row<kesl_lstsq_32f, kesl_lstsq_64f>("lstsq", "(m,n),(m,k)->(n,k)", "Least squares, for m >= n."),
-    row<lstsqVector<float>, lstsqVector<double>>("lstsq_vector", "(m,n),(m)->(n)", "Least squares for one right side."),
     row<kesl_eigvalsh_32f, kesl_eigvalsh_64f>("eigvalsh", "(n,n)->(n)", "Eigenvalues of symmetric matrices."),
     row<kesl_eigh_32f, kesl_eigh_64f>("eigh", "(n,n)->(n),(n,n)", "Eigenvalues and vectors of symmetric matrices."),
     row<eigvals<float>, eigvals<double>>("eigvals", "(n,n)->(n)", "Eigenvalues."),
@@ -47,14 +46,12 @@ Row rows[] = {
 PyUFuncObject* add(PyObject* module, Row& row, bool ex)
 {
     const auto* name = new std::string(std::string(row.name) + (ex ? "_ex" : ""));
-    const auto* types = new std::string(ex ? row.types[0] + row.types[1]
-                                           : row.types[0].substr(0, row.types[0].size() - 1) +
-                                                 row.types[1].substr(0, row.types[1].size() - 1));
-    auto** data = new void*[2]{&row, &row};
-    const int operands = int(types->size()) / 2;
+    const size_t operands = row.types[0].size() - !ex; // the last type is that of the infos
+    const auto* types = new std::string(row.types[0].substr(0, operands) + row.types[1].substr(0, operands));
+    auto* data = new void* [] { &row, &row };
     PyObject* ufunc = PyUFunc_FromFuncAndDataAndSignature(
-        ex ? row.ex : row.plain, data, const_cast<char*>(types->data()), 2, row.sources, operands - row.sources, PyUFunc_None,
-        name->c_str(), row.doc, 0, (std::string(row.signature) + (ex ? ",()" : "")).c_str());
+        ex ? row.ex : row.plain, data, const_cast<char*>(types->data()), 2, row.sources, int(operands) - row.sources,
+        PyUFunc_None, name->c_str(), row.doc, 0, (std::string(row.signature) + (ex ? ",()" : "")).c_str());
     if (ufunc && PyModule_AddObjectRef(module, name->c_str(), ufunc) < 0) Py_CLEAR(ufunc);
     return reinterpret_cast<PyUFuncObject*>(ufunc);
 }

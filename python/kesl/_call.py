@@ -91,7 +91,6 @@ _reasons = { # what a positive info means
     "solve_vector": "singular: pivot {} is zero",
     "cholesky": "not positive definite: leading minor {}",
     "lstsq": "dependent columns: {} on those before",
-    "lstsq_vector": "dependent columns: {} on those before",
 }
 
 

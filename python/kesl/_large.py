@@ -62,7 +62,6 @@ _functions = {
     "cholesky": (linalg.cholesky, 1, np.tril),
     "qr": (_qr, 2, np.asarray),
     "lstsq": (_lstsq, 1, np.asarray),
-    "lstsq_vector": (_lstsq, 1, np.asarray),
     "eigvalsh": (linalg.eigvalsh, 1, np.tril),
     "eigh": (_eigh, 2, np.tril),
     "eigvals": (linalg.eigvals, 1, np.asarray),

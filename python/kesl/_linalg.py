@@ -11,7 +11,8 @@ __all__ = [
     "ExResult", "EigExResult", "EighExResult", "QRExResult", "SVDExResult", "LstsqExResult",
     "matmul", "matvec", "vecmat", "vecdot", "cross", "norm", "trace",
     "det", "inv", "solve", "cholesky", "qr", "lstsq", "eigvalsh", "eigh", "eigvals", "eig", "svdvals", "svd",
-    "det_ex", "inv_ex", "solve_ex", "cholesky_ex", "qr_ex", "lstsq_ex", "eigvalsh_ex", "eigh_ex", "eigvals_ex", "eig_ex", "svdvals_ex", "svd_ex",
+    "det_ex", "inv_ex", "solve_ex", "cholesky_ex", "qr_ex", "lstsq_ex",
+    "eigvalsh_ex", "eigh_ex", "eigvals_ex", "eig_ex", "svdvals_ex", "svd_ex",
 ]
 
 EigResult = namedtuple("EigResult", "eigenvalues eigenvectors")

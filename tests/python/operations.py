@@ -1,4 +1,6 @@
 """kesl's functions: random sources for each, and what its results must satisfy. All matrices are well conditioned."""
+import functools
+
 import kesl
 import numpy as np
 
@@ -124,7 +126,7 @@ operations = {
     "vecmat": (kesl.vecmat, (vectors, general), as_numpy(lambda x, a: np.einsum("...i,...ij", x, a)), (1, 2)),
     "vecdot": (kesl.vecdot, (vectors, vectors), as_numpy(lambda a, b: np.einsum("...i,...i", a, b)), (1, 1)),
     "cross": (kesl.cross, (triples, triples), as_numpy(np.cross), (1, 1)),
-    "norm": (lambda a, **options: kesl.norm(a, axis=-1, **options), (vectors,), as_numpy(lambda a: np.sqrt((a * a).sum(-1))), (1,)),
+    "norm": (functools.partial(kesl.norm, axis=-1), (vectors,), as_numpy(lambda a: np.sqrt((a * a).sum(-1))), (1,)),
     "trace": (kesl.trace, (general,), as_numpy(lambda a: np.trace(a, 0, -2, -1)), (2,)),
     "det": (kesl.det, (near_identity,), as_numpy(np.linalg.det), (2,)),
     "inv": (kesl.inv, (regular,), as_numpy(np.linalg.inv), (2,)),
@@ -136,7 +138,7 @@ operations = {
     "eigvals": (kesl.eigvals, (general,), is_eigvals, (2,)),
     "eig": (kesl.eig, (general,), is_eig, (2,)),
     "svdvals": (kesl.svdvals, (matrices,), as_numpy(lambda a: np.linalg.svd(a, compute_uv=False)), (2,)),
-    "svd": (lambda a, **options: kesl.svd(a, full_matrices=False, **options), (matrices,), is_svd, (2,)),
+    "svd": (functools.partial(kesl.svd, full_matrices=False), (matrices,), is_svd, (2,)),
 }
 
 

@@ -178,7 +178,7 @@ def test_reasons():
             call()
     with pytest.raises(LinAlgError, match="^not positive definite: leading minor 2$"):
         kesl.cholesky(singular[1], errors="raise")
-    with pytest.raises(LinAlgError, match=r"^12 of 12 objects failed: \[0, 0\] .*, \[0, 4\] \(singular: pivot 1 is zero\), \.\.\.$"):
+    with pytest.raises(LinAlgError, match=r"^12 of 12 objects failed: \[0, 0\] .*, \[0, 4\] \(.* pivot 1 is zero\), \.\.\.$"):
         kesl.inv(np.zeros((2, 6, 2, 2)), errors="raise")
     assert kesl.inv_ex(singular).info.tolist() == [0, 2] and kesl.cholesky_ex(-singular).info.tolist() == [1, 1]
     assert kesl.det(singular[1], errors="raise") == 0
@@ -387,7 +387,8 @@ def test_the_short_way_is_the_long_way():
     seen = 0
     for name, dtype, loop in itertools.product(names, "fd", [(), (1,), (6,), (0,)]):
         ufunc = getattr(_ufuncs, {"svd": "svd_n", "svdvals": "svdvals_n"}.get(name, name))
-        for given in (sources(name, rng, loop, 3, 3, dtype), [x[::-1] if loop else x for x in sources(name, rng, loop, 3, 3, dtype)]):
+        straight = sources(name, rng, loop, 3, 3, dtype)
+        for given in (straight, [x[::-1] if loop else x for x in straight]):
             short, long = _ufuncs.quick(ufunc, *given), ufunc(*given)
             assert short is not NotImplemented
             for x, y in zip(short if isinstance(short, tuple) else [short], long if isinstance(long, tuple) else [long]):
@@ -395,7 +396,8 @@ def test_the_short_way_is_the_long_way():
                 seen += 1
     assert seen > 200
     eye = np.eye(3)
-    for given in ([eye.astype(">f8")], [eye.astype(int)], [np.matrix(eye)], [eye.tolist()], [eye[:2]], [eye, eye], [], [eye[None, None]]):
+    other_types = [eye.astype(">f8")], [eye.astype(int)], [np.matrix(eye)], [eye.tolist()]
+    for given in (*other_types, [eye[:2]], [eye, eye], [], [eye[None, None]]):
         assert _ufuncs.quick(_ufuncs.inv, *given) is NotImplemented
     assert _ufuncs.quick(None, eye) is NotImplemented
     assert _ufuncs.quick(_ufuncs.solve, eye, eye.astype("f")) is NotImplemented

@@ -8,7 +8,7 @@
 
 Every object of a stack is done. Those that fail are NaN; errors="raise" makes it a LinAlgError, and the functions whose names end
 in _ex return infos: 0, or why an object failed. Keywords of NumPy's ufuncs, such as out, where, dtype and axes, are taken by all
-functions.
+functions but lstsq.
 """
 import sys as _sys
 

@@ -21,15 +21,14 @@ if wrong:
 
 if not sys.argv[1:]:
     columns = [(dtype, n) for dtype in "fd" for n in (3, 6)]
-    rows, all_ = [], len(work) * len(columns)
-    threads = kesl.get_threads()
+    rows: list[str] = []
     kesl.set_threads(1)
     for name in work:
         cells = []
         for dtype, n in columns:
             ours, theirs = times(name, 1000, n, dtype, 0.02)
             cells.append(f"{theirs / ours:9.3g}")
-            progress(len(rows) * len(columns) + len(cells), all_, name)
+            progress(len(rows) * len(columns) + len(cells), len(work) * len(columns), name)
         rows.append(f"{name:10}" + "".join(cells))
     kesl.set_threads(0)
     print("\nTime of NumPy / time of kesl, stacks of 1,000, one thread:\n")

@@ -1,17 +1,18 @@
 #!/usr/bin/env python3
 """Compiles and runs the code in the pages, and follows their links.
 
-check.py ROOT WORK CC CXX FC LIBRARY...
+check.py ROOT WORK CC CXX FC PYTHON LIBRARY...
 
 Pages are README.md, CONTRIBUTING.md, CHANGELOG.md, docs/*.md and the README of each directory; code is what stands in blocks ```c,
 ```cpp and, if the command FC is not empty, ```fortran, and under EXAMPLES in the first comment of include/keslmx.h. A block with a
 main is a program and must return 0. Any other is compiled as it is, or, behind a comment <!-- in: PARAMETERS -->, as the body of a
-function with these parameters or, in Fortran, declarations. What is a source file beside its page is left to the build.
+function with these parameters or, in Fortran, declarations. What is a source file beside its page is left to the build. Blocks
+```python are programs, too, and run with the packages in the directory PYTHON if that is not empty.
 Links and pictures of a page must lead to files.
 """
 import glob, os, re, subprocess, sys
 
-root, work, cc, cxx, fc, *libraries = sys.argv[1:]
+root, work, cc, cxx, fc, python, *libraries = sys.argv[1:]
 os.makedirs(work, exist_ok=True)
 faults = []
 
@@ -36,9 +37,19 @@ def compiled(name, language, code):
             return
 
 
+def interpreted(name, code):
+    done = subprocess.run([sys.executable, "-B", "-c", code], cwd=work, env=os.environ | {"PYTHONPATH": python},
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+    if done.returncode:
+        faults.append(f"{name}: python returns {done.returncode}\n{done.stdout}")
+
+
 def page(path):
     text = open(os.path.join(root, path)).read()
     name = path.replace("/", "_").replace(".md", "")
+    programs = re.findall(r"^```python\n(.*?)^```", text, re.M | re.S)
+    for number, code in enumerate(programs if python else [], 1):
+        interpreted(f"{name}_python_{number}", code)
     blocks = re.findall(r"(?:<!-- in: (.*?) -->\n)?^```(c|cpp|fortran)\n(.*?)^```", text, re.M | re.S)
     beside = [open(file).read() for file in glob.glob(os.path.join(root, os.path.dirname(path), "*.[cf]*"))]
     for number, (parameters, language, code) in enumerate(blocks, 1):
@@ -58,7 +69,7 @@ def page(path):
     for link in re.findall(r"\]\(([^)#]+)[^)]*\)", prose):
         if not re.match(r"https?:", link) and not os.path.exists(os.path.join(root, os.path.dirname(path), link)):
             faults.append(f"{path}: no such file: {link}")
-    return len(blocks)
+    return len(blocks) + len(programs)
 
 
 def header():

@@ -8,7 +8,7 @@ Pages are README.md, CONTRIBUTING.md, CHANGELOG.md, docs/*.md and the README of 
 main is a program and must return 0. Any other is compiled as it is, or, behind a comment <!-- in: PARAMETERS -->, as the body of a
 function with these parameters or, in Fortran, declarations. What is a source file beside its page is left to the build. Blocks
 ```python are programs, too, and run with the packages in the directory PYTHON if that is not empty.
-Links and pictures of a page must lead to files.
+Links and pictures of a page must lead to files, and to headings that they have.
 """
 import glob, os, re, subprocess, sys
 
@@ -44,6 +44,12 @@ def interpreted(name, code):
         faults.append(f"{name}: python returns {done.returncode}\n{done.stdout}")
 
 
+def anchors(path):
+    """What links to the headings of a page call them."""
+    text = re.sub(r"^```.*?^```", "", open(path).read(), flags=re.M | re.S)
+    return {re.sub(r"[^\w -]", "", heading.lower()).replace(" ", "-") for heading in re.findall(r"^#+ (.*)$", text, re.M)}
+
+
 def page(path):
     text = open(os.path.join(root, path)).read()
     name = path.replace("/", "_").replace(".md", "")
@@ -66,9 +72,14 @@ def page(path):
             code = f"#include <kesl.h>\n#include <keslmx.h>\n{function};\n{function}\n{{\n{code}}}\n"
         compiled(f"{name}_{number}", language, code)
     prose = re.sub(r"^```.*?^```|^ {4}.*?$|`[^`]*`", "", text, flags=re.M | re.S)
-    for link in re.findall(r"\]\(([^)#]+)[^)]*\)", prose):
-        if not re.match(r"https?:", link) and not os.path.exists(os.path.join(root, os.path.dirname(path), link)):
+    for link, name in re.findall(r"\]\(([^)#]*)#?([^)]*)\)", prose):
+        target = os.path.join(root, os.path.dirname(path), link) if link else os.path.join(root, path)
+        if re.match(r"https?:", link):
+            continue
+        if not os.path.exists(target):
             faults.append(f"{path}: no such file: {link}")
+        elif name and name not in anchors(target):
+            faults.append(f"{path}: no such heading: {link}#{name}")
     return len(blocks) + len(programs)
 
 

@@ -9,7 +9,7 @@
 namespace kesl {
 
 // ---- The family.
-template <class Op> struct SumOfMatrices {
+template <class Op> struct SumOfMatrices : ElementByElement {
     static constexpr Threshold threshold = setA;
 
     template <class T, Form F, class Count = One>

@@ -12,7 +12,7 @@
 namespace kesl {
 
 // ---- The family. Each member has its own measure of work.
-template <class Op> struct SumOfVectors {
+template <class Op> struct SumOfVectors : ElementByElement {
     static constexpr Threshold threshold = setV;
 
     template <class T, Form F, class Count = One>
@@ -23,7 +23,7 @@ template <class Op> struct SumOfVectors {
     }
 };
 // With a constant by value, which is the last argument.
-template <class Op> struct SumWithConstant {
+template <class Op> struct SumWithConstant : ElementByElement {
     static constexpr Threshold threshold = setV;
 
     template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size len, c<T> val)

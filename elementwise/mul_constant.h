@@ -9,7 +9,7 @@
 namespace kesl {
 
 // ---- The family. A constant by value is the last argument.
-struct ScaledMatrix {
+struct ScaledMatrix : ElementByElement {
     template <class T, Form F>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size width, Size height, c<T> val)
     {
@@ -25,7 +25,7 @@ struct ScaledMatrix {
     static constexpr Threshold threshold = setK;
     static unsigned measure(unsigned width, unsigned height, unsigned count) { return 2 * width * height * count; }
 };
-struct ScaledVector {
+struct ScaledVector : ElementByElement {
     template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size len, c<T> val)
     {
         map(One{}, len, One{}, Times{}, dst, src, val);
@@ -39,7 +39,7 @@ struct ScaledVector {
     }
 };
 // A constant for each object.
-struct ScaledVectors {
+struct ScaledVectors : ElementByElement {
     static constexpr Threshold threshold = setB1;
 
     template <class T, Form F>

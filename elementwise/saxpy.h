@@ -9,7 +9,7 @@
 namespace kesl {
 
 // ---- The families. The constants are the last arguments.
-struct Saxpy {
+struct Saxpy : ElementByElement {
     static constexpr Threshold threshold = Threshold::everywhere(40001);
 
     template <class T, Form F>
@@ -25,7 +25,7 @@ struct Saxpy {
         return keslStatusOk;
     }
 };
-struct LComb {
+struct LComb : ElementByElement {
     static constexpr Threshold threshold = setW;
 
     template <class T, Form F>

@@ -38,7 +38,7 @@ template <class T> struct Array {
         : shift(o.shift), stride0(o.stride0), stride1(o.stride1), stride2(o.stride2), width(columns), cells(F == P)
     {
         const std::int64_t row = columns * std::int64_t(sizeof(T));
-        if constexpr (o.lists) list = o.p;
+        if constexpr (Operand<T, kind, isArray, F>::lists) list = o.p;
         else first = o.p;
         if (F == P || !o.rowsAreContiguous()) lie = !inL(F) && stride0 == int(sizeof(T)) ? Lie::sideBySide : Lie::apart;
         else if (kind == Kind::vector) lie = !inL(F) && stride0 == row ? Lie::run : Lie::record;
@@ -107,6 +107,21 @@ template <class T, class... Rest>
     return withViews(k, f, a, rest...);
 }
 
+// body(k, views of object k of each array) until one fails; how they lie is found out once.
+template <class... T> [[gnu::always_inline]] inline KeslStatus eachView(int count, auto body, const Array<T>&... arrays)
+{
+    const auto by = [&](auto view) KESL_INLINE {
+        return eachObject(count, [&](int k) KESL_INLINE { return body(k, view(k, arrays)...); });
+    };
+    if ((arrays.cells || ...))
+        return by([]<class X>(int k, const Array<X>& o) KESL_INLINE {
+            return Scattered<X>{o.list, o.shift + k * o.stride0, o.width};
+        });
+    if (((arrays.stride2 == int(sizeof(T))) && ...))
+        return by([]<class X>(int k, const Array<X>& o) KESL_INLINE { return Rows<X>{o.object(k), o.stride1}; });
+    return by([]<class X>(int k, const Array<X>& o) KESL_INLINE { return Grid<X>{o.object(k), o.stride1, o.stride2}; });
+}
+
 // As in objects.h.
 template <class T> bool areGiven(const InPacks<T>& src, int first, int objects)
 {
@@ -117,33 +132,45 @@ template <class T> bool areGiven(const InPacks<T>& src, int first, int objects)
 }
 
 // ---- Elements apart.
-template <class V, class T> [[gnu::always_inline]] inline V loadApart(const Array<T>& src, int first, int i, int j)
+
+// f(p, i, j) for the elements of a block, of a lower triangle those not above the diagonal: p is the place of element (i, j) in
+// object `first`, or what yields it in the objects of a pack.
+template <class T> [[gnu::always_inline]] inline void eachApart(const Array<T>& a, int first, int height, auto width, auto f)
 {
-    if (!src.cells && src.list)
-        return gathered<V>(Listed<T>{src.list + first, src.shift + i * src.stride1 + j * src.stride2});
-    T* const p = src.element(first, i, j);
-    return src.lie == Lie::sideBySide ? loadPack<V>(p) : gathered<V>(Spaced<T>{p, src.stride0});
+    const std::int64_t along = a.shift + first * a.stride0;
+    const auto each = [&](auto placeOf) KESL_INLINE {
+        for (int i = 0; i < height; ++i)
+            for (int j = 0; j < width(i); ++j) f(placeOf(i, j), i, j);
+    };
+    if (!a.cells && a.list) {
+        const auto listed = [&](int i, int j) { return Listed<T>{a.list + first, a.shift + i * a.stride1 + j * a.stride2}; };
+        return each(listed);
+    }
+    const auto in = [&](auto place) KESL_INLINE {
+        if (a.lie == Lie::sideBySide) each(place);
+        else each([&](int i, int j) { return Spaced<T>{place(i, j), a.stride0}; });
+    };
+    if (a.cells) in([&](int i, int j) { return moved(a.list[std::int64_t(i) * a.width + j], along); });
+    else in([&](int i, int j) { return moved(a.first, along + i * a.stride1 + j * a.stride2); });
 }
-template <class V, class T> [[gnu::always_inline]] inline void storeApart(const Array<T>& dst, int first, int i, int j, V x)
+template <class V> V loadApart(const ElementOf<V>* p) { return loadPack<V>(p); }
+template <class V> [[gnu::always_inline]] inline V loadApart(auto at) { return gathered<V>(at); }
+template <class V> void storeApart(ElementOf<V>* p, V x) { storePack<V>(p, x); }
+template <class V> [[gnu::always_inline]] inline void storeApart(auto at, V x) { scatter(at, x); }
+
+template <class V> [[gnu::noinline]] void loadRowsApart(const Array<const ElementOf<V>>& src, int first, V* x, int height,
+                                                        int width, bool lower)
 {
-    if (!dst.cells && dst.list)
-        return scatter(Listed<T>{dst.list + first, dst.shift + i * dst.stride1 + j * dst.stride2}, x);
-    T* const p = dst.element(first, i, j);
-    if (dst.lie == Lie::sideBySide) storePack<V>(p, x);
-    else scatter(Spaced<T>{p, dst.stride0}, x);
+    eachApart(
+        src, first, height, [=](int i) { return lower ? i + 1 : width; },
+        [=](auto p, int i, int j) KESL_INLINE { x[i * width + j] = loadApart<V>(p); });
 }
-// The rows of a block; of a lower triangle what is not above the diagonal.
-template <class V>
-[[gnu::noinline]] void loadRowsApart(Array<const ElementOf<V>> src, int first, V* x, int height, int width, bool lower)
+template <class V> [[gnu::noinline]] void storeRowsApart(const Array<ElementOf<V>>& dst, int first, const V* x, int height,
+                                                         int width, bool lower)
 {
-    for (int i = 0; i < height; ++i)
-        for (int j = 0; j < (lower ? i + 1 : width); ++j) x[i * width + j] = loadApart<V>(src, first, i, j);
-}
-template <class V>
-[[gnu::noinline]] void storeRowsApart(Array<ElementOf<V>> dst, int first, const V* x, int height, int width, bool lower)
-{
-    for (int i = 0; i < height; ++i)
-        for (int j = 0; j < (lower ? i + 1 : width); ++j) storeApart(dst, first, i, j, x[i * width + j]);
+    eachApart(
+        dst, first, height, [=](int i) { return lower ? i + 1 : width; },
+        [=](auto p, int i, int j) KESL_INLINE { storeApart<V>(p, x[i * width + j]); });
 }
 
 // ---- Blocks, or their lower triangles.
@@ -267,6 +294,50 @@ template <bool lower = false, class V, int height, int width>
     else storeLong<lower>(dst, k.first, x);
 }
 
+// ---- Vectors of n elements for bodies so short that they should not ask for each pack how its objects lie.
+template <int n, class T> struct VectorRun {
+    T* p;
+    T* operator()(int k) const { return p + std::int64_t(k) * n; }
+};
+template <int n, class T> struct VectorsSideBySide {
+    T* p[n];
+    explicit VectorsSideBySide(const Array<T>& a)
+    {
+        for (int i = 0; i < n; ++i) p[i] = a.element(0, 0, i);
+    }
+};
+template <class V, int n>
+[[gnu::always_inline]] inline void load(const VectorRun<n, const ElementOf<V>>& src, Objects<V> k, Block<V, 1, n>& x)
+{
+    if constexpr (lanes<V> == 1) eachElement<1, n>([&](int, int i) KESL_INLINE { x(0, i) = src(k.first)[i]; });
+    else loadTable<n>(src(k.first), x.e[0]);
+}
+template <class V, int n>
+[[gnu::always_inline]] inline void store(const VectorRun<n, ElementOf<V>>& dst, Objects<V> k, const Block<V, 1, n>& x)
+{
+    if constexpr (lanes<V> == 1) eachElement<1, n>([&](int, int i) KESL_INLINE { dst(k.first)[i] = x(0, i); });
+    else storeTable<n>(dst(k.first), x.e[0]);
+}
+template <class V, int n>
+[[gnu::always_inline]] inline void load(const VectorsSideBySide<n, const ElementOf<V>>& src, Objects<V> k, Block<V, 1, n>& x)
+{
+    eachElement<1, n>([&](int, int i) KESL_INLINE { x(0, i) = loadPack<V>(src.p[i] + k.first); });
+}
+template <class V, int n> [[gnu::always_inline]] inline void store(const VectorsSideBySide<n, ElementOf<V>>& dst,
+                                                                   Objects<V> k, const Block<V, 1, n>& x)
+{
+    eachElement<1, n>([&](int, int i) KESL_INLINE { storePack<V>(dst.p[i] + k.first, x(0, i)); });
+}
+// f(src, dst) with what load and store take.
+template <int n, class T>
+[[gnu::always_inline]] inline void withVectors(int count, auto f, const Array<const T>& src, const Array<T>& dst)
+{
+    const auto both = [&](Lie lie) { return src.lie == lie && dst.lie == lie; };
+    if (both(Lie::run)) f(VectorRun<n, const T>{src.first}, VectorRun<n, T>{dst.first});
+    else if (both(Lie::sideBySide)) f(VectorsSideBySide<n, const T>(src), VectorsSideBySide<n, T>(dst));
+    else f(InPacks(src, count), InPacks(dst, count));
+}
+
 // ---- Blocks and vectors with the number of rows, or of elements, as it comes.
 template <class V, int width>
 [[gnu::noinline]] void loadTall(const InPacks<const ElementOf<V>>& src, int first, V* x, int rows)
@@ -299,8 +370,8 @@ template <class V> [[gnu::noinline]] void loadVector(const InPacks<const Element
     how template void loadLong<lower, V, n, n>(const InPacks<const ElementOf<V>>&, int, Block<V, n, n>&);               \
     how template void storeLong<lower, V, n, n>(const InPacks<ElementOf<V>>&, int, const Block<V, n, n>&);
 #define KESL_PACK_FUNCTIONS(how, V)                                                                                 \
-    how template void loadRowsApart<V>(Array<const ElementOf<V>>, int, V*, int, int, bool);                           \
-    how template void storeRowsApart<V>(Array<ElementOf<V>>, int, const V*, int, int, bool);                          \
+    how template void loadRowsApart<V>(const Array<const ElementOf<V>>&, int, V*, int, int, bool);                    \
+    how template void storeRowsApart<V>(const Array<ElementOf<V>>&, int, const V*, int, int, bool);                   \
     how template void loadVector<V>(const InPacks<const ElementOf<V>>&, int, V*, int);                                  \
     KESL_WIDTH_FUNCTIONS(how, V, 3) KESL_WIDTH_FUNCTIONS(how, V, 4)                                                   \
     KESL_WIDTH_FUNCTIONS(how, V, 5) KESL_WIDTH_FUNCTIONS(how, V, 6)                                                   \

@@ -27,6 +27,10 @@ template <Form F, class... Args> inline KeslStatus serially(auto kernel, auto ge
     else return (args.rowsAreContiguous() && ...) ? call < F == S2 ? S : L > (kernel, args...) : call<F>(general, args...);
 }
 
+// A base of families whose operations are just those of their elements, as one would write them. They may raise what these
+// raise; to write the control word would take longer than their shortest calls.
+struct ElementByElement {};
+
 // The body of an exported function.
 template <class Member, class T, class Kernel, class General, class Wrapper, class... Args>
 [[gnu::always_inline]] inline KeslStatus enter(Kernel kernel, General general, Wrapper wrapper, const Args&... args)
@@ -34,7 +38,8 @@ template <class Member, class T, class Kernel, class General, class Wrapper, cla
     constexpr Form F = std::max({Args::form...});
     constexpr Checks checks = checksOf<Member, T, Args...>();
     if (const KeslStatus status = checkAll<Member, checks.of(F)>(args...)) return status;
-    const QuietArithmetic quiet;
+    constexpr bool plain = std::is_base_of_v<ElementByElement, Member>;
+    [[maybe_unused]] const std::conditional_t<plain, std::tuple<>, QuietArithmetic> arithmetic{};
     if constexpr (requires { Member::template first<T>(args...); })
         if (const std::optional<KeslStatus> done = Member::template first<T>(args...)) return *done;
     if constexpr (!std::is_same_v<Wrapper, Serial>) {

@@ -154,10 +154,15 @@ KESL_ONCE void mapApart(auto height, int width, int count, auto f, const auto& d
 }
 
 // ---- An operand as these loops take it: by the addresses of its objects, ...
+template <class T> struct Alone {
+    T* p;
+    T* operator()(int) const { return p; }
+};
 template <class O> auto atOf(const O& o)
 {
     using T = std::remove_pointer_t<decltype(o.address(0))>;
-    if constexpr (O::isArray && inL(O::form)) return Listed<T>{o.p, o.shift};
+    if constexpr (!O::isArray) return Alone<T>{o.p};
+    else if constexpr (inL(O::form)) return Listed<T>{o.p, o.shift};
     else return Spaced<T>{o.p, o.stride0};
 }
 template <class O> auto recordsOf(const O& o)

@@ -45,10 +45,6 @@ template <class View> struct Transposed {
 };
 template <class View> Transposed(View) -> Transposed<View>;
 
-// What serves contiguous rows as well.
-template <class T> Grid<T> general(Rows<T> rows) { return {rows.p, rows.stride1, sizeof(T)}; }
-template <class View> View general(View view) { return view; }
-
 // The same value at each element.
 template <class T> struct Same {
     T x;

@@ -57,7 +57,7 @@ struct MatrixTimesVectorPlusVector {
                         tallProduct<false, ahead, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count, plusRows<n>(y));
                         return KeslStatus(keslStatusOk);
                     }
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) {
+                return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
                     store(dst, k, plus(timesVector<false, ahead>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
                     return KeslStatus(keslStatusOk);
                 });

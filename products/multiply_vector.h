@@ -43,7 +43,7 @@ struct MatrixTimesVector {
                         if (isRecord(a, n, n) && isRunOf(dst, n)) begin = fourObjects<fromZero, T>(a, x, dst, count);
                     withRuns<n>(
                         [&](auto from, auto to) {
-                            const auto rest = [&]<class V>(Objects<V> k) {
+                            const auto rest = [&]<class V>(Objects<V> k) KESL_INLINE {
                                 k.first += begin;
                                 store(to, k, timesVector<fromZero, 0>(load<n, n>(a, k), load<1, n>(from, k)));
                                 return KeslStatus(keslStatusOk);

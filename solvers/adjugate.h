@@ -159,7 +159,7 @@ template <class T> struct Elimination {
 };
 
 // src and dst are views of order n; the buffer holds n * n elements and, behind them, n row numbers.
-template <class T> [[gnu::noinline]] KeslStatus invertCommon(auto src, T* buffer, auto dst, int n)
+template <class T> [[gnu::noinline]] KeslStatus invertCommon(const auto& src, T* buffer, const auto& dst, int n)
 {
     const T threshold = singularBelow<T>(n); // that of the whole matrix, for its minors too
     int* const p = reinterpret_cast<int*>(buffer + std::int64_t(n) * n);

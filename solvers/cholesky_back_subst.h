@@ -39,13 +39,13 @@ template <int n, class V> [[gnu::always_inline]] inline void choleskySolveBlock(
     const auto at = [&](int i) KESL_INLINE -> V& { return b(0, i); };
     choleskySolve<V>(l, at, at, Fixed<n>{});
 }
-// Orders 5 and 6 are long, and single objects many: one copy serves all kernels.
+// Orders 5 and 6 are long: one copy serves all kernels.
 template <int n, class V> [[gnu::noinline]] void choleskySolveLong(const Block<V, n, n>& l, Block<V, 1, n>& b)
 {
     choleskySolveBlock<n>(l, b);
 }
 
-template <class T> [[gnu::noinline]] void choleskySolveCommon(auto l, auto b, auto dst, int n)
+template <class T> [[gnu::noinline]] void choleskySolveCommon(const auto& l, const auto& b, const auto& dst, int n)
 {
     choleskySolve<T>(
         l, [&](int i) { return b(0, i); }, [&](int i) -> T& { return dst(0, i); }, n);
@@ -57,24 +57,27 @@ struct CholeskyBackSubst {
     template <class T, int n, bool forAll> [[gnu::noinline]] static void
     fixed(const Array<const T>& matrices, const Array<const T>& from, const Array<T>& to, int count)
     {
-        const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
-        const InPacks dst(to, count);
+        const InPacks matrix(matrices, forAll ? 1 : count);
         Block<T, n, n> one;
         if constexpr (forAll) load<true>(matrix, Objects<T>{0}, one);
-        eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-            Block<V, 1, n> b;
-            if constexpr (forAll) {
-                load(src, k, b);
-                choleskySolveBlock<n>(one, b);
-            } else {
-                Block<V, n, n> l;
-                load<true>(matrix, k, l);
-                load(src, k, b);
-                if constexpr (n < 5 && lanes<V> > 1) choleskySolveBlock<n>(l, b);
-                else choleskySolveLong<n>(l, b);
-            }
-            store(dst, k, b);
-        });
+        const auto solve = [&](const auto& src, const auto& dst) KESL_INLINE {
+            eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                Block<V, 1, n> b;
+                if constexpr (forAll) {
+                    load(src, k, b);
+                    choleskySolveBlock<n>(one, b);
+                } else {
+                    Block<V, n, n> l;
+                    load<true>(matrix, k, l);
+                    load(src, k, b);
+                    if constexpr (n < 5 && lanes<V> > 1) choleskySolveBlock<n>(l, b);
+                    else choleskySolveLong<n>(l, b);
+                }
+                store(dst, k, b);
+            });
+        };
+        if constexpr (forAll) withVectors<n>(count, solve, from, to);
+        else solve(InPacks(from, count), InPacks(to, count));
     }
     template <class T, bool forAll> [[gnu::noinline]] static void
     all(const Array<const T>& matrix, const Array<const T>& src, const Array<T>& dst, int order, int count)
@@ -82,9 +85,9 @@ struct CholeskyBackSubst {
         withOrder(order, [&](auto n) {
             if constexpr (n > 0) fixed<T, n, forAll>(matrix, src, dst, count);
             else
-                for (int k = 0; k < count; ++k)
-                    withRowViews(
-                        k, [&](auto l, auto b, auto x) { choleskySolveCommon<T>(l, b, x, order); }, matrix, src, dst);
+                eachView(
+                    count, [&](int, const auto& l, const auto& b, const auto& x) { choleskySolveCommon<T>(l, b, x, order); },
+                    matrix, src, dst);
         });
     }
 
@@ -101,7 +104,7 @@ struct CholeskyBackSubst {
             if constexpr (n == 0) choleskySolveCommon<T>(matrix, src2.object(0, 1, order), dst.object(0, 1, order), order);
             else {
                 auto b = load<1, n>(src2, Objects<T>{0});
-                choleskySolveLong<n>(lowerOf<T, n>(matrix), b);
+                choleskySolveBlock<n>(lowerOf<T, n>(matrix), b);
                 store(dst, Objects<T>{0}, b);
             }
         });

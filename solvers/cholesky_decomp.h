@@ -25,7 +25,7 @@ template <class V> requires(lanes<V> > 1) [[gnu::always_inline]] inline V recipr
 // A row of the factor l depends on those above it. The elements left of the diagonal are written before it is tested. The
 // comparison must hold to reject: a NaN passes.
 template <class T>
-[[gnu::always_inline]] inline KeslStatus choleskyRows(const auto& src, auto& l, auto dst, auto n, T bound, auto root)
+[[gnu::always_inline]] inline KeslStatus choleskyRows(const auto& src, auto& l, const auto& dst, auto n, T bound, auto root)
 {
     for (int i = 0; i < n; ++i) {
         for (int j = 0; j < i; ++j) {
@@ -40,12 +40,13 @@ template <class T>
     }
     return keslStatusOk;
 }
-// The lower triangle is in l, and becomes the factor as it is written.
-template <class T, int n> [[gnu::noinline]] KeslStatus choleskyOne(Block<T, n, n>& l, auto dst, T bound)
+template <class T, int n> [[gnu::noinline]] KeslStatus choleskyOne(const auto& src, const auto& dst, T bound)
 {
-    return choleskyRows<T>(l, l, dst, Fixed<n>{}, bound, [](T d) { return reciprocalRoot(d); });
+    Block<T, n, n> l;
+    return choleskyRows<T>(src, l, dst, Fixed<n>{}, bound, [](T d) { return reciprocalRoot(d); });
 }
-template <class T> [[gnu::noinline]] KeslStatus choleskyCommon(auto src, auto dst, int n, T bound, bool rootNarrowed)
+template <class T>
+[[gnu::noinline]] KeslStatus choleskyCommon(const auto& src, const auto& dst, int n, T bound, bool rootNarrowed)
 {
     return choleskyRows<T>(src, dst, dst, n, bound, [=](T d) { return rootNarrowed ? 1 / sqrt(d) : reciprocalRoot(d); });
 }
@@ -96,12 +97,12 @@ struct CholeskyDecomp {
         const InPacks src(from, count);
         const InPacks dst(to, count);
         return eachPack<T>(count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
-            Block<V, n, n> l;
-            load<true>(src, k, l);
             if constexpr (lanes<V> == 1)
                 return withViews(
-                    k.first, [&](auto object) { return choleskyOne(l, object, limit); }, dst);
+                    k.first, [&](auto a, auto l) { return choleskyOne<T, n>(a, l, limit); }, src, dst);
             else {
+                Block<V, n, n> l;
+                load<true>(src, k, l);
                 if (!(n < 5 ? choleskyPack<n>(l, limit) : choleskyLong<n>(l, limit))) return keslStatusNotPositiveDefinite;
                 store<true>(dst, k, l);
                 return keslStatusOk;
@@ -115,11 +116,12 @@ struct CholeskyDecomp {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, dst, count, limit);
             else
-                return eachObject(count, [&](int k) {
-                    return withRowViews(
-                        k, [&](auto from, auto to) { return choleskyCommon<T>(from, to, order, limit, src.cells); }, src,
-                        dst);
-                });
+                return eachView(
+                    count,
+                    [&](int, const auto& from, const auto& to) {
+                        return choleskyCommon<T>(from, to, order, limit, src.cells);
+                    },
+                    src, dst);
         });
     }
 
@@ -133,10 +135,7 @@ struct CholeskyDecomp {
         const T limit = bound<T, F, false>(order);
         return withOrder(order, [&](auto n) {
             if constexpr (n == 0) return choleskyCommon<T>(src.object(0, order, order), to, order, limit, F == P);
-            else {
-                auto l = lowerOf<T, n>(src.object(0, n, n));
-                return choleskyOne(l, general(to), limit);
-            }
+            else return choleskyOne<T, n>(src.object(0, n, n), to, limit);
         });
     }
 };

@@ -43,7 +43,7 @@ template <int n, class V> [[gnu::noinline]] V detLong(const Block<V, n, n>& a) {
 // ---- Other orders, by Gaussian elimination with partial pivoting through a table of rows. The buffer holds the matrix and,
 // behind it, the table. A singular matrix is no failure: alone it has the determinant 0; in an array the product so far and
 // the last element are multiplied with a sign of 0, which gives a zero of either sign, or NaN where they are not finite.
-template <class T, bool array> [[gnu::noinline]] T detCommon(auto src, T* buffer, int n)
+template <class T, bool array> [[gnu::noinline]] T detCommon(const auto& src, T* buffer, int n)
 {
     const T threshold = singularBelow<T>(n);
     int* const p = reinterpret_cast<int*>(buffer + std::int64_t(n) * n);
@@ -98,9 +98,8 @@ struct Det {
         withOrder(order, [&](auto n) {
             if constexpr (n > 0) fixed<T, n>(src, dst, count);
             else
-                for (int k = 0; k < count; ++k)
-                    withRowViews(
-                        k, [&](auto a) { *dst.object(k) = detCommon<T, true>(a, buffer, order); }, src);
+                eachView(
+                    count, [&](int k, const auto& a) { *dst.object(k) = detCommon<T, true>(a, buffer, order); }, src);
         });
     }
 

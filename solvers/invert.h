@@ -55,10 +55,9 @@ struct Invert {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, dst, count);
             else
-                return eachObject(count, [&](int k) {
-                    return withRowViews(
-                        k, [&](auto from, auto to) { return invertCommon<T>(from, buffer, to, order); }, src, dst);
-                });
+                return eachView(
+                    count, [&](int, const auto& from, const auto& to) { return invertCommon<T>(from, buffer, to, order); },
+                    src, dst);
         });
     }
 

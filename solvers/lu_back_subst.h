@@ -67,7 +67,7 @@ template <int n, class V>
     luSolvePack<n>(stored, p, b);
 }
 // Of one matrix and vector.
-template <class T, int n> [[gnu::noinline]] void luSolveOne(auto stored, const int* p, auto b, auto dst)
+template <class T, int n> [[gnu::noinline]] void luSolveOne(const auto& stored, const int* p, const auto& b, const auto& dst)
 {
     Block<T, n, n> a;
     T x[n], r[n];
@@ -79,7 +79,7 @@ template <class T, int n> [[gnu::noinline]] void luSolveOne(auto stored, const i
 }
 
 // ---- Other orders, in dst itself: sums of their own and true divisions, so that the last bits differ from those above.
-template <class T> [[gnu::noinline]] void luSolveCommon(auto a, const int* p, auto b, auto x, int n)
+template <class T> [[gnu::noinline]] void luSolveCommon(const auto& a, const int* p, const auto& b, const auto& x, int n)
 {
     x(0, 0) = b(0, p[0]);
     for (int i = 1; i < n; ++i) {
@@ -105,17 +105,16 @@ struct LUBackSubst {
     {
         const InPacks matrix(matrices, count), src(from, count);
         const InPacks dst(to, count);
-        const auto one = [&](int k) {
-            const int* const p = index.object(k);
-            withRowViews(
-                k, [&](auto a, auto b, auto x) { luSolveOne<T, n>(a, p, b, x); }, matrix, src, dst);
+        const auto one = [&](int k, const auto& a, const auto& b, const auto& x) {
+            luSolveOne<T, n>(a, index.object(k), b, x);
         };
         // Contiguous rows of five doubles would be joined from too many pieces.
-        if (n == 5 && sizeof(T) == 8 && matrix.lie <= Lie::rows)
-            for (int k = 0; k < count; ++k) one(k);
+        if (n == 5 && sizeof(T) == 8 && matrix.lie <= Lie::rows) eachView(count, one, matrix, src, dst);
         else
             eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-                if constexpr (lanes<V> == 1) one(k.first);
+                if constexpr (lanes<V> == 1)
+                    withRowViews(
+                        k.first, [&](const auto&... views) { one(k.first, views...); }, matrix, src, dst);
                 else {
                     Block<V, n, n> a;
                     Block<V, 1, n> b;
@@ -133,8 +132,7 @@ struct LUBackSubst {
     template <class T, int n> [[gnu::noinline]] static void forAll(const Array<const T>& matrices, Table<const int> index,
                                                                    const Array<const T>& from, const Array<T>& to, int count)
     {
-        const InPacks matrix(matrices, 1), src(from, count);
-        const InPacks dst(to, count);
+        const InPacks matrix(matrices, 1);
         int p[n];
         Block<T, n, n> stored, a;
         T r[n];
@@ -142,13 +140,16 @@ struct LUBackSubst {
         for (int i = 0; i < n; ++i) p[i] = index.p[i];
         eachElement<n, n>([&](int i, int j) { a(i, j) = stored(p[i], j); });
         reciprocals<n>(a, r);
-        eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-            Block<V, 1, n> b, x;
-            load(src, k, b);
-            for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
-            luSolve<n>(a, r, x.e[0]);
-            store(dst, k, x);
-        });
+        const auto solve = [&](const auto& src, const auto& dst) KESL_INLINE {
+            eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                Block<V, 1, n> b, x;
+                load(src, k, b);
+                for (int i = 0; i < n; ++i) x(0, i) = b(0, p[i]);
+                luSolve<n>(a, r, x.e[0]);
+                store(dst, k, x);
+            });
+        };
+        withVectors<n>(count, solve, from, to);
     }
     template <class T, bool one> [[gnu::noinline]] static void all(const Array<const T>& matrix, Table<const int> index,
                                                                    const Array<const T>& src, const Array<T>& dst, int order,
@@ -156,10 +157,12 @@ struct LUBackSubst {
     {
         withOrder(order, [&](auto n) {
             if constexpr (n == 0)
-                for (int k = 0; k < count; ++k)
-                    withRowViews(
-                        k, [&](auto a, auto b, auto x) { luSolveCommon<T>(a, index.object(k), b, x, order); }, matrix, src,
-                        dst);
+                eachView(
+                    count,
+                    [&](int k, const auto& a, const auto& b, const auto& x) {
+                        luSolveCommon<T>(a, index.object(k), b, x, order);
+                    },
+                    matrix, src, dst);
             else if constexpr (one) forAll<T, n>(matrix, index, src, dst, count);
             else fixed<T, n>(matrix, index, src, dst, count);
         });

@@ -37,9 +37,10 @@ template <class T> int pivot(int k, int n, T& best, auto column)
 // A pivot below this is singular. The comparison must hold to reject: a NaN passes.
 template <class T> constexpr T pivotBelow = Precision<T>::safeMin;
 
-template <class T, int n> [[gnu::noinline]] KeslStatus luOne(Block<T, n, n>& matrix, int* p, auto dst)
+template <class T, int n> [[gnu::noinline]] KeslStatus luOne(const auto& src, int* p, const auto& dst)
 {
-    auto& a = matrix.e;
+    T a[n][n];
+    eachElement<n, n>([&](int i, int j) { a[i][j] = src(i, j); });
     for (int i = 0; i < n; ++i) p[i] = i;
     for (int k = 0; k < n; ++k) {
         T best;
@@ -116,7 +117,7 @@ template <class V, int n> struct LUPack {
 template <class T, class V, int n> [[gnu::noinline]] bool luLong(LUPack<V, n>& lu) { return lu.template run<T>(); }
 
 // ---- Other orders, in dst itself.
-template <class T> [[gnu::noinline]] KeslStatus luCommon(auto src, int* p, auto a, int n)
+template <class T> [[gnu::noinline]] KeslStatus luCommon(const auto& src, int* p, const auto& a, int n)
 {
     constexpr T eps = Precision<T>::eps; // an absolute bound of the pivots, and a pivot of eps is singular
     for (int i = 0; i < n; ++i)
@@ -148,12 +149,10 @@ struct LUDecomp {
         const InPacks src(from, count);
         const InPacks dst(to, count);
         return eachPack<T>(count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
-            if constexpr (lanes<V> == 1) {
-                Block<T, n, n> a;
-                load(src, k, a);
+            if constexpr (lanes<V> == 1)
                 return withViews(
-                    k.first, [&](auto object) { return luOne(a, index.object(k.first), object); }, dst);
-            } else {
+                    k.first, [&](auto a, auto lu) { return luOne<T, n>(a, index.object(k.first), lu); }, src, dst);
+            else {
                 LUPack<V, n> lu;
                 load(src, k, lu.a);
                 if (!(n < 5 ? lu.template run<T>() : luLong<T>(lu))) return keslStatusSingular;
@@ -169,10 +168,10 @@ struct LUDecomp {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, index, dst, count);
             else
-                return eachObject(count, [&](int k) {
-                    return withRowViews(
-                        k, [&](auto from, auto to) { return luCommon<T>(from, index.object(k), to, order); }, src, dst);
-                });
+                return eachView(
+                    count,
+                    [&](int k, const auto& from, const auto& to) { return luCommon<T>(from, index.object(k), to, order); },
+                    src, dst);
         });
     }
 
@@ -186,10 +185,7 @@ struct LUDecomp {
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n == 0) return call<F>(LUDecomp_com<T, F>, src, index, dst, order);
-            else {
-                auto a = load<n, n>(src, Objects<T>{0});
-                return luOne(a, index.p, general(dst.object(0, n, n)));
-            }
+            else return luOne<T, n>(src.object(0, n, n), index.p, dst.object(0, n, n));
         });
     }
     template <class T> static KeslStatus common(auto src, Table<int> index, auto dst, Size order)

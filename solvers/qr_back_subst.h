@@ -55,7 +55,8 @@ template <class V, class T, int height, int width>
         a, [&](int k) KESL_INLINE { return beta[k]; }, b, Fixed<width>{}, rows);
 }
 
-template <class T> [[gnu::noinline]] void qrSolveCommon(auto a, T* buffer, auto b, auto x, int width, int height)
+template <class T>
+[[gnu::noinline]] void qrSolveCommon(const auto& a, T* buffer, const auto& b, const auto& x, int width, int height)
 {
     for (int i = 0; i < height; ++i) buffer[i] = b(0, i);
     qrSolve(
@@ -73,8 +74,7 @@ struct QRBackSubst {
     [[gnu::noinline]] static void fixed(const Array<const T>& matrices, T* buffer, const Array<const T>& from,
                                         const Array<T>& to, W width, H height, int count)
     {
-        const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
-        const InPacks dst(to, count);
+        const InPacks matrix(matrices, forAll ? 1 : count);
         constexpr int w = W::value, rows = rowsOf<H>;
         constexpr bool square = isFixed<H>, brief = square && w < 5;
         Block<T, rows, w> one;
@@ -84,30 +84,34 @@ struct QRBackSubst {
                 for (int j = 0; j < w; ++j) one(i, j) = *matrix.element(0, i, j);
             upTo(0, reflectors(width, height), [&](int k) { beta[k] = betaOf<T>(one, k, height); });
         }
-        eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-            if constexpr (lanes<V> == 1 && !square) return common(k.first, matrix, buffer, src, dst, w, height);
-            else {
-                Block<V, 1, rows> b;
-                Block<V, 1, w> x;
-                if constexpr (forAll) {
-                    const auto known = [&](int i) KESL_INLINE { return beta[i]; };
-                    loadLength(src, k, b, height);
-                    if constexpr (brief) qrSolve(one, known, b.e[0], width, height);
-                    else qrSolveLong(one, beta, b.e[0], height);
-                } else {
-                    Block<V, rows, w> a;
-                    const auto computed = [&](int i) KESL_INLINE { return betaOf<V>(a, i, height); };
-                    loadRows(matrix, k, a, height);
-                    loadLength(src, k, b, height);
-                    if constexpr (brief) qrSolve(a, computed, b.e[0], width, height);
-                    else qrSolveLong(a, b.e[0], height);
+        const auto solve = [&](const auto& src, const auto& dst) KESL_INLINE {
+            eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                if constexpr (lanes<V> == 1 && !square) return common(k.first, matrix, buffer, src, dst, w, height);
+                else {
+                    Block<V, 1, rows> b;
+                    Block<V, 1, w> x;
+                    if constexpr (forAll) {
+                        const auto known = [&](int i) KESL_INLINE { return beta[i]; };
+                        loadLength(src, k, b, height);
+                        if constexpr (brief) qrSolve(one, known, b.e[0], width, height);
+                        else qrSolveLong(one, beta, b.e[0], height);
+                    } else {
+                        Block<V, rows, w> a;
+                        const auto computed = [&](int i) KESL_INLINE { return betaOf<V>(a, i, height); };
+                        loadRows(matrix, k, a, height);
+                        loadLength(src, k, b, height);
+                        if constexpr (brief) qrSolve(a, computed, b.e[0], width, height);
+                        else qrSolveLong(a, b.e[0], height);
+                    }
+                    upTo(0, width, [&](int j) KESL_INLINE { x(0, j) = b(0, j); });
+                    store(dst, k, x);
+                    if (!square && k.first + lanes<V> == count) // the interface wants what the last object would leave there
+                        for (int i = 0; i < height; ++i) buffer[i] = reinterpret_cast<const T*>(&b(0, i))[lanes<V> - 1];
                 }
-                upTo(0, width, [&](int j) KESL_INLINE { x(0, j) = b(0, j); });
-                store(dst, k, x);
-                if (!square && k.first + lanes<V> == count) // the interface wants what the last object would leave there
-                    for (int i = 0; i < height; ++i) buffer[i] = reinterpret_cast<const T*>(&b(0, i))[lanes<V> - 1];
-            }
-        });
+            });
+        };
+        if constexpr (forAll && brief) withVectors<w>(count, solve, from, to);
+        else solve(InPacks(from, count), InPacks(to, count));
     }
     template <class T> static void common(int k, const Array<const T>& matrix, T* buffer, const Array<const T>& src,
                                           const Array<T>& dst, int width, int height)

@@ -79,7 +79,7 @@ template <int most, int height, int width, class V>
     return packs == most ? qrBlocks<most>(a, rows) : qrBlocks<1>(a, rows);
 }
 
-template <class T> [[gnu::noinline]] KeslStatus qrCommon(auto src, T* buffer, auto a, int width, int height)
+template <class T> [[gnu::noinline]] KeslStatus qrCommon(const auto& src, T* buffer, const auto& a, int width, int height)
 {
     for (int i = 0; i < height; ++i)
         for (int j = 0; j < width; ++j) a(i, j) = src(i, j);
@@ -150,8 +150,8 @@ struct QRDecomp {
                 return good ? keslStatusOk : keslStatusDivideByZero;
             } else {
                 T d[tallest];
-                return qrCommon<T>(src.object(0, height, width), w > 0 ? d : buffer.p, general(dst.object(0, height, width)),
-                                   width, height);
+                return qrCommon<T>(src.object(0, height, width), w > 0 ? d : buffer.p, dst.object(0, height, width), width,
+                                   height);
             }
         });
     }

@@ -55,8 +55,8 @@ storeRows(const InPacks<ElementOf<V>>& dst, Objects<V> k, const Block<V, height,
     if constexpr (isFixed<decltype(rows)>) store(dst, k, x);
     else storeTall<V, width>(dst, k.first, x.e[0], rows);
 }
-template <int height, class V> [[gnu::always_inline]] inline void
-loadLength(const InPacks<const ElementOf<V>>& src, Objects<V> k, Block<V, 1, height>& x, auto length)
+template <int height, class V>
+[[gnu::always_inline]] inline void loadLength(const auto& src, Objects<V> k, Block<V, 1, height>& x, auto length)
 {
     if constexpr (isFixed<decltype(length)>) load(src, k, x);
     else loadVector<V>(src, k.first, x.e[0], length);

@@ -103,10 +103,11 @@ int call(const Function& f, void* address, const std::vector<Value>& values)
     for (size_t i = 0; i < values.size(); ++i) pointers[i] = const_cast<Value*>(&values[i]);
     ffi_arg status;
     ++callsMade;
-    const unsigned own = _mm_getcsr(), during = strict ? own & ~unsigned(_MM_MASK_MASK | _MM_EXCEPT_MASK) : own;
+    const bool unmasked = strict && !f.raises();
+    const unsigned own = _mm_getcsr(), during = unmasked ? own & ~unsigned(_MM_MASK_MASK | _MM_EXCEPT_MASK) : own;
     _mm_setcsr(during);
     ffi_call(&interface.cif, FFI_FN(address), &status, pointers);
-    watch.control = strict && _mm_getcsr() != during;
+    watch.control = unmasked && _mm_getcsr() != during;
     _mm_setcsr(own);
     return int(status);
 }

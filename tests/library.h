@@ -26,5 +26,5 @@ struct Watch {
 };
 extern Watch watch;
 extern bool refuseBlocks;   // the allocator has none
-extern bool strict;         // calls run with every floating-point exception unmasked
+extern bool strict;         // calls that raise none run with every floating-point exception unmasked
 extern bool regionsAreSeen; // regions and team are counted (GNU runtime only)

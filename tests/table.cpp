@@ -493,6 +493,10 @@ int Function::expected(const std::vector<Value>& values) const
     return Ok;
 }
 
+bool Function::raises() const
+{
+    return among(operation, "Add Sub Saxpy LComb") || (operation == "Mul" && shape.find('c') != std::string::npos);
+}
 bool Function::threaded() const { return measured() && !among(name, measuredOnly); }
 
 int Function::measure(const std::vector<Value>& values) const

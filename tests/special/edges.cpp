@@ -178,6 +178,49 @@ const Special exceptions("EigenValuesSym", "no trap and no flag", [](const Level
     }
 });
 
+// ---- Element by element: nothing is raised but by the operations on elements. With every exception unmasked, exact sums and
+// products pass, between elements and behind the end of which there are NaN; one that is too large sets its flags.
+const Special elements("Element by element", "exceptions of its own operations alone", [](const Level& level) {
+    const auto addMatrix = get<decltype(keslAdd_mam_32f)>(level, "keslAdd_mam_32f");
+    const auto addConstants = get<decltype(keslAdd_vaca_32f)>(level, "keslAdd_vaca_32f");
+    const auto scale = get<decltype(keslMul_vac_32f)>(level, "keslMul_vac_32f");
+    const auto combine = get<decltype(keslSaxpy_vav_32f)>(level, "keslSaxpy_vav_32f");
+    setThreads({1});
+    for (int gap : {0, 4})
+        for (int n = 3; n <= 6; ++n)
+            for (int count : {1, 3, 4, 17, 50}) {
+                const int vector = 4 * n + gap, matrix = 4 * n * n + gap;
+                const auto array = [&](int each, int stride) {
+                    std::vector<float> a(size_t(count * stride / 4 + 16), std::numeric_limits<float>::signaling_NaN());
+                    for (int k = 0; k < count; ++k)
+                        for (int e = 0; e < each; ++e) a[size_t(k * stride / 4 + e)] = float(e + 1);
+                    return a;
+                };
+                const auto matrices = array(n * n, matrix), vectors = array(n, vector), constants = array(1, 4 + gap);
+                std::vector<float> to(matrices);
+                const unsigned own = _mm_getcsr(), strictly = own & ~unsigned(_MM_MASK_MASK | _MM_EXCEPT_MASK);
+                const bool survived = survives([&] {
+                    _mm_setcsr(strictly);
+                    addMatrix(matrices.data(), matrix, 4 * n, 4, matrices.data(), 4 * n, 4, to.data(), matrix, 4 * n, 4, n,
+                              n, count);
+                    addConstants(vectors.data(), vector, 4, constants.data(), 4 + gap, to.data(), vector, 4, n, count);
+                    scale(vectors.data(), vector, 4, to.data(), vector, 4, n, count, 2);
+                    combine(vectors.data(), vector, 4, vectors.data(), 4, to.data(), vector, 4, n, count, 2);
+                });
+                const unsigned after = _mm_getcsr();
+                _mm_setcsr(own);
+                EXPECT_TRUE(survived) << "order " << n << ", count " << count << ", gap " << gap;
+                EXPECT_EQ(after & ~unsigned(_MM_EXCEPT_MASK), strictly & ~unsigned(_MM_EXCEPT_MASK));
+                EXPECT_EQ(after & _MM_EXCEPT_MASK, 0u);
+            }
+    const float large[3] = {1, 3e38f, 2};
+    float to[3];
+    std::feclearexcept(FE_ALL_EXCEPT);
+    scale(large, 12, 4, to, 12, 4, 3, 1, 2);
+    EXPECT_EQ(std::fetestexcept(FE_ALL_EXCEPT), FE_OVERFLOW | FE_INEXACT);
+    std::feclearexcept(FE_ALL_EXCEPT);
+});
+
 // ---- Scratch of teams.
 const Special refused("Threads", "scratch that is refused", [](const Level& level) {
     constexpr int n = 7, count = 2000, bytes = n * n * 4;

@@ -1,6 +1,6 @@
 // General real eigenproblems: what the families share. The method stands in schur.h and substitution.h.
 #pragma once
-#include "frame/array.h"
+#include "frame/array_blocks.h"
 #include "frame/call.h"
 
 namespace kesl {

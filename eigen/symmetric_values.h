@@ -3,7 +3,7 @@
 #include "eigen/order_two.h"
 #include "eigen/symmetric.h"
 #include "frame/arguments.h"
-#include "frame/array.h"
+#include "frame/array_blocks.h"
 #include "frame/call.h"
 
 // clang-format off

@@ -3,7 +3,7 @@
 #include "eigen/order_two.h"
 #include "eigen/symmetric.h"
 #include "frame/arguments.h"
-#include "frame/array.h"
+#include "frame/array_blocks.h"
 
 // clang-format off
 #define KESL_VECTORSSYM(as, F, T, k)                                                                                \

@@ -1,8 +1,8 @@
 // The inverse by the adjugate (the transposed matrix of cofactors) times the reciprocal of the determinant: closed forms
 // for orders 3 to 6, and for the others an elimination for each cofactor.
 #pragma once
+#include "frame/any_order.h"
 #include "frame/constants.h"
-#include "frame/objects.h"
 
 #include <bit>
 
@@ -158,6 +158,30 @@ template <class T> struct Elimination {
     }
 };
 
+// The same on packs, with quotients instead of products with a reciprocal if it `divides`; false where a lane has a pivot
+// below the threshold.
+template <bool divides, class V>
+[[gnu::always_inline]] inline bool eliminate(Tile<V> a, int n, ElementOf<V> threshold, V& pivots, V& sign)
+{
+    using T = ElementOf<V>;
+    pivots = sign = splat<V>(1);
+    for (int k = 0; k < n - 1; ++k) {
+        V best;
+        const MaskOf<V> q = pivotRow(a, k, n, best);
+        if (any(threshold > best)) return false; // a NaN passes
+        exchangeRows(a, k, q, n);
+        sign = q == k ? sign : -sign;
+        const V *const rk = a.row(k), pivot = rk[k], r = T(1) / pivot;
+        for (int i = k + 1; i < n; ++i) {
+            V* const ri = a.row(i);
+            const V f = divides ? ri[k] / pivot : ri[k] * r;
+            for (int j = k + 1; j < n; ++j) ri[j] = ri[j] - rk[j] * f;
+        }
+        pivots = pivots * pivot;
+    }
+    return true;
+}
+
 // src and dst are views of order n; the buffer holds n * n elements and, behind them, n row numbers.
 template <class T> [[gnu::noinline]] KeslStatus invertCommon(const auto& src, T* buffer, const auto& dst, int n)
 {
@@ -184,6 +208,33 @@ template <class T> [[gnu::noinline]] KeslStatus invertCommon(const auto& src, T*
             dst(j, i) = cofactor * r * T((i + j) % 2 ? -1 : 1);
         }
     return keslStatusOk;
+}
+
+// The same on packs; false where a lane is singular, or a minor of it.
+template <class T, class V> [[gnu::noinline]] bool invertTile(Tile<V> a, Tile<V> inverse, int n)
+{
+    const T threshold = singularBelow<T>(n);
+    V elements[tileElements], pivots, sign;
+    const auto copy = [&](int size, auto element) {
+        for (int y = 0; y < size; ++y)
+            for (int x = 0; x < size; ++x) elements[y * size + x] = element(y, x);
+        return Tile<V>{elements, size};
+    };
+    const Tile<V> whole = copy(n, a);
+    if (!eliminate<false>(whole, n, threshold, pivots, sign)) return false;
+    const V det = pivots * (sign * whole(n - 1, n - 1));
+    if (any(threshold >= abs(det))) return false;
+    const V r = T(1) / det;
+
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) {
+            const Tile<V> minor = copy(n - 1, [&](int y, int x) { return a(y + (y >= i), x + (x >= j)); });
+            if (!eliminate<false>(minor, n - 1, threshold, pivots, sign)) return false;
+            const V last = minor(n - 2, n - 2);
+            const V cofactor = abs(last) > threshold ? pivots * (last * sign) : splat<V>(threshold);
+            inverse(j, i) = cofactor * r * T((i + j) % 2 ? -1 : 1);
+        }
+    return true;
 }
 
 } // namespace kesl

@@ -1,7 +1,7 @@
 // keslCholeskyBackSubst: solves A x = b from what keslCholeskyDecomp leaves of A.
 #pragma once
+#include "frame/any_order.h"
 #include "frame/arguments.h"
-#include "frame/array.h"
 #include "frame/call.h"
 #include "solvers/triangle.h"
 
@@ -51,6 +51,12 @@ template <class T> [[gnu::noinline]] void choleskySolveCommon(const auto& l, con
         l, [&](int i) { return b(0, i); }, [&](int i) -> T& { return dst(0, i); }, n);
 }
 
+template <class V> [[gnu::noinline]] void choleskySolveTile(auto l, V* b, int n)
+{
+    const auto at = [&](int i) -> V& { return b[i]; };
+    choleskySolve<V>(l, at, at, n);
+}
+
 // ---- The family.
 struct CholeskyBackSubst {
     // A matrix for each vector, or one for all.
@@ -80,14 +86,35 @@ struct CholeskyBackSubst {
         else solve(InPacks(from, count), InPacks(to, count));
     }
     template <class T, bool forAll> [[gnu::noinline]] static void
+    other(const Array<const T>& matrices, const Array<const T>& from, const Array<T>& to, int n, int count)
+    {
+        const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
+        const InPacks dst(to, count);
+        eachTile<T>(n * n, count, Argument{}, [&]<class V>(Objects<V> k) {
+            if constexpr (lanes<V> == 1)
+                withRowViews(
+                    k.first, [&](auto l, auto b, auto x) { choleskySolveCommon<T>(l, b, x, n); }, matrix, src, dst);
+            else {
+                V elements[tileElements], b[tallest];
+                load(src, k, Tile<V>{b, n}, 1);
+                if constexpr (forAll)
+                    withRowViews(
+                        0, [&](auto l) { choleskySolveTile(l, b, n); }, matrix);
+                else {
+                    const Tile<V> l{elements, n};
+                    loadLower(matrix, k, l, n);
+                    choleskySolveTile(l, b, n);
+                }
+                store(dst, k, Tile<V>{b, n}, 1);
+            }
+        });
+    }
+    template <class T, bool forAll> [[gnu::noinline]] static void
     all(const Array<const T>& matrix, const Array<const T>& src, const Array<T>& dst, int order, int count)
     {
         withOrder(order, [&](auto n) {
             if constexpr (n > 0) fixed<T, n, forAll>(matrix, src, dst, count);
-            else
-                eachView(
-                    count, [&](int, const auto& l, const auto& b, const auto& x) { choleskySolveCommon<T>(l, b, x, order); },
-                    matrix, src, dst);
+            else other<T, forAll>(matrix, src, dst, order, count);
         });
     }
 

@@ -1,8 +1,8 @@
 // keslCholeskyDecomp: the Cholesky factor by rows (Golub and Van Loan, Matrix Computations, 4.2), of one matrix or of each
 // matrix of an array, with the reciprocals of its diagonal in place of the diagonal.
 #pragma once
+#include "frame/any_order.h"
 #include "frame/arguments.h"
-#include "frame/array.h"
 #include "frame/call.h"
 #include "solvers/triangle.h"
 
@@ -52,8 +52,9 @@ template <class T>
 }
 
 // In place; false where a lane has no factor.
-template <int n, class V> [[gnu::always_inline]] inline bool choleskyPack(Block<V, n, n>& l, ElementOf<V> bound)
+template <class V> [[gnu::always_inline]] inline bool choleskyLanes(const auto& l, auto order, ElementOf<V> bound, auto root)
 {
+    const int n = order; // known to the compiler, where it is Fixed
     MaskOf<V> bad{};
 #pragma GCC unroll 8
     for (int i = 0; i < n; ++i) {
@@ -66,9 +67,18 @@ template <int n, class V> [[gnu::always_inline]] inline bool choleskyPack(Block<
 #pragma GCC unroll 8
         for (int k = 0; k < i; ++k) l(i, i) = l(i, i) - l(i, k) * l(i, k);
         bad |= bound >= l(i, i);
-        l(i, i) = reciprocalRoot(l(i, i));
+        l(i, i) = root(l(i, i));
     }
     return !any(bad);
+}
+template <int n, class V> [[gnu::always_inline]] inline bool choleskyPack(Block<V, n, n>& l, ElementOf<V> bound)
+{
+    return choleskyLanes<V>([&](int i, int j) KESL_INLINE -> V& { return l(i, j); }, Fixed<n>{}, bound,
+                            [](V d) KESL_INLINE { return reciprocalRoot(d); });
+}
+template <class V> [[gnu::noinline]] bool choleskyTile(Tile<V> l, int n, ElementOf<V> bound, bool rootNarrowed)
+{
+    return choleskyLanes<V>(l, n, bound, [=](V d) { return rootNarrowed ? 1 / sqrt(d) : reciprocalRoot(d); });
 }
 // Orders 5 and 6 are long: one copy serves all kernels.
 template <int n, class V> [[gnu::noinline]] bool choleskyLong(Block<V, n, n>& l, ElementOf<V> bound)
@@ -111,17 +121,30 @@ struct CholeskyDecomp {
     }
     // In P the root of a float is narrowed before it is inverted, at orders of no fixed body.
     template <class T>
+    [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, const Array<T>& to, int n, int count, T limit)
+    {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
+        return eachTile<T>(n * n, count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
+            if constexpr (lanes<V> == 1)
+                return withRowViews(
+                    k.first, [&](auto a, auto l) { return choleskyCommon<T>(a, l, n, limit, src.cells); }, src, dst);
+            else {
+                V elements[tileElements];
+                const Tile<V> l{elements, n};
+                loadLower(src, k, l, n);
+                if (!choleskyTile(l, n, limit, src.cells)) return keslStatusNotPositiveDefinite;
+                storeLower(dst, k, l, n);
+                return keslStatusOk;
+            }
+        });
+    }
+    template <class T>
     [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, const Array<T>& dst, int order, int count, T limit)
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, dst, count, limit);
-            else
-                return eachView(
-                    count,
-                    [&](int, const auto& from, const auto& to) {
-                        return choleskyCommon<T>(from, to, order, limit, src.cells);
-                    },
-                    src, dst);
+            else return other<T>(src, dst, order, count, limit);
         });
     }
 

@@ -1,7 +1,7 @@
 // keslDet: the determinant of one matrix, or of each matrix of an array.
 #pragma once
+#include "frame/any_order.h"
 #include "frame/arguments.h"
-#include "frame/array.h"
 #include "frame/call.h"
 #include "frame/objects.h"
 #include "solvers/adjugate.h"
@@ -79,6 +79,16 @@ template <class T, bool array> [[gnu::noinline]] T detCommon(const auto& src, T*
     return abs(last) > threshold ? result * (last * T(sign)) : 0; // a NaN is 0
 }
 
+// The same on packs; false where a lane is singular.
+template <class T, class V> [[gnu::noinline]] bool detTile(Tile<V> a, int n, V& det)
+{
+    V product, sign;
+    if (!eliminate<true>(a, n, singularBelow<T>(n), product, sign)) return false;
+    const V last = a(n - 1, n - 1);
+    det = abs(last) > singularBelow<T>(n) ? product * (last * sign) : V{};
+    return true;
+}
+
 // ---- The family.
 struct Det {
     static constexpr Threshold threshold = setW;
@@ -93,13 +103,29 @@ struct Det {
         });
     }
     template <class T>
+    [[gnu::noinline]] static void other(const Array<const T>& from, int order, T* buffer, Table<T> dst, int count)
+    {
+        const InPacks src(from, count);
+        eachTile<T>(order * order, count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
+            if constexpr (lanes<V> == 1)
+                withRowViews(
+                    k.first, [&](auto a) { *dst.object(k.first) = detCommon<T, true>(a, buffer, order); }, src);
+            else {
+                V elements[tileElements], det;
+                const Tile<V> a{elements, order};
+                load(src, k, a, order);
+                if (!detTile<T>(a, order, det)) return keslStatusSingular;
+                storePack<V>(dst.object(k.first), det);
+            }
+            return keslStatusOk;
+        });
+    }
+    template <class T>
     [[gnu::noinline]] static void all(const Array<const T>& src, int order, T* buffer, Table<T> dst, int count)
     {
         withOrder(order, [&](auto n) {
             if constexpr (n > 0) fixed<T, n>(src, dst, count);
-            else
-                eachView(
-                    count, [&](int k, const auto& a) { *dst.object(k) = detCommon<T, true>(a, buffer, order); }, src);
+            else other<T>(src, order, buffer, dst, count);
         });
     }
 

@@ -1,7 +1,7 @@
 // keslInvert: the inverse of one matrix, or of each matrix of an array, by the adjugate.
 #pragma once
 #include "frame/arguments.h"
-#include "frame/array.h"
+#include "frame/array_blocks.h"
 #include "frame/call.h"
 #include "solvers/adjugate.h"
 
@@ -49,15 +49,31 @@ struct Invert {
             return keslStatusOk;
         });
     }
+    template <class T> [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, T* buffer, const Array<T>& to,
+                                                                 int order, int count)
+    {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
+        return eachTile<T>(order * order, count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
+            if constexpr (lanes<V> == 1)
+                return withRowViews(
+                    k.first, [&](auto a, auto x) { return invertCommon<T>(a, buffer, x, order); }, src, dst);
+            else {
+                V elements[2][tileElements];
+                const Tile<V> a{elements[0], order}, inverse{elements[1], order};
+                load(src, k, a, order);
+                if (!invertTile<T>(a, inverse, order)) return keslStatusSingular;
+                store(dst, k, inverse, order);
+                return keslStatusOk;
+            }
+        });
+    }
     template <class T>
     [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, T* buffer, const Array<T>& dst, int order, int count)
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, dst, count);
-            else
-                return eachView(
-                    count, [&](int, const auto& from, const auto& to) { return invertCommon<T>(from, buffer, to, order); },
-                    src, dst);
+            else return other<T>(src, buffer, dst, order, count);
         });
     }
 

@@ -1,7 +1,7 @@
 // keslLUBackSubst: solves A x = b from what keslLUDecomp leaves of A.
 #pragma once
+#include "frame/any_order.h"
 #include "frame/arguments.h"
-#include "frame/array.h"
 #include "frame/call.h"
 #include "solvers/indices.h"
 
@@ -79,20 +79,31 @@ template <class T, int n> [[gnu::noinline]] void luSolveOne(const auto& stored, 
 }
 
 // ---- Other orders, in dst itself: sums of their own and true divisions, so that the last bits differ from those above.
+// a(i, j) and b(i) are in the order of elimination.
+template <class V> [[gnu::always_inline]] inline void luSolveOther(const auto& a, const auto& b, const auto& x, int n)
+{
+    x(0) = b(0);
+    for (int i = 1; i < n; ++i) {
+        V s{};
+        for (int j = 0; j < i; ++j) s = s + a(i, j) * x(j);
+        x(i) = b(i) - s;
+    }
+    x(n - 1) = x(n - 1) / a(n - 1, n - 1);
+    for (int i = n - 2; i >= 0; --i) {
+        V s{};
+        for (int j = i + 1; j < n; ++j) s = s + a(i, j) * x(j);
+        x(i) = (x(i) - s) / a(i, i);
+    }
+}
 template <class T> [[gnu::noinline]] void luSolveCommon(const auto& a, const int* p, const auto& b, const auto& x, int n)
 {
-    x(0, 0) = b(0, p[0]);
-    for (int i = 1; i < n; ++i) {
-        T s = 0;
-        for (int j = 0; j < i; ++j) s = s + a(p[i], j) * x(0, j);
-        x(0, i) = b(0, p[i]) - s;
-    }
-    x(0, n - 1) = x(0, n - 1) / a(p[n - 1], n - 1);
-    for (int i = n - 2; i >= 0; --i) {
-        T s = 0;
-        for (int j = i + 1; j < n; ++j) s = s + a(p[i], j) * x(0, j);
-        x(0, i) = (x(0, i) - s) / a(p[i], i);
-    }
+    luSolveOther<T>([&](int i, int j) { return a(p[i], j); }, [&](int i) { return b(0, p[i]); },
+                    [&](int i) -> T& { return x(0, i); }, n);
+}
+template <class V> [[gnu::noinline]] void luSolveTile(const auto& a, const V* b, V* x, int n)
+{
+    luSolveOther<V>(
+        a, [&](int i) { return b[i]; }, [&](int i) -> V& { return x[i]; }, n);
 }
 
 // ---- The family.
@@ -151,18 +162,49 @@ struct LUBackSubst {
         };
         withVectors<n>(count, solve, from, to);
     }
+    template <class T, bool one> [[gnu::noinline]] static void other(const Array<const T>& matrices, Table<const int> index,
+                                                                     const Array<const T>& from, const Array<T>& to, int n,
+                                                                     int count)
+    {
+        const InPacks matrix(matrices, one ? 1 : count), src(from, count);
+        const InPacks dst(to, count);
+        T elements[tileElements];
+        const Tile<T> factors{elements, n}; // of the one matrix
+        if (one && n * n <= tileElements)
+            for (int i = 0; i < n; ++i)
+                for (int j = 0; j < n; ++j) factors(i, j) = *matrix.element(0, index.p[i], j);
+        eachTile<T>(n * n, count, Argument{}, [&]<class V>(Objects<V> k) {
+            if constexpr (lanes<V> == 1)
+                withRowViews(
+                    k.first, [&](auto a, auto b, auto x) { luSolveCommon<T>(a, index.object(k.first), b, x, n); }, matrix,
+                    src, dst);
+            else {
+                V right[tallest], b[tallest], x[tallest];
+                load(src, k, Tile<V>{right, n}, 1);
+                if constexpr (one) {
+                    for (int i = 0; i < n; ++i) b[i] = right[index.p[i]];
+                    luSolveTile(factors, b, x, n);
+                } else {
+                    V stored[tileElements], a[tileElements];
+                    MaskOf<V> p[tallest];
+                    load(matrix, k, Tile<V>{stored, n}, n);
+                    for (int i = 0; i < n; ++i) {
+                        for (int l = 0; l < lanes<V>; ++l) p[i][l] = index.object(k.first + l)[i];
+                        b[i] = fromRows(right, p[i]);
+                        for (int j = 0; j < n; ++j) a[i * n + j] = fromRows(stored + j, p[i], n);
+                    }
+                    luSolveTile(Tile<V>{a, n}, b, x, n);
+                }
+                store(dst, k, Tile<V>{x, n}, 1);
+            }
+        });
+    }
     template <class T, bool one> [[gnu::noinline]] static void all(const Array<const T>& matrix, Table<const int> index,
                                                                    const Array<const T>& src, const Array<T>& dst, int order,
                                                                    int count)
     {
         withOrder(order, [&](auto n) {
-            if constexpr (n == 0)
-                eachView(
-                    count,
-                    [&](int k, const auto& a, const auto& b, const auto& x) {
-                        luSolveCommon<T>(a, index.object(k), b, x, order);
-                    },
-                    matrix, src, dst);
+            if constexpr (n == 0) other<T, one>(matrix, index, src, dst, order, count);
             else if constexpr (one) forAll<T, n>(matrix, index, src, dst, count);
             else fixed<T, n>(matrix, index, src, dst, count);
         });

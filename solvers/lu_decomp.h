@@ -1,8 +1,8 @@
 // keslLUDecomp: LU decomposition with partial pivoting (Golub and Van Loan, Matrix Computations, 3.4), of one matrix or of
 // each matrix of an array. Rows stay where they are: a table p names the row that stands i-th.
 #pragma once
+#include "frame/any_order.h"
 #include "frame/arguments.h"
-#include "frame/array.h"
 #include "frame/call.h"
 #include "frame/constants.h"
 #include "solvers/indices.h"
@@ -65,12 +65,6 @@ template <class V, int n> struct LUPack {
     Block<V, n, n> a;
     Index p[n];
 
-    template <class X> [[gnu::always_inline]] static void exchange(Index where, X& x, X& y)
-    {
-        const X t = x;
-        x = where ? y : x;
-        y = where ? t : y;
-    }
     [[gnu::always_inline]] void exchangeRows(int k, Index q)
     {
 #pragma GCC unroll 8
@@ -138,6 +132,32 @@ template <class T> [[gnu::noinline]] KeslStatus luCommon(const auto& src, int* p
     return eps >= abs(a(p[n - 1], n - 1)) ? keslStatusSingular : keslStatusOk;
 }
 
+// The same on packs, as LUPack has it; false where a lane is singular.
+template <class V> [[gnu::noinline]] bool luTile(Tile<V> a, MaskOf<V>* p, int n)
+{
+    using T = ElementOf<V>;
+    using Index = MaskOf<V>;
+    Index q[tallest];
+    V best;
+    for (int i = 0; i < n; ++i) p[i] = Index{} + i;
+    for (int k = 0; k < n - 1; ++k) {
+        q[k] = pivotRow(a, k, n, best);
+        if (any(Precision<T>::eps >= best)) return false;
+        exchangeRows(a, k, q[k], n);
+        for (int i = k + 1; i < n; ++i) exchange(q[k] == i, p[k], p[i]);
+        const V* const rk = a.row(k);
+        const V r = T(1) / rk[k];
+        for (int i = k + 1; i < n; ++i) {
+            V* const ri = a.row(i);
+            const V f = ri[k] = ri[k] * r;
+            for (int j = k + 1; j < n; ++j) ri[j] = ri[j] - f * rk[j];
+        }
+    }
+    if (any(Precision<T>::eps >= abs(a(n - 1, n - 1)))) return false;
+    for (int k = n - 2; k >= 0; --k) exchangeRows(a, k, q[k], n);
+    return true;
+}
+
 // ---- The family.
 struct LUDecomp {
     static constexpr Threshold threshold = setW;
@@ -162,16 +182,34 @@ struct LUDecomp {
             }
         });
     }
+    template <class T> [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, Table<int> index,
+                                                                 const Array<T>& to, int order, int count)
+    {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
+        return eachTile<T>(order * order, count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
+            if constexpr (lanes<V> == 1)
+                return withRowViews(
+                    k.first, [&](auto x, auto a) { return luCommon<T>(x, index.object(k.first), a, order); }, src, dst);
+            else {
+                V elements[tileElements];
+                MaskOf<V> p[tallest];
+                const Tile<V> a{elements, order};
+                load(src, k, a, order);
+                if (!luTile(a, p, order)) return keslStatusSingular;
+                store(dst, k, a, order);
+                for (int l = 0; l < lanes<V>; ++l)
+                    for (int i = 0; i < order; ++i) index.object(k.first + l)[i] = int(p[i][l]);
+                return keslStatusOk;
+            }
+        });
+    }
     template <class T> [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, Table<int> index,
                                                                const Array<T>& dst, int order, int count)
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, index, dst, count);
-            else
-                return eachView(
-                    count,
-                    [&](int k, const auto& from, const auto& to) { return luCommon<T>(from, index.object(k), to, order); },
-                    src, dst);
+            else return other<T>(src, index, dst, order, count);
         });
     }
 

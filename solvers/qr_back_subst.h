@@ -2,7 +2,6 @@
 // wide.
 #pragma once
 #include "frame/arguments.h"
-#include "frame/array.h"
 #include "frame/call.h"
 #include "solvers/tall.h"
 
@@ -64,6 +63,13 @@ template <class T>
     for (int j = 0; j < width; ++j) x(0, j) = buffer[j];
 }
 
+// The matrix has a value or a pack, of type X, for each element.
+template <class X, class V> [[gnu::noinline]] void qrSolveTile(auto a, V* b, int width, int height)
+{
+    qrSolve(
+        a, [&](int k) { return betaOf<X>(a, k, height); }, b, width, height);
+}
+
 // ---- The family.
 struct QRBackSubst {
     static constexpr Threshold threshold = setQ;
@@ -119,14 +125,38 @@ struct QRBackSubst {
         withRowViews(
             k, [&](auto a, auto b, auto x) { qrSolveCommon<T>(a, buffer, b, x, width, height); }, matrix, src, dst);
     }
+    template <class T, bool forAll> [[gnu::noinline]] static void other(const Array<const T>& matrices, T* buffer,
+                                                                        const Array<const T>& from, const Array<T>& to,
+                                                                        int width, int height, int count)
+    {
+        const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
+        const InPacks dst(to, count);
+        eachTall<T>(width, height, count, Argument{}, [&]<class V>(Objects<V> k) {
+            if constexpr (lanes<V> == 1) common(k.first, matrix, buffer, src, dst, width, height);
+            else {
+                V elements[tileElements], b[tallest];
+                load(src, k, Tile<V>{b, height}, 1);
+                if constexpr (forAll)
+                    withRowViews(
+                        0, [&](auto a) { qrSolveTile<T>(a, b, width, height); }, matrix);
+                else {
+                    const Tile<V> a{elements, width};
+                    load(matrix, k, a, height);
+                    qrSolveTile<V>(a, b, width, height);
+                }
+                store(dst, k, Tile<V>{b, width}, 1);
+                if (k.first + lanes<V> == count) // the interface wants what the last object would leave there
+                    for (int i = 0; i < height; ++i) buffer[i] = b[i][lanes<V> - 1];
+            }
+        });
+    }
     template <class T, bool forAll> [[gnu::noinline]] static void all(const Array<const T>& matrix, T* buffer,
                                                                       const Array<const T>& src, const Array<T>& dst,
                                                                       int width, int height, int count)
     {
         withShape(width, height, [&](auto w, auto h) {
             if constexpr (w > 0) fixed<T, forAll>(matrix, buffer, src, dst, w, h, count);
-            else
-                for (int k = 0; k < count; ++k) common(k, matrix, buffer, src, dst, width, height);
+            else other<T, forAll>(matrix, buffer, src, dst, width, height, count);
         });
     }
 

@@ -2,7 +2,6 @@
 // of each matrix of an array.
 #pragma once
 #include "frame/arguments.h"
-#include "frame/array.h"
 #include "frame/call.h"
 #include "frame/constants.h"
 #include "solvers/tall.h"
@@ -90,6 +89,16 @@ template <class T> [[gnu::noinline]] KeslStatus qrCommon(const auto& src, T* buf
     return keslStatusOk;
 }
 
+template <class V> [[gnu::noinline]] bool qrTile(Tile<V> a, int width, int height)
+{
+    V sums[tallest];
+    MaskOf<V> bad{};
+    for (int k = 0; k < reflectors(width, height); ++k)
+        bad |= reflect<1, V>(
+            &a, [&](int, int j) -> V& { return sums[j]; }, k, width, height);
+    return !any(bad);
+}
+
 // ---- The family.
 struct QRDecomp {
     static constexpr Threshold threshold = setQ;
@@ -125,12 +134,29 @@ struct QRDecomp {
         return withRowViews(
             k, [&](auto from, auto to) { return qrCommon<T>(from, buffer, to, width, height); }, src, dst);
     }
+    template <class T> [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, T* buffer, const Array<T>& to,
+                                                                 int width, int height, int count)
+    {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
+        return eachTall<T>(width, height, count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
+            if constexpr (lanes<V> == 1) return common(k.first, src, buffer, dst, width, height);
+            else {
+                V elements[tileElements];
+                const Tile<V> a{elements, width};
+                load(src, k, a, height);
+                if (!qrTile(a, width, height)) return keslStatusDivideByZero;
+                store(dst, k, a, height);
+                return keslStatusOk;
+            }
+        });
+    }
     template <class T> [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, T* buffer, const Array<T>& dst,
                                                                int width, int height, int count)
     {
         return withShape(width, height, [&](auto w, auto h) -> KeslStatus {
             if constexpr (w > 0) return fixed<T>(src, dst, w, h, count);
-            else return eachObject(count, [&](int k) { return common(k, src, buffer, dst, width, height); });
+            else return other(src, buffer, dst, width, height, count);
         });
     }
 

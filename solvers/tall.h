@@ -1,11 +1,9 @@
 // Matrices at least as high as wide. Of 3 to 6 columns they have fixed bodies: square ones with all sizes known to the
 // compiler, the others, up to a height, with the number of rows as it comes.
 #pragma once
-#include "frame/array.h"
+#include "frame/any_order.h"
 
 namespace kesl {
-
-constexpr int tallest = 32; // 12 KiB of local storage at 6 columns
 
 // f(width, height), each an int or a Fixed; width Fixed<0> stands for what has no fixed body. width <= height.
 [[gnu::always_inline]] inline auto withShape(int width, int height, auto f)
@@ -40,6 +38,13 @@ template <class W, class H> constexpr auto reflectors(W width, H height)
     if constexpr (isFixed<H>) return Fixed<W::value - (W::value == H::value)>{};
     else if constexpr (isFixed<W>) return width; // square ones have a Fixed height
     else return width < height ? width : width - 1;
+}
+
+// eachTile for such matrices.
+template <class T>
+[[gnu::always_inline]] inline KeslStatus eachTall(int width, int height, int count, const auto& src, auto body)
+{
+    return eachTile<T>(height <= tallest ? width * height : tileElements + 1, count, src, body);
 }
 
 // ---- Rows of a block, or the elements of a vector, from and to memory.

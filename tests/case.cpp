@@ -83,8 +83,8 @@ void Case::sizes(const Wish& wish)
         const bool square = number % 2 == 0; // the orders 3 to 6 matter most, where all sizes are equal
         for (char& c : std::string(letters)) {
             const std::string turn = f.name + (square ? '*' : c);
-            const int n = inTurn(turn, 13, number / 2);
-            dims[c] = n < 9 ? n + 1 : n - 6; // 3 to 6 twice
+            static const int sizes[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 3, 4, 5, 6, 12, 16, 17}; // 3 to 6 twice
+            dims[c] = sizes[inTurn(turn, int(std::size(sizes)), number / 2)];
         }
         if (f.tallOnly() && dims['w'] > dims['h']) std::swap(dims['w'], dims['h']);
     }

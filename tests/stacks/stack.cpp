@@ -10,7 +10,7 @@
 namespace stacks {
 namespace {
 
-constexpr size_t stackSize = 2 << 20;
+constexpr size_t stackSize = 768 << 10;
 constexpr char paint = 0x5A;
 
 // The bytes of a painted stack that a thread changes.
@@ -47,9 +47,9 @@ void testStack(const Level& level, const Function& f)
     setThreads(1);
     const size_t nothing = stackOf([] {}), small = promised("for square"), most = promised("for others");
     for (const int order : {1, 2, 3, 4, 5, 6, 7, 16, 32})
-        for (int round = 0; round < 4; ++round)
+        for (int round = 0; round < 2; ++round)
             forTypes([&](char type) {
-                Random random(f.name + type, 800 + 4 * order + round);
+                Random random(f.name + type, 800 + 2 * order + round);
                 Sizes sizes(f.sizes.size(), order);
                 for (size_t i = 1; i < sizes.size() && round; ++i) sizes[i] = random.between(1, order);
                 const Problem p = makeProblem(f, type, sizes, random.between(1, 33), random);

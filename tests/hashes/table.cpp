@@ -37,8 +37,11 @@ std::vector<std::string> Table::text() const
         result.push_back(text.str().substr(0, text.str().find_last_not_of(' ') + 1));
     };
     line("function", [](const std::string& column) { return column; });
-    for (const auto& [function, cells] : lines)
-        line(function, [&](const std::string& column) { return cells.contains(column) ? cells.at(column) : "-"; });
+    for (const auto& entry : lines)
+        line(entry.first, [&](const std::string& column) {
+            const auto cell = entry.second.find(column);
+            return cell == entry.second.end() ? "-" : cell->second;
+        });
     return result;
 }
 

@@ -7,7 +7,7 @@ if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE Release)
 endif()
 set(CMAKE_CXX_FLAGS_RELEASE "-O3")
-if(CMAKE_CXX_FLAGS MATCHES "-fsanitize") # -O3 then takes minutes for some modules
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize|-fprofile-instr") # -O3 then takes minutes for some modules
     set(CMAKE_CXX_FLAGS_RELEASE "-O1")
 endif()
 find_package(OpenMP REQUIRED COMPONENTS CXX)

@@ -34,9 +34,10 @@
  * BITS. Every processor, level, layout, count and number of threads gives the same bits, but for the kind of a NaN.
  *
  * ENVIRONMENT. A call computes in round-to-nearest with subnormals, whatever the caller has set, and never traps; it leaves
- * the caller's control word and floating-point flags as it found them. It takes no memory but stack, at most half a megabyte
- * of it, and that only for orders above 16. Large stacks are spread over threads, as many as keslcorex.h allows; the number
- * of threads changes no result. Any number of threads may call any function at once.
+ * the caller's control word and floating-point flags as it found them. It takes no memory but stack: at most
+ * 32 KiB for square matrices to order 4, but for kesl_lstsq, and 512 KiB for others, as g++ 12 compiles it. Large stacks are
+ * spread over threads, as many as keslcorex.h allows; the number of threads changes no result. Any number of threads may call
+ * any function at once.
  *
  * ACCURACY is that of LAPACK, judged by LAPACK's own test ratios: a residual divided by the norms, the order and the unit
  * roundoff. "Ratio" below is the limit that the tests hold for every order, condition and scale.

@@ -19,7 +19,7 @@ public:
         const IndexOf<V> over = abs(inverse) > splat<V>(std::numeric_limits<ElementOf<V>>::max());
         overflows = any(over);
         if (!overflows) return;
-        divisor = over & (d != 0) ? d : splat<V>(1);
+        divisor = (over & (d != 0)) ? d : splat<V>(1);
         inverse = over ? splat<V>(1) : inverse;
     }
     V under(V x) const { return (overflows ? x / divisor : x) * inverse; }

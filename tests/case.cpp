@@ -67,6 +67,7 @@ Case::Case(const Function& function, const Reference& r, int caseNumber, const W
     : f(function), reference(r), number(caseNumber), values(f.arguments.size()), placed(f.operands.size()),
       random(f.name, caseNumber)
 {
+    random.bytes = wish.bytes, random.end = wish.end;
     sizes(wish);
     placeAll(wish);
     arguments();

@@ -12,8 +12,9 @@ struct Wish {
     Dims dims;
     int count = 0; // 0: as the number of the case has it
     Elements elements = Elements::any;
-    bool plain = false; // ordinary data and no tricks, as in large calls
-    int failing = 25;   // chance of objects that fail, per cent
+    bool plain = false;                             // ordinary data and no tricks, as in large calls
+    int failing = 25;                               // chance of objects that fail, per cent
+    const uint8_t *bytes = nullptr, *end = nullptr; // what decides before chance does: a fuzzer's
 };
 
 struct Placed {

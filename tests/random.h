@@ -4,9 +4,11 @@
 #include <string>
 #include <vector>
 
-// A small generator, so that every case is reproducible from the name of its function and its number.
+// A small generator, so that every case is reproducible from the name of its function and its number. A fuzzer gives bytes
+// that decide as long as there are some.
 struct Random {
     uint64_t state;
+    const uint8_t *bytes = nullptr, *end = nullptr;
 
     explicit Random(uint64_t seed) : state(seed) {}
     Random(const std::string& name, int number) : state(0)
@@ -16,12 +18,14 @@ struct Random {
     }
     uint64_t next() // splitmix64
     {
+        if (bytes != end)
+            for (int i = 0; i < 4 && bytes != end; ++i) state = state << 8 | *bytes++;
         uint64_t z = state += 0x9e3779b97f4a7c15;
         z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9;
         z = (z ^ (z >> 27)) * 0x94d049bb133111eb;
         return z ^ (z >> 31);
     }
-    int below(int n) { return int((next() >> 33) % uint64_t(n)); }
+    int below(int n) { return bytes != end && n <= 256 ? *bytes++ % n : int((next() >> 33) % uint64_t(n)); }
     int between(int low, int high) { return low + below(high - low + 1); }
     bool chance(int percent) { return below(100) < percent; }
     double unit() { return double(next() >> 11) * 0x1p-53; }

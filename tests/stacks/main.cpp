@@ -29,10 +29,10 @@ struct Named {
     Suite suite;
     bool once = false; // at the best level only: all give the same bits
 };
-constexpr Named suites[] = {{"layouts", testLayouts},         {"memory", testMemory},           {"arguments", testArguments},
-                            {"failures", testFailures},       {"environment", testEnvironment}, {"scale", testScale},
-                            {"threads", testThreads},         {"levels", testLevels},           {"sums", testSums},
-                            {"accuracy", testAccuracy, true}, {"random", testRandom, true}};
+constexpr Named suites[] = {{"layouts", testLayouts},   {"memory", testMemory},           {"arguments", testArguments},
+                            {"failures", testFailures}, {"environment", testEnvironment}, {"scale", testScale},
+                            {"threads", testThreads},   {"levels", testLevels},           {"sums", testSums},
+                            {"stack", testStack},       {"accuracy", testAccuracy, true}, {"random", testRandom, true}};
 
 const Level& best()
 {

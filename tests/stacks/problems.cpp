@@ -60,6 +60,18 @@ Problem makeProblem(const Function& f, char type, const Sizes& sizes, std::ptrdi
     return p;
 }
 
+void flatten(Values& v, unsigned axes)
+{
+    const Values all = v;
+    const auto from = [&](std::ptrdiff_t x, int axis) { return axes >> axis & 1 ? 0 : x; };
+    for (std::ptrdiff_t k = 0; k < v.count; ++k)
+        for (int i = 0; i < v.rows; ++i)
+            for (int j = 0; j < v.cols; ++j)
+                std::memcpy(&v.data[size_t(((k * v.rows + i) * v.cols + j) * v.bytes)],
+                            &all.data[size_t(((from(k, 0) * v.rows + from(i, 1)) * v.cols + from(j, 2)) * v.bytes)],
+                            size_t(v.bytes));
+}
+
 std::vector<Way> waysToFail(const Function& f)
 {
     std::vector<Way> ways;

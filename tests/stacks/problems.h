@@ -8,6 +8,9 @@ namespace stacks {
 // All objects of it succeed.
 Problem makeProblem(const Function&, char type, const Sizes&, std::ptrdiff_t count, Random&);
 
+// Makes a source constant along the axes of a mask.
+void flatten(Values&, unsigned axes);
+
 enum class Way { nan, infinity, singular, indefinite, pivot };
 std::vector<Way> waysToFail(const Function&);
 const char* name(Way);

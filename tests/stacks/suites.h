@@ -15,6 +15,7 @@ void testEnvironment(const Level&, const Function&); // rounding, flags and trap
 void testScale(const Level&, const Function&);       // powers of two go through
 void testThreads(const Level&, const Function&);     // the same bits for any number of threads, and after fork
 void testLevels(const Level&, const Function&);      // the same bits as at the plain level
+void testStack(const Level&, const Function&);       // how much of it
 void testSums(const Level&, const Function&);        // what is defined to the bit
 void testAccuracy(const Level&, const Function&);    // LAPACK's ratios on LAPACK's matrices
 void testRandom(const Level&, const Function&);      // the same of very many small symmetric matrices

@@ -29,7 +29,8 @@
  * not overlap another operand, nor its own objects each other. That is not tested.
  *
  * UNITS. There are no thresholds: a matrix times 2^k gives the results times a power of two, to the bit, as long as nothing
- * over- or underflows. Subnormal and huge matrices are ordinary.
+ * over- or underflows; the factor of Cholesky for even k, since 2^k must have a root. Subnormal and huge matrices are
+ * ordinary.
  *
  * BITS. Every processor, level, layout, count and number of threads gives the same bits, but for the kind of a NaN.
  *
@@ -42,9 +43,9 @@
  * ACCURACY is that of LAPACK, judged by LAPACK's own test ratios: a residual divided by the norms, the order and the unit
  * roundoff. "Ratio" below is the limit that the tests hold for every order, condition and scale.
  *
- * SPEED. Small orders have code of their own. Objects whose rows are contiguous are the fastest, those with contiguous
- * columns as fast, then structures of arrays (stride0 the element size); anything else costs two to five times as much to
- * load. COST counts the operations for each object.
+ * SPEED. Small orders have code of their own. Objects one behind another without gaps, by rows or by columns, are the fastest,
+ * and structures of arrays (stride0 the element size); then those with gaps between contiguous rows or columns; anything else
+ * costs two to five times as much to load. COST counts the operations for each object.
  */
 #ifndef KESL_H
 #define KESL_H
@@ -128,8 +129,8 @@ ptrdiff_t kesl_trace_64f(ptrdiff_t n, ptrdiff_t count,
 
 /* x = the determinant, (n,n) -> (). Over- or underflows only if the determinant itself does.
  *
- * Method   products up to order 2, above by elimination with partial pivoting (Golub & Van Loan, Matrix Computations, 3.4),
- *          the product of the pivots with its exponent apart. A singular matrix is no failure.
+ * Method   elimination with partial pivoting (Golub & Van Loan, Matrix Computations, 3.4), the product of the pivots with its
+ *          exponent apart; up to order 3 products where they are as accurate. A singular matrix is no failure.
  * Info     -1 NaN or infinity in a.
  * Cost     2/3 n^3 */
 ptrdiff_t kesl_det_32f(ptrdiff_t n, ptrdiff_t count,

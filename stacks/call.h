@@ -6,7 +6,8 @@
 //     shapes(sizes...)           a tuple with the Shape of each operand
 //     cost(sizes...)             estimated picoseconds for an object of floats, one thread
 //     withOrders(f, sizes...)    (optional) f(sizes...) with those sizes Fixed that have code of their own
-//     pack<V>(k, sizes..., operands...)    loads the objects k, works, stores, and returns their infos
+//     neverFails                 (optional) all infos are 0
+//     pack<V>(k, sizes..., operands...)    loads the objects k, works, stores, and returns their infos if there are any
 #pragma once
 #include "stacks/environment.h"
 #include "stacks/operand.h"
@@ -44,11 +45,15 @@ std::ptrdiff_t unacceptable(const std::array<std::ptrdiff_t, s>& sizes, std::ptr
 // The infos of a pack, narrowed; how many of its objects failed.
 template <class V> [[gnu::always_inline]] inline int writeInfo(IndexOf<V> infos, Objects k, int* info)
 {
-    const bool failed = any(infos != 0);
-    if (info)
-        for (int l = 0; l < k.count; ++l) info[k.first + l] = failed ? int(infos[l]) : 0;
+    using Ints = Pack<int, 4 * lanes<V>>;
+    if (info) {
+        const Ints narrow = __builtin_convertvector(infos, Ints);
+        if (k.count == lanes<V>) storePack(info + k.first, narrow);
+        else
+            for (int l = 0; l < k.count; ++l) info[k.first + l] = narrow[l];
+    }
     int sum = 0;
-    if (failed)
+    if (any(infos != 0)) [[unlikely]]
         for (int l = 0; l < k.count; ++l) sum += infos[l] != 0;
     return sum;
 }
@@ -59,9 +64,12 @@ packs(std::ptrdiff_t first, std::ptrdiff_t last, int each, int* info, std::tuple
 {
     std::ptrdiff_t failed = 0;
     for (Objects k{first, each}; k.first < last; k.first += each) {
-        const IndexOf<V> infos = std::apply([&](auto... n) { return Op::template pack<V>(k, n..., operands...); }, sizes);
-        failed += writeInfo<V>(infos, k, info);
+        const auto work = [&](auto... n) KESL_INLINE { return Op::template pack<V>(k, n..., operands...); };
+        if constexpr (requires { Op::neverFails; }) std::apply(work, sizes);
+        else failed += writeInfo<V>(std::apply(work, sizes), k, info);
     }
+    if constexpr (requires { Op::neverFails; })
+        if (info) std::fill(info + first, info + last, 0);
     return failed;
 }
 

@@ -9,34 +9,35 @@ namespace {
 template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorCholesky(Tile<V, N, N>& a)
 {
     IndexOf<V> info{};
-    for (int j = 0; j < a.n; ++j) {
+    loop<N>(0, a.n, [&](int j) KESL_INLINE {
         const IndexOf<V> bad = ~(a(j, j) > 0);
         info = (bad & (info == 0)) ? index<V>(j + 1) : info;
         const V d = sqrt(bad ? splat<V>(1) : a(j, j)), inverse = 1 / d;
         a(j, j) = d;
-        for (int i = j + 1; i < a.n; ++i) a(i, j) *= inverse;
-        for (int i = j + 1; i < a.n; ++i)
-            for (int k = j + 1; k <= i; ++k) a(i, k) -= a(i, j) * a(k, j);
-    }
+        loop<N>(j + 1, a.n, [&](int i) KESL_INLINE { a(i, j) *= inverse; });
+        loop<N>(j + 1, a.n,
+                [&](int i) KESL_INLINE { loop<N>(j + 1, i + 1, [&](int k) KESL_INLINE { a(i, k) -= a(i, j) * a(k, j); }); });
+    });
     return info;
 }
 
-// X = L^-T L^-1 B in place of B.
+// X = L^-T L^-1 B in place of B, with the inverse of each diagonal element of L.
 template <class V, class N, class M>
-[[gnu::always_inline]] inline void solveCholesky(const Tile<V, N, N>& l, Tile<V, N, M>& b)
+[[gnu::always_inline]] inline void solveCholesky(const Tile<V, N, N>& l, const V* inverse, Tile<V, N, M>& b)
 {
-    for (int k = 0; k < b.n; ++k) {
-        const Divisor<V> d(l(k, k));
-        for (int j = 0; j < b.m; ++j) b(k, j) = d.under(b(k, j));
-        for (int i = k + 1; i < b.n; ++i)
-            for (int j = 0; j < b.m; ++j) b(i, j) -= l(i, k) * b(k, j);
-    }
-    for (int k = b.n - 1; k >= 0; --k) {
-        const Divisor<V> d(l(k, k));
-        for (int j = 0; j < b.m; ++j) b(k, j) = d.under(b(k, j));
-        for (int i = 0; i < k; ++i)
-            for (int j = 0; j < b.m; ++j) b(i, j) -= l(k, i) * b(k, j);
-    }
+    const auto divide = [&](int k) KESL_INLINE {
+        divideBy(l(k, k), inverse[k],
+                 [&](auto by) KESL_INLINE { loop<M>(0, b.m, [&](int j) KESL_INLINE { by(b(k, j)); }); });
+    };
+    loop<N>(0, b.n, [&](int k) KESL_INLINE {
+        divide(k);
+        loop<N>(k + 1, b.n,
+                [&](int i) KESL_INLINE { loop<M>(0, b.m, [&](int j) KESL_INLINE { b(i, j) -= l(i, k) * b(k, j); }); });
+    });
+    loopDown<N>(0, b.n, [&](int k) KESL_INLINE {
+        divide(k);
+        loop<N>(0, k, [&](int i) KESL_INLINE { loop<M>(0, b.m, [&](int j) KESL_INLINE { b(i, j) -= l(k, i) * b(k, j); }); });
+    });
 }
 
 struct Cholesky {
@@ -48,8 +49,7 @@ struct Cholesky {
     {
         Tile<V, N, N> t(n, n);
         a.load(k, t);
-        for (int i = 0; i < t.n; ++i)
-            for (int j = i + 1; j < t.n; ++j) t(i, j) = V{};
+        each(t, [&](int i, int j) KESL_INLINE { t(i, j) = j > i ? V{} : t(i, j); });
         const Preparation<V> prepared(t);
         const IndexOf<V> info = prepared.info(factorCholesky(t));
         if (prepared.isScaled) scaleBy(1 / sqrt(prepared.scale), t);
@@ -74,14 +74,14 @@ struct CholeskySolve {
         Tile<V, N, N> l(n, n);
         a.load(objects, l);
         IndexOf<V> info{};
-        for (int i = 0; i < l.n; ++i) info = ((l(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info;
+        loop<N>(0, l.n, [&](int i) KESL_INLINE { info = ((l(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info; });
         info = lowerNotFinite(l) ? index<V>(-1) : info;
         if (any(info != 0)) makeHarmless(info != 0, l);
-        eachPanel<V>(n, k, [&](auto& panel, std::ptrdiff_t column) {
-            b.load(objects, panel, 0, column);
-            solveCholesky(l, panel);
-            if (any(info != 0)) spoil(info != 0, panel);
-            x.store(objects, panel, 0, column);
+        V inverse[most<N>];
+        loop<N>(0, l.n, [&](int i) KESL_INLINE { inverse[i] = 1 / l(i, i); });
+        solveColumns<V>(objects, n, k, b, x, [&](auto& columns) KESL_INLINE {
+            solveCholesky(l, inverse, columns);
+            if (any(info != 0)) spoil(info != 0, columns);
         });
         return info;
     }

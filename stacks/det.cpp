@@ -5,44 +5,74 @@
 namespace kesl::stacks {
 namespace {
 
-// The product of the pivots, its exponent carried apart.
-template <class V, class N> V byElimination(Tile<V, N, N> a)
+// The product of the pivots, with its exponent carried apart where it leaves the range in which no digit is lost.
+template <class V, class N> [[gnu::always_inline]] inline V productOf(const Tile<V, N, N>& lu, IndexOf<V> isOdd, V scale)
 {
+    using T = ElementOf<V>;
+    constexpr T high = sizeof(T) == 4 ? T(0x1p+100) : T(0x1p+1000);
+    V product = lu(0, 0);
+    IndexOf<V> inRange = (abs(product) < splat<V>(high)) & (abs(product) > splat<V>(1 / high)) & (scale == 1);
+    loop<N>(1, lu.n, [&](int i) KESL_INLINE {
+        product *= lu(i, i);
+        inRange &= (abs(product) < splat<V>(high)) & (abs(product) > splat<V>(1 / high));
+    });
+    if (any(~inRange)) [[unlikely]] {
+        IndexOf<V> exponent;
+        splitExponent(scale, exponent);
+        exponent *= -lu.n;
+        product = splat<V>(1);
+        loop<N>(0, lu.n, [&](int i) KESL_INLINE {
+            IndexOf<V> e, carry;
+            product = splitExponent(product * splitExponent(lu(i, i), e), carry);
+            exponent += e + carry;
+        });
+        product = timesPowerOfTwo(product, exponent);
+    }
+    return isOdd ? 0 - product : product;
+}
+
+template <class V, class N> [[gnu::always_inline]] inline V byElimination(Tile<V, N, N>& a)
+{
+    if (a.n == 0) return splat<V>(1);
     const Preparation<V> prepared(a);
     Pivots<V, N> p;
     const IndexOf<V> singular = factorLU(a, p);
-
-    IndexOf<V> exponent;
-    splitExponent(prepared.scale, exponent);
-    exponent *= -a.n;
-    V product = splat<V>(1);
-    for (int i = 0; i < a.n; ++i) {
-        IndexOf<V> e, carry;
-        product = splitExponent(product * splitExponent(a(i, i), e), carry);
-        exponent += e + carry;
-        product = p[i] == i ? product : 0 - product;
-    }
-    const V det = singular != 0 ? V{} : timesPowerOfTwo(product, exponent);
+    IndexOf<V> isOdd{};
+    loop<N>(0, a.n, [&](int i) KESL_INLINE { isOdd ^= p[i] != i; });
+    const V det = singular != 0 ? V{} : productOf(a, isOdd, prepared.scale);
     return prepared.refused ? notANumber<V>() : det;
 }
 
-// Orders up to 2: by products where these are sound, once more near 1 otherwise, and by elimination where that does not help.
-template <class V, int n> [[gnu::noinline]] V finish(const Square<V, n>& a, IndexOf<V> done, IndexOf<V> isOrdinary, V det)
+// By products; returns the lanes where the determinant is accurate.
+template <class V, int n> [[gnu::always_inline]] inline IndexOf<V> byProducts(const Square<V, n>& a, V& det)
 {
-    const Normalised<V, n> normalised(a, isOrdinary);
-    const V near = determinant(normalised.near);
+    const Square<V, n> adjoint = adjugate(a);
+    const V largest = largestOf(a);
+    det = determinant(a, adjoint);
+    return isSound(det, largest, Fixed<n>{}) & isSound<1>(adjoint, largest) & isOrdinary(largest);
+}
+
+// The lanes that are not done: once more near 1, and by elimination where that does not help.
+template <class V, int n> [[gnu::noinline]] V finish(const Square<V, n>& a, IndexOf<V> done, V det)
+{
+    const Normalised<V, n> normalised(a);
+    V near;
     IndexOf<V> e;
+    const IndexOf<V> accurate = byProducts(normalised.near, near);
     const V value = splitExponent(near, e);
     det = done ? det : timesPowerOfTwo(value, e + n * normalised.exponent);
-    done |= isSound(near, largestOf(normalised.near), Fixed<n>{});
-    return any(~done) ? (done ? det : byElimination(a)) : det;
+    done |= accurate;
+    if (!any(~done)) return det;
+    Square<V, n> y = a;
+    return done ? det : byElimination(y);
 }
-template <class V, class N> V determinantOf(const Tile<V, N, N>& a)
+
+template <class V, class N> [[gnu::always_inline]] inline V determinantOf(Tile<V, N, N>& a)
 {
-    if constexpr (most<N> <= 2) {
-        const V det = determinant(a);
-        const IndexOf<V> isOrdinary = ordinary(a), done = isSound(det, largestOf(a), N{}) & isOrdinary;
-        return any(~done) ? finish(a, done, isOrdinary, det) : det;
+    if constexpr (most<N> <= 3) {
+        V det;
+        const IndexOf<V> done = byProducts(a, det);
+        return any(~done) ? finish(Tile<V, N, N>(a), done, det) : det;
     } else return byElimination(a);
 }
 
@@ -58,9 +88,7 @@ struct Det {
         Tile<V, Fixed<1>, Fixed<1>> det({}, {});
         det(0, 0) = determinantOf(t);
         x.store(k, det);
-        return any(~(abs(det(0, 0)) <= splat<V>(std::numeric_limits<ElementOf<V>>::max())))
-                   ? (notFinite(t) ? index<V>(-1) : index<V>(0))
-                   : index<V>(0);
+        return det(0, 0) != det(0, 0) ? index<V>(-1) : index<V>(0);
     }
 };
 

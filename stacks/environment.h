@@ -8,16 +8,17 @@ namespace kesl::stacks {
 // hold nothing must not raise any.
 class Environment {
 public:
-    Environment() : callers(_mm_getcsr()) { _mm_setcsr(usual); }
-    ~Environment()
+    Environment() : callers(_mm_getcsr())
     {
-        _mm_setcsr(callers);
-    } // to look whether it has changed takes longer, and the compiler takes an old look
+        if ((callers & ~flags) != usual) _mm_setcsr(usual);
+    }
+    // To look whether it has changed takes longer, and the compiler takes an old look.
+    ~Environment() { _mm_setcsr(callers); }
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
 
 private:
-    static constexpr unsigned usual = 0x1f80;
+    static constexpr unsigned usual = 0x1f80, flags = 0x3f;
     const unsigned callers;
 };
 

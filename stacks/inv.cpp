@@ -5,7 +5,7 @@
 namespace kesl::stacks {
 namespace {
 
-template <class V, class N> IndexOf<V> byElimination(Tile<V, N, N>& x)
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> byElimination(Tile<V, N, N>& x)
 {
     const Preparation<V> prepared(x);
     Pivots<V, N> p;
@@ -15,27 +15,24 @@ template <class V, class N> IndexOf<V> byElimination(Tile<V, N, N>& x)
     return info;
 }
 
-// x = a^-1; returns the lanes where it is accurate.
-template <class V, int n> IndexOf<V> byAdjugate(const Square<V, n>& a, Square<V, n>& x)
+// x = a^-1; returns the lanes where it is accurate. A NaN anywhere is in the determinant, too.
+template <class V, int n> [[gnu::always_inline]] inline IndexOf<V> byAdjugate(const Square<V, n>& a, Square<V, n>& x)
 {
     x = adjugate(a);
-    V det{};
-    for (int k = 0; k < n; ++k) det += a(0, k) * x(k, 0);
-    const V largest = largestOf(a);
-    const IndexOf<V> sound = isSound(det, largest, Fixed<n>{}) & isSound(x, largest);
+    const V det = determinant(a, x), largest = largestOf(a);
+    const IndexOf<V> sound = isSound(det, largest, Fixed<n>{}) & isSound<n>(x, largest) & isOrdinary(largest);
     scaleBy(1 / det, x);
     return sound;
 }
 
 // The lanes that are not done: once more near 1, and by elimination where that does not help.
-template <class V, int n>
-[[gnu::noinline]] IndexOf<V> finish(const Square<V, n>& a, IndexOf<V> done, IndexOf<V> isOrdinary, Square<V, n>& x)
+template <class V, int n> [[gnu::noinline]] IndexOf<V> finish(const Square<V, n>& a, IndexOf<V> done, Square<V, n>& x)
 {
     const auto take = [&](const Square<V, n>& y) {
         for (int e = 0; e < n * n; ++e) x.e[e] = done ? x.e[e] : y.e[e];
     };
     Square<V, n> y({}, {});
-    const Normalised<V, n> normalised(a, isOrdinary);
+    const Normalised<V, n> normalised(a);
     const IndexOf<V> accurate = byAdjugate(normalised.near, y);
     for (V& element : y.e) element = normalised.down.times(element);
     take(y);
@@ -48,12 +45,19 @@ template <class V, int n>
     return done ? index<V>(0) : info;
 }
 
-template <class V, class N> IndexOf<V> invert(Tile<V, N, N>& x)
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> invert(Tile<V, N, N>& x)
 {
     if constexpr (most<N> == 2 || most<N> == 3) {
-        const Tile<V, N, N> a = x;
-        const IndexOf<V> isOrdinary = ordinary(a), done = byAdjugate(a, x) & isOrdinary;
-        return any(~done) ? finish(a, done, isOrdinary, x) : index<V>(0);
+        Tile<V, N, N> y(x.rows(), x.columns());
+        const IndexOf<V> done = byAdjugate(x, y);
+        IndexOf<V> info{};
+        if (any(~done)) [[unlikely]] {
+            Tile<V, N, N> result = y; // so that x and y may stay in registers
+            info = finish(Tile<V, N, N>(x), done, result);
+            y = result;
+        }
+        x = y;
+        return info;
     } else return byElimination(x);
 }
 

@@ -1,25 +1,8 @@
-// Loops over the elements of tiles whose sizes are fixed or not.
+// Tiles and their transposes; sizes that have code of their own.
 #pragma once
 #include "stacks/tile.h"
 
 namespace kesl::stacks {
-
-// f(i) for i = from .. to - 1. Where the size N is fixed it is written out, so that tiles live in registers.
-template <class N> [[gnu::always_inline]] inline void loop(int from, int to, auto f)
-{
-    if constexpr (isFixed<N>)
-#pragma GCC unroll 16
-        for (int i = from; i < to; ++i) f(i);
-    else
-#pragma GCC unroll 1
-        for (int i = from; i < to; ++i) f(i);
-}
-
-// The same downwards, from to - 1 to from.
-template <class N> [[gnu::always_inline]] inline void loopDown(int from, int to, auto f)
-{
-    loop<N>(from, to, [&](int i) KESL_INLINE { f(from + to - 1 - i); });
-}
 
 // y = the transpose of x.
 template <class V, class N, class M> [[gnu::always_inline]] inline void transpose(const Tile<V, N, M>& x, Tile<V, M, N>& y)

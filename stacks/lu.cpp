@@ -16,12 +16,10 @@ struct LU {
         const Preparation<V> prepared(t);
         Pivots<V, N> p;
         factorLU(t, p);
-        if (prepared.isScaled)
-            for (int i = 0; i < t.n; ++i)
-                for (int j = i; j < t.n; ++j) t(i, j) *= 1 / prepared.scale;
+        if (prepared.isScaled) eachOfLower(t, [&](int i, int j) KESL_INLINE { t(j, i) *= 1 / prepared.scale; });
         const IndexOf<V> info = prepared.info(index<V>(0));
         Tile<IndexOf<V>, Fixed<1>, N> places(Fixed<1>{}, n);
-        for (int i = 0; i < t.n; ++i) places(0, i) = info != 0 ? index<V>(0) : p[i] + 1;
+        loop<N>(0, t.n, [&](int i) KESL_INLINE { places(0, i) = info != 0 ? index<V>(0) : p[i] + 1; });
         if (any(info != 0)) spoil(info != 0, t);
         lu.store(k, t);
         pivots.store(k, places);
@@ -46,26 +44,26 @@ struct LUSolve {
         a.load(objects, lu);
         pivots.load(objects, places);
         Pivots<V, N> p;
-        IndexOf<V> refused = notFinite(lu), info{};
-        for (int i = 0; i < lu.n; ++i) {
+        const bool areOrdinary = !any(~ordinaryFactors(lu));
+        IndexOf<V> refused = areOrdinary ? IndexOf<V>{} : notFinite(lu), info{};
+        loop<N>(0, lu.n, [&](int i) KESL_INLINE {
             p[i] = places(0, i) - 1;
             refused |= (p[i] < i) | (p[i] >= lu.n);
             info = ((lu(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info;
-        }
+        });
         info = refused ? index<V>(-1) : info;
-        if (any(info != 0)) makeHarmless(info != 0, lu);
-        const V scale = eliminationScale(largestOfUpper(lu), n);
-        const bool isScaled = any(scale != 1);
-        if (isScaled)
-            for (int i = 0; i < lu.n; ++i)
-                for (int j = i; j < lu.n; ++j) lu(i, j) *= scale;
+        if (any(info != 0)) [[unlikely]]
+            makeHarmless(info != 0, lu);
+        const V scale = areOrdinary ? splat<V>(1) : eliminationScale(largestOfUpper(lu), n);
+        const bool isScaled = !areOrdinary && any(scale != 1);
+        if (isScaled) [[unlikely]]
+            eachOfLower(lu, [&](int i, int j) KESL_INLINE { lu(j, i) *= scale; });
+        loop<N>(0, lu.n, [&](int i) KESL_INLINE { p.inverse[i] = 1 / lu(i, i); });
 
-        eachPanel<V>(n, k, [&](auto& panel, std::ptrdiff_t column) {
-            b.load(objects, panel, 0, column);
-            if (isScaled) scaleBy(scale, panel);
-            solveLU(lu, p, panel);
-            if (any(info != 0)) spoil(info != 0, panel);
-            x.store(objects, panel, 0, column);
+        solveColumns<V>(objects, n, k, b, x, [&](auto& columns) KESL_INLINE {
+            if (isScaled) scaleBy(scale, columns);
+            solveLU(lu, p, columns);
+            if (any(info != 0)) spoil(info != 0, columns);
         });
         return info;
     }

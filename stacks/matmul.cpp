@@ -1,3 +1,4 @@
+#include "products/rows.h"
 #include "stacks/names.h"
 
 namespace kesl::stacks {
@@ -7,15 +8,27 @@ namespace {
 template <class V, class M, class K, class N>
 [[gnu::always_inline]] inline void multiply(const Tile<V, M, K>& a, const Tile<V, K, N>& b, Tile<V, M, N>& c, bool goesOn)
 {
-    for (int i = 0; i < c.n; ++i)
-        for (int j = 0; j < c.m; ++j) {
-            V sum = goesOn ? c(i, j) + a(i, 0) * b(0, j) : a(i, 0) * b(0, j);
-            for (int k = 1; k < a.m; ++k) sum += a(i, k) * b(k, j);
-            c(i, j) = sum;
-        }
+    each(c, [&](int i, int j) KESL_INLINE {
+        V sum = goesOn ? c(i, j) + a(i, 0) * b(0, j) : a(i, 0) * b(0, j);
+        loop<K>(1, a.m, [&](int k) KESL_INLINE { sum += a(i, k) * b(k, j); });
+        c(i, j) = sum;
+    });
+}
+
+// The same for single objects without gaps in their rows, by rows of b. All of b is read before anything is stored, and a row
+// of a before that of c: c may be either of them.
+template <int n, class T>
+[[gnu::always_inline]] inline void multiplyByRows(kesl::Rows<const T> a, kesl::Rows<const T> b, kesl::Rows<T> c)
+{
+    Row<T, n> rows[n];
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) rows[i] = Row<T, n>::from(b.row(i));
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) rowTimes<false, 0>(a, i, rows).to(c.row(i));
 }
 
 struct Matmul {
+    static constexpr bool neverFails = true;
     static constexpr int limits[] = {0, 0, 0};
     static auto shapes(auto m, auto k, auto n) { return std::tuple(Shape(m, k), Shape(k, n), Shape(m, n)); }
     static double cost(double m, double k, double n) { return 200 + 60 * m * k * n; }
@@ -32,20 +45,28 @@ struct Matmul {
     }
 
     template <class V, class N, class C>
-    static IndexOf<V> pack(Objects objects, N m, N k, C n, const auto& a, const auto& b, const auto& c)
+    static void pack(Objects objects, N m, N k, C n, const auto& a, const auto& b, const auto& c)
     {
+        if constexpr (std::is_same_v<N, C> && m >= 4) {
+            const auto eachObject = [&](auto left, auto right, auto to) {
+                for (int l = 0; l < objects.count; ++l) multiplyByRows<n>(left(l), right(l), to(l));
+            };
+            if (a.hasRows() && b.hasRows() && c.hasRows())
+                return eachObject(a.rows(objects), b.rows(objects), c.rows(objects));
+            if (a.hasColumns() && b.hasColumns() && c.hasColumns()) // c^T = b^T a^T
+                return eachObject(b.columns(objects), a.columns(objects), c.columns(objects));
+        }
         Tile<V, N, N> s(m, k);
         Tile<V, N, C> t(k, n), x(m, n);
         a.load(objects, s);
         b.load(objects, t);
         multiply(s, t, x, false);
         c.store(objects, x);
-        return index<V>(0);
     }
 
     // Any sizes, block by block of c. Whole tiles if they are large enough, so that c may be a or b.
-    template <class V> static IndexOf<V> pack(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n,
-                                              const auto& a, const auto& b, const auto& c)
+    template <class V> static void pack(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n, const auto& a,
+                                        const auto& b, const auto& c)
     {
         const std::ptrdiff_t block = std::max({m, k, n}) <= largestSize ? largestSize : 8;
         const auto part = [&](std::ptrdiff_t size, std::ptrdiff_t from, std::ptrdiff_t most) {
@@ -64,7 +85,6 @@ struct Matmul {
                 }
                 c.store(objects, x, i, j);
             }
-        return index<V>(0);
     }
 
 private:

@@ -4,15 +4,15 @@
 #include "stacks/stack.h"
 #include "stacks/tile.h"
 
-#include <utility>
-
 namespace kesl::stacks {
 
 enum class Road {
     planes,  // element (i, j) of all objects side by side: a structure of arrays
-    rows,    // contiguous rows, transposed in registers
-    columns, // contiguous columns: the same with rows and columns exchanged
-    one,     // a single object for all lanes
+    records, // objects without gaps, one behind another, transposed in registers
+    turned,  // such objects stored by columns
+    rows,    // contiguous rows
+    columns, // contiguous columns
+    one,     // a single object, for all lanes
     any      // lane by lane
 };
 
@@ -22,7 +22,12 @@ struct Objects {
     int count;
 };
 
-// The addresses of one element in all objects of a pack.
+// The addresses of one element in all objects of a pack: of records, at distances that the compiler knows; and of any.
+template <class T, int size> struct Records {
+    T* first;
+    T* operator()(int l) const { return first + l * size; }
+    Records operator+(int elements) const { return {first + elements}; }
+};
 template <class T> struct Addresses {
     T* first;
     const std::ptrdiff_t* offset; // in bytes, one for each lane
@@ -30,36 +35,45 @@ template <class T> struct Addresses {
     Addresses operator+(int elements) const { return {first + elements, offset}; }
 };
 
-// n contiguous elements of each object, n being known or not.
-template <class V, class N> [[gnu::always_inline]] inline void loadElements(auto at, N n, V* x)
+// n elements of each of the records that begin at p. Very short ones are read as whole packs, unless that takes more shuffles.
+template <int lanes, int which> struct Alternate { // 0 2 4 ... or 1 3 5 ... of two packs, and back
+    static constexpr int of(int l) { return 2 * l + which; }
+};
+template <int lanes, int half> struct Mixed {
+    static constexpr int of(int l) { return half * lanes / 2 + l / 2 + l % 2 * lanes; }
+};
+template <int n, class V, class T> [[gnu::always_inline]] inline void loadRecords(T* p, V* x)
 {
-    if constexpr (isFixed<N>) loadRun<N::value>(at, x);
-    else {
-        constexpr int wide = perPiece<sizeof(V), V>, narrow = perPiece<16, V>;
-        int e = 0;
-        for (; e + wide <= n; e += wide) loadPieces<sizeof(V)>(at + e, x + e);
-        for (; e + narrow <= n; e += narrow) loadPieces<16>(at + e, x + e);
-        for (; e < n; ++e) x[e] = gathered<V>(at + e);
-    }
+    if constexpr (n == 1) *x = loadPack<V>(p);
+    else if constexpr (n == 2) {
+        const V a = loadPack<V>(p), b = loadPack<V>(p + lanes<V>);
+        x[0] = shuffled<Alternate<lanes<V>, 0>, lanes<V>>(a, b), x[1] = shuffled<Alternate<lanes<V>, 1>, lanes<V>>(a, b);
+    } else if constexpr (n <= 4 || n == 6) loadTable<n>(p, x);
+    else loadRun<n>(Records<T, n>{p}, x);
 }
-template <class V, class N> [[gnu::always_inline]] inline void storeElements(auto at, N n, const V* x)
+template <int n, class V, class T> [[gnu::always_inline]] inline void storeRecords(T* p, const V* x)
 {
-    if constexpr (isFixed<N>) storeRun<N::value>(at, x);
-    else {
-        constexpr int wide = perPiece<sizeof(V), V>, narrow = perPiece<16, V>;
-        int e = 0;
-        for (; e + wide <= n; e += wide) storePieces<sizeof(V)>(at + e, x + e);
-        for (; e + narrow <= n; e += narrow) storePieces<16>(at + e, x + e);
-        for (; e < n; ++e) scatter(at + e, x[e]);
-    }
-}
-template <class V, class N, class M> auto elementsOf(const Tile<V, N, M>& x)
-{
-    if constexpr (isFixed<N> && isFixed<M>) return Fixed<N::value * M::value>{};
-    else return x.n * x.m;
+    if constexpr (n == 1) storePack(p, *x);
+    else if constexpr (n == 2) {
+        storePack(p, shuffled<Mixed<lanes<V>, 0>, lanes<V>>(x[0], x[1]));
+        storePack(p + lanes<V>, shuffled<Mixed<lanes<V>, 1>, lanes<V>>(x[0], x[1]));
+    } else if constexpr (n <= 4 || n == 6) storeTable<n>(p, x);
+    else storeRun<n>(Records<T, n>{p}, x);
 }
 
-// An operand prepared for packs V. Pivots beside doubles are ints in wider lanes, which are read and written one by one.
+// n contiguous elements of each object. A last partial piece overlaps the one before it.
+template <class V, class T> void loadElements(Addresses<T> at, int n, V* x)
+{
+    if (n >= perPiece<16, V>) return loadRun(at, x, n);
+    for (int e = 0; e < n; ++e) x[e] = gathered<V>(at + e);
+}
+template <class V, class T> void storeElements(Addresses<T> at, int n, const V* x)
+{
+    if (n >= perPiece<16, V>) return storeRun(at, x, n);
+    for (int e = 0; e < n; ++e) scatter(at + e, x[e]);
+}
+
+// An operand prepared for packs V. Ints beside doubles are in wider lanes than in memory.
 template <class V, class T> class Operand {
 public:
     using Element = T;
@@ -67,111 +81,126 @@ public:
 
     // For packs of so many objects.
     Operand(const auto& stack, std::ptrdiff_t rows, std::ptrdiff_t columns, int objects)
-        : p(stack.p), stride0(stack.stride0), stride1(stack.stride1), stride2(stack.stride2)
+        : p(stack.p), stride0(stack.stride0), stride1(stack.stride1), stride2(stack.stride2), elements(rows * columns)
     {
-        if (stack.isDiagonal) stride2 += stride1, rows = 1;
-        if (objects == 1) {
-            road = Road::one;
-            return;
-        }
-        if (!isLane) road = Road::any;
-        else if (stride0 == each) road = objects == lanes<V> ? Road::planes : Road::any;
-        else if (stride2 == each && (columns > 1 || rows == 1)) road = Road::rows;
-        else if (stride1 == each) road = Road::columns;
-        else road = Road::any;
-        for (int l = 0; l < lanes<V>; ++l) offset[l] = std::min(l, objects - 1) * stride0;
+        if (stack.isDiagonal) stride2 += stride1, elements = columns, rows = 1;
+        if (elements == 0) stride0 = stride1 = stride2 = 0; // there may be no storage to move in
+        road = roadOf(rows, columns, objects);
+        if (road != Road::planes && road != Road::one)
+            for (int l = 0; l < lanes<V>; ++l) offset[l] = std::min(l, objects - 1) * stride0;
     }
 
     // As many rows and columns of each object as the tile has, from a first one on.
     template <class N, class M>
     [[gnu::always_inline]] void load(Objects k, Tile<V, N, M>& x, std::ptrdiff_t row = 0, std::ptrdiff_t column = 0) const
     {
-        const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
-        if constexpr (isLane) {
-            if (road == Road::planes) return eachOf(x, [&](int i, int j) { x(i, j) = loadPack<V>(at(i, j).first); });
-            if (isRecord(x)) {
-                if constexpr (std::is_same_v<N, M> && isFixed<N>) {
-                    loadElements(at(0, 0), elementsOf(x), x.e);
-                    if (road == Road::columns) transpose(x);
-                } else if (road == Road::rows) loadElements(at(0, 0), elementsOf(x), x.e);
-                else {
-                    Tile<V, M, N> y(x.columns(), x.rows());
-                    loadElements(at(0, 0), elementsOf(x), y.e);
-                    eachOf(x, [&](int i, int j) { x(i, j) = y(j, i); });
-                }
-                return;
-            }
-        }
+        const auto at = [&](int i, int j) KESL_INLINE { return address(k, row + i, column + j); };
+        if (road == Road::planes)
+            return each(x, [&](int i, int j) KESL_INLINE { x(i, j) = asLanes(loadPack<Stored>(at(i, j))); });
+        if (road == Road::one) return each(x, [&](int i, int j) KESL_INLINE { x(i, j) = splat<V>(*at(i, j)); });
         if constexpr (isFixed<N> && isFixed<M>) {
+            if constexpr (isTransposable)
+                if (areRecords(x)) {
+                    Stored y[most<N> * most<M>];
+                    loadRecords<most<N> * most<M>>(at(0, 0), y);
+                    if (road == Road::turned) each(x, [&](int i, int j) KESL_INLINE { x(i, j) = asLanes(y[j * x.n + i]); });
+                    else each(x, [&](int i, int j) KESL_INLINE { x(i, j) = asLanes(y[i * x.m + j]); });
+                    return;
+                }
             Tile<V, N, M> y(x.rows(), x.columns()); // so that x may stay in registers
             loadApart(k, y.e, x.n, x.m, row, column);
-            x = y;
+            each(x, [&](int i, int j) KESL_INLINE { x(i, j) = y(i, j); });
         } else loadApart(k, x.e, x.n, x.m, row, column);
     }
     template <class N, class M> [[gnu::always_inline]] void store(Objects k, const Tile<V, N, M>& x, std::ptrdiff_t row = 0,
                                                                   std::ptrdiff_t column = 0) const
     {
-        const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
-        if constexpr (isLane) {
-            if (road == Road::planes) return eachOf(x, [&](int i, int j) { storePack(at(i, j).first, x(i, j)); });
-            if (isRecord(x)) {
-                if constexpr (std::is_same_v<N, M> && isFixed<N>) {
-                    Tile<V, N, M> y = x;
-                    if (road == Road::columns) transpose(y);
-                    storeElements(at(0, 0), elementsOf(y), y.e);
-                } else if (road == Road::rows) storeElements(at(0, 0), elementsOf(x), x.e);
-                else {
-                    Tile<V, M, N> y(x.columns(), x.rows());
-                    eachOf(x, [&](int i, int j) { y(j, i) = x(i, j); });
-                    storeElements(at(0, 0), elementsOf(x), y.e);
-                }
-                return;
-            }
-        }
+        const auto at = [&](int i, int j) KESL_INLINE { return address(k, row + i, column + j); };
+        if (road == Road::planes) return each(x, [&](int i, int j) KESL_INLINE { storePack(at(i, j), asStored(x(i, j))); });
+        if (road == Road::one) return each(x, [&](int i, int j) KESL_INLINE { *at(i, j) = T(x(i, j)[0]); });
         if constexpr (isFixed<N> && isFixed<M>) {
-            const Tile<V, N, M> y = x;
+            if constexpr (isTransposable)
+                if (areRecords(x)) {
+                    Stored y[most<N> * most<M>];
+                    if (road == Road::turned) each(x, [&](int i, int j) KESL_INLINE { y[j * x.n + i] = asStored(x(i, j)); });
+                    else each(x, [&](int i, int j) KESL_INLINE { y[i * x.m + j] = asStored(x(i, j)); });
+                    return storeRecords<most<N> * most<M>>(at(0, 0), y);
+                }
+            Tile<V, N, M> y(x.rows(), x.columns());
+            each(x, [&](int i, int j) KESL_INLINE { y(i, j) = x(i, j); });
             storeApart(k, y.e, x.n, x.m, row, column);
         } else storeApart(k, x.e, x.n, x.m, row, column);
     }
 
+    // Single objects whose rows, or columns, are contiguous: object l of a pack.
+    bool hasRows() const { return stride2 == size; }
+    bool hasColumns() const { return stride1 == size; }
+    auto rows(Objects k) const { return single(moved(p, k.first * stride0), stride0, stride1); }
+    auto columns(Objects k) const { return single(moved(p, k.first * stride0), stride0, stride2); }
+
 private:
-    static constexpr bool isLane = sizeof(T) == sizeof(ElementOf<V>);
-    static constexpr std::ptrdiff_t each = sizeof(T);
-    std::ptrdiff_t stride0, stride1, stride2;
+    using Stored = Pack<T, lanes<V>* int(sizeof(T))>;
+    static constexpr bool isLane = sizeof(T) == sizeof(ElementOf<V>), isTransposable = sizeof(Stored) >= 16;
+    static constexpr std::ptrdiff_t size = sizeof(T);
+    std::ptrdiff_t stride0, stride1, stride2, elements;
     Road road;
     std::ptrdiff_t offset[lanes<V>];
 
-    Addresses<T> addresses(Objects k, std::ptrdiff_t i, std::ptrdiff_t j) const
+    Road roadOf(std::ptrdiff_t rows, std::ptrdiff_t columns, int objects) const
     {
-        return {moved(p, k.first * stride0 + i * stride1 + j * stride2), offset};
+        const bool isFull = objects == lanes<V>;
+        if (objects == 1 || stride0 == 0) return Road::one;
+        if (isFull && stride0 == size) return Road::planes;
+        const bool byRows = stride2 == size || columns == 1, byColumns = stride1 == size || rows == 1;
+        if (isFull && stride0 == elements * size && elements > 0) {
+            if (byRows && (stride1 == columns * size || rows == 1)) return Road::records;
+            if (byColumns && (stride2 == rows * size || columns == 1)) return Road::turned;
+        }
+        if (!isLane) return Road::any;
+        if (stride2 == size && (columns > 1 || rows == 1)) return Road::rows;
+        return stride1 == size ? Road::columns : Road::any;
     }
-    // Whether the objects have no gaps between their rows, or their columns.
-    [[gnu::always_inline]] bool isRecord(const auto& x) const
+    // Whether the tile has all elements of such objects.
+    [[gnu::always_inline]] bool areRecords(const auto& x) const
     {
-        return road == Road::rows ? stride1 == x.m * each || x.n == 1
-                                  : road == Road::columns && (stride2 == x.n * each || x.m == 1);
-    }
-    [[gnu::always_inline]] static void transpose(auto& x)
-    {
-        for (int i = 0; i < x.n; ++i)
-            for (int j = 0; j < i; ++j) std::swap(x(i, j), x(j, i));
-    }
-    [[gnu::always_inline]] static void eachOf(const auto& x, auto f)
-    {
-        for (int i = 0; i < x.n; ++i)
-            for (int j = 0; j < x.m; ++j) f(i, j);
+        return (road == Road::records || road == Road::turned) && elements == x.n * x.m;
     }
 
+    static auto single(T* first, std::ptrdiff_t distance, std::ptrdiff_t stride)
+    {
+        return [=](int l) { return kesl::Rows<T>{moved(first, l * distance), stride}; };
+    }
+    static V asLanes(Stored x)
+    {
+        if constexpr (isLane) return x;
+        else return __builtin_convertvector(x, V);
+    }
+    static Stored asStored(V x)
+    {
+        if constexpr (isLane) return x;
+        else return __builtin_convertvector(x, Stored);
+    }
+    T* address(Objects k, std::ptrdiff_t i, std::ptrdiff_t j) const
+    {
+        return moved(p, k.first * stride0 + i * stride1 + j * stride2);
+    }
     // The other roads, by functions that bodies of all sizes share: rows or columns with gaps, and lane by lane.
+    Addresses<T> addresses(Objects k, std::ptrdiff_t i, std::ptrdiff_t j) const { return {address(k, i, j), offset}; }
+    // Rows without gaps are one long row.
+    void joinRows(int& rows, int& columns) const
+    {
+        if (stride1 == columns * size) columns *= rows, rows = 1;
+    }
     [[gnu::noinline]] void loadApart(Objects k, V* x, int rows, int columns, std::ptrdiff_t row, std::ptrdiff_t column) const
     {
         const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
         if constexpr (isLane) {
-            if (road == Road::rows) {
+            if (road == Road::rows || road == Road::records) {
+                joinRows(rows, columns);
                 for (int i = 0; i < rows; ++i) loadElements(at(i, 0), columns, x + i * columns);
                 return;
             }
-            if (road == Road::columns) {
+            if (road == Road::columns || road == Road::turned) {
                 V line[largestSize];
                 for (int j = 0; j < columns; ++j) {
                     loadElements(at(0, j), rows, line);
@@ -181,19 +210,19 @@ private:
             }
         }
         for (int i = 0; i < rows; ++i)
-            for (int j = 0; j < columns; ++j)
-                x[i * columns + j] = road == Road::one ? splat<V>(*at(i, j).first) : gathered<V>(at(i, j));
+            for (int j = 0; j < columns; ++j) x[i * columns + j] = gathered<V>(at(i, j));
     }
     [[gnu::noinline]] void storeApart(Objects k, const V* x, int rows, int columns, std::ptrdiff_t row,
                                       std::ptrdiff_t column) const
     {
         const auto at = [&](int i, int j) KESL_INLINE { return addresses(k, row + i, column + j); };
         if constexpr (isLane) {
-            if (road == Road::rows) {
+            if (road == Road::rows || road == Road::records) {
+                joinRows(rows, columns);
                 for (int i = 0; i < rows; ++i) storeElements(at(i, 0), columns, x + i * columns);
                 return;
             }
-            if (road == Road::columns) {
+            if (road == Road::columns || road == Road::turned) {
                 V line[largestSize];
                 for (int j = 0; j < columns; ++j) {
                     for (int i = 0; i < rows; ++i) line[i] = x[i * columns + j];
@@ -203,12 +232,8 @@ private:
             }
         }
         for (int i = 0; i < rows; ++i)
-            for (int j = 0; j < columns; ++j) {
-                const V value = x[i * columns + j];
-                if (road == Road::one) *at(i, j).first = T(value[0]);
-                else
-                    for (int l = 0; l < lanes<V>; ++l) *at(i, j)(l) = T(value[l]);
-            }
+            for (int j = 0; j < columns; ++j)
+                for (int l = 0; l < lanes<V>; ++l) *at(i, j)(l) = T(x[i * columns + j][l]);
     }
 };
 

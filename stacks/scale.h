@@ -10,26 +10,25 @@ template <class V> constexpr int bias = sizeof(ElementOf<V>) == 4 ? 127 : 1023;
 // 2^e for a normal power of two.
 template <class V> V powerOfTwo(IndexOf<V> e) { return V((e + bias<V>) << exponentBits<V>); }
 
-// The largest magnitude, NaN and infinity aside.
-template <class V, class N, class M> V largestOf(const Tile<V, N, M>& x)
+template <class V> V larger(V x, V y) { return x > y ? x : y; }
+
+// The largest magnitude, NaN aside.
+template <class V, class N, class M> [[gnu::always_inline]] inline V largestOf(const Tile<V, N, M>& x)
 {
     V largest{};
-    for (int i = 0; i < x.n; ++i)
-        for (int j = 0; j < x.m; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
+    each(x, [&](int i, int j) KESL_INLINE { largest = larger(abs(x(i, j)), largest); });
     return largest;
 }
-template <class V, class N> V largestOfUpper(const Tile<V, N, N>& x)
+template <class V, class N> [[gnu::always_inline]] inline V largestOfUpper(const Tile<V, N, N>& x)
 {
     V largest{};
-    for (int i = 0; i < x.n; ++i)
-        for (int j = i; j < x.n; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
+    eachOfLower(x, [&](int i, int j) KESL_INLINE { largest = larger(abs(x(j, i)), largest); });
     return largest;
 }
-template <class V, class N> V largestOfLower(const Tile<V, N, N>& x)
+template <class V, class N> [[gnu::always_inline]] inline V largestOfLower(const Tile<V, N, N>& x)
 {
     V largest{};
-    for (int i = 0; i < x.n; ++i)
-        for (int j = 0; j <= i; ++j) largest = abs(x(i, j)) > largest ? abs(x(i, j)) : largest;
+    eachOfLower(x, [&](int i, int j) KESL_INLINE { largest = larger(abs(x(i, j)), largest); });
     return largest;
 }
 
@@ -46,24 +45,39 @@ template <class V> V eliminationScale(V largest, int n)
     return largest < small ? powerOfTwo<V>(index<V>(up)) : largest >= big ? down : splat<V>(1);
 }
 
-template <class V, class N, class M> void scaleBy(V power, Tile<V, N, M>& x)
+template <class V, class N, class M> [[gnu::always_inline]] inline void scaleBy(V power, Tile<V, N, M>& x)
 {
-    for (int i = 0; i < x.n; ++i)
-        for (int j = 0; j < x.m; ++j) x(i, j) *= power;
+    each(x, [&](int i, int j) KESL_INLINE { x(i, j) *= power; });
 }
 
-// Lanes whose matrix is finite and of a magnitude such that products of three elements neither over- nor underflow.
-template <class V, class N> IndexOf<V> ordinary(const Tile<V, N, N>& x)
+// Lanes of a magnitude such that products of three elements neither over- nor underflow.
+template <class V> IndexOf<V> isOrdinary(V size)
 {
     using T = ElementOf<V>;
+    constexpr T low = sizeof(T) == 4 ? T(0x1p-20) : T(0x1p-200);
+    return (size > splat<V>(low)) & (size < splat<V>(1 / low));
+}
+
+// The same for a matrix: its elements are finite, too.
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> ordinary(const Tile<V, N, N>& x)
+{
     V sum{};
-    for (int i = 0; i < x.n; ++i) {
-        V ofRow{};
-        for (int j = 0; j < x.m; ++j) ofRow += abs(x(i, j));
+    loop<N>(0, x.n, [&](int i) KESL_INLINE {
+        V ofRow = abs(x(i, 0));
+        loop<N>(1, x.n, [&](int j) KESL_INLINE { ofRow += abs(x(i, j)); });
         sum += ofRow;
-    }
-    constexpr T low = sizeof(T) == 4 ? T(0x1p-20) : T(0x1p-200), high = 1 / low;
-    return (sum > splat<V>(low)) & (sum < splat<V>(high));
+    });
+    return isOrdinary(sum);
+}
+// And for the factors of elimination, where the magnitude is that of the upper one.
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> ordinaryFactors(const Tile<V, N, N>& x)
+{
+    V lower{}, upper{};
+    eachOfLower(x, [&](int i, int j) KESL_INLINE {
+        upper += abs(x(j, i));
+        if (j < i) lower += abs(x(i, j));
+    });
+    return isOrdinary(upper) & isOrdinary(upper + lower);
 }
 
 // A matrix made ready for elimination: NaN and infinities out of the way, magnitudes where nothing over- or underflows.
@@ -74,16 +88,17 @@ public:
     V scale = splat<V>(1);
     bool isScaled = false;
 
-    template <class N> explicit Preparation(Tile<V, N, N>& x)
+    template <class N> [[gnu::always_inline]] explicit Preparation(Tile<V, N, N>& x)
     {
-        if (!any(~ordinary(x))) return;
+        if (!any(~ordinary(x))) [[likely]]
+            return;
         refused = notFinite(x);
         makeHarmless(refused, x);
         scale = eliminationScale(largestOf(x), x.n);
         isScaled = true;
         scaleBy(scale, x);
     }
-    template <class N, class M> void scaleLike(Tile<V, N, M>& x) const
+    template <class N, class M> [[gnu::always_inline]] void scaleLike(Tile<V, N, M>& x) const
     {
         if (isScaled) scaleBy(scale, x);
     }
@@ -121,13 +136,14 @@ template <class V> V splitExponent(V x, IndexOf<V>& e)
     return V(bits - (exponent << exponentBits<V>));
 }
 
-// The power of two that brings a magnitude to [1, 2); for subnormal numbers and 0 the largest one.
-template <class V> V inversePower(V x)
+// The power of two in a magnitude x, so that x / power(x) is in [1, 2); 0 for subnormal numbers and 0. And its inverse, for these
+// the largest power there is.
+template <class V> V power(V x)
 {
     constexpr auto ones = (std::int64_t(1) << (8 * sizeof(ElementOf<V>) - 1 - exponentBits<V>)) - 1;
-    const IndexOf<V> exponent = IndexOf<V>(x) & (index<V>(int(ones)) << exponentBits<V>);
-    return V((index<V>(2 * bias<V>) << exponentBits<V>)-exponent);
+    return V(IndexOf<V>(x) & (index<V>(int(ones)) << exponentBits<V>));
 }
+template <class V> V inversePower(V x) { return V((index<V>(2 * bias<V>) << exponentBits<V>)-IndexOf<V>(power(x))); }
 
 // The exponent of a magnitude: 2^e <= x < 2^(e + 1). 0 for 0.
 template <class V> IndexOf<V> exponentOf(V x)

@@ -21,12 +21,10 @@ struct Solve {
         const Preparation<V> prepared(lu);
         Pivots<V, N> p;
         const IndexOf<V> info = prepared.info(factorLU(lu, p));
-        eachPanel<V>(n, k, [&](auto& panel, std::ptrdiff_t column) {
-            b.load(objects, panel, 0, column);
-            prepared.scaleLike(panel);
-            solveLU(lu, p, panel);
-            if (any(info != 0)) spoil(info != 0, panel);
-            x.store(objects, panel, 0, column);
+        solveColumns<V>(objects, n, k, b, x, [&](auto& columns) KESL_INLINE {
+            prepared.scaleLike(columns);
+            solveLU(lu, p, columns);
+            if (any(info != 0)) spoil(info != 0, columns);
         });
         return info;
     }

@@ -58,6 +58,33 @@ template <class V, class N> [[gnu::always_inline]] inline void eachPanel(N n, st
         }
 }
 
+// f(i) for i = from .. to - 1. Where the size N is fixed it is written out, so that tiles live in registers.
+template <class N> [[gnu::always_inline]] inline void loop(int from, int to, auto f)
+{
+    if constexpr (isFixed<N>)
+#pragma GCC unroll 16
+        for (int i = from; i < to; ++i) f(i);
+    else
+#pragma GCC unroll 1
+        for (int i = from; i < to; ++i) f(i);
+}
+
+// The same downwards, from to - 1 to from.
+template <class N> [[gnu::always_inline]] inline void loopDown(int from, int to, auto f)
+{
+    loop<N>(from, to, [&](int i) KESL_INLINE { f(from + to - 1 - i); });
+}
+
+// f(i, j) for all elements of a tile, row by row; and for those of the lower triangle.
+template <class V, class N, class M> [[gnu::always_inline]] inline void each(const Tile<V, N, M>& x, auto f)
+{
+    loop<N>(0, x.n, [&](int i) KESL_INLINE { loop<M>(0, x.m, [&](int j) KESL_INLINE { f(i, j); }); });
+}
+template <class V, class N> [[gnu::always_inline]] inline void eachOfLower(const Tile<V, N, N>& x, auto f)
+{
+    loop<N>(0, x.n, [&](int i) KESL_INLINE { loop<N>(0, i + 1, [&](int j) KESL_INLINE { f(i, j); }); });
+}
+
 // One int for each lane, as wide as the lane: a mask, an index, an info.
 template <class V> using IndexOf = MaskOf<V>;
 template <class V> IndexOf<V> index(int i) { return IndexOf<V>{} + i; }
@@ -68,8 +95,7 @@ template <class V> V notANumber() { return splat<V>(std::numeric_limits<ElementO
 template <class V, class N, class M> IndexOf<V> notFinite(const Tile<V, N, M>& x)
 {
     V zeros{};
-    for (int i = 0; i < x.n; ++i)
-        for (int j = 0; j < x.m; ++j) zeros += x(i, j) - x(i, j);
+    each(x, [&](int i, int j) KESL_INLINE { zeros += x(i, j) - x(i, j); });
     return zeros != 0;
 }
 
@@ -77,21 +103,18 @@ template <class V, class N, class M> IndexOf<V> notFinite(const Tile<V, N, M>& x
 template <class V, class N> IndexOf<V> lowerNotFinite(const Tile<V, N, N>& x)
 {
     V zeros{};
-    for (int i = 0; i < x.n; ++i)
-        for (int j = 0; j <= i; ++j) zeros += x(i, j) - x(i, j);
+    eachOfLower(x, [&](int i, int j) KESL_INLINE { zeros += x(i, j) - x(i, j); });
     return zeros != 0;
 }
 
 // Puts the identity into the lanes of a mask, so that an iteration ends there; and NaN, as the results of a failure.
-template <class V, class N, class M> void makeHarmless(IndexOf<V> where, Tile<V, N, M>& x)
+template <class V, class N, class M> [[gnu::always_inline]] inline void makeHarmless(IndexOf<V> where, Tile<V, N, M>& x)
 {
-    for (int i = 0; i < x.n; ++i)
-        for (int j = 0; j < x.m; ++j) x(i, j) = where ? splat<V>(i == j) : x(i, j);
+    each(x, [&](int i, int j) KESL_INLINE { x(i, j) = where ? splat<V>(i == j) : x(i, j); });
 }
-template <class V, class N, class M> void spoil(IndexOf<V> where, Tile<V, N, M>& x)
+template <class V, class N, class M> [[gnu::always_inline]] inline void spoil(IndexOf<V> where, Tile<V, N, M>& x)
 {
-    for (int i = 0; i < x.n; ++i)
-        for (int j = 0; j < x.m; ++j) x(i, j) = where ? notANumber<V>() : x(i, j);
+    each(x, [&](int i, int j) KESL_INLINE { x(i, j) = where ? notANumber<V>() : x(i, j); });
 }
 
 // f(Fixed<n>) for orders that have code of their own, and f(Rest) for any other.

@@ -93,7 +93,7 @@ def page(name, brief, header, synopsis, sections, also):
 
 def brief(text):
     """The first sentence, without the shapes of the operands."""
-    sentence = re.split(r"[.;:](?:\s|$)", " ".join(text.split()))[0]
+    sentence = re.split(r'[.;:](?:\s|$)(?=(?:[^"]*"[^"]*")*[^"]*$)', " ".join(text.split()))[0]  # outside of quotes
     return re.sub(r"^\w+ = (?=the |what )|, \(.*", "", sentence)
 
 
@@ -155,7 +155,7 @@ def documented(path):
         if entry.title or not entry.text:
             out.append(entry.code + "\n")
             continue
-        declarations = re.split(r"\n(?=ptrdiff_t kesl_)", entry.code)
+        declarations = re.split(r"(?<=;)\n(?=\w)", entry.code)
         text = f"/** @brief {plain(brief(entry.text))}\n@verbatim\n{entry.text}\n@endverbatim */\n"
         out += [text + declaration + "\n" for declaration in declarations]
     return "\n".join(out) + ("/** @} */\n" if opened else "") + "#endif"

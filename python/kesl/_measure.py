@@ -85,9 +85,8 @@ def seconds(function, given, budget):
 
 def times(name, count, n, dtype, budget=0.05):
     """Seconds that kesl and NumPy take for a stack. NumPy's is extrapolated from 2,000 objects where there are more."""
-    given = sources(name, count, n, dtype)
-    few = 100 if name == "lstsq" else 2000
-    part = [x[:few] for x in given]
+    part = sources(name, min(count, 100 if name == "lstsq" else 2000), n, dtype)
+    given = [np.resize(x, (count,) + x.shape[1:]) for x in part]
     ours, theirs = seconds(work[name][1], given, budget), seconds(work[name][2], part, budget)
     return ours, theirs * count / len(part[0])
 

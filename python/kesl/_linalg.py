@@ -300,9 +300,8 @@ def _lstsq(a, b, rcond, method, errors):
         rcond = np.finfo(s.dtype).eps * max(m, n) if rcond is None else np.finfo(s.dtype).eps if rcond == -1 else rcond
         used = s > rcond * s[..., :1]
         rank = used.sum(-1)
-        y = matmul(_transposed(U), b)
-        y = np.where(used[..., None], y / np.where(used, s, 1)[..., None], np.where(np.isnan(s), s, 0)[..., None])
-        x = matmul(_transposed(Vh), y)
+        inverse = np.divide(1, s, out=np.zeros_like(s), where=used)
+        x = matmul(_transposed(Vh), matmul(_transposed(U), b) * inverse[..., None])
     else:
         raise ValueError(f"method must be 'svd' or 'qr', not {method!r}")
     error = b - matmul(a, x)
@@ -373,7 +372,9 @@ def eigh_ex(a, UPLO="L", **options):
 
 def _real(first, *others, options):
     """Real arrays if all eigenvalues are real. Arrays of others than NumPy, which may hold no values yet, stay complex."""
-    if options.get("out") is not None or not isinstance(first, np.ndarray) or (np.abs(first.imag) > 0).any():
+    if options.get("out") is not None or not isinstance(first, np.ndarray):
+        return first, *others
+    if np.count_nonzero(first.imag) and (np.abs(first.imag) > 0).any(): # NaN is real
         return first, *others
     return [x.real.copy() if x.dtype.kind == "c" else x for x in (first, *others)]
 

@@ -1,4 +1,5 @@
 """kesl beside numpy.linalg: the same work by both, checked and timed. For `python3 -m kesl` and the table in the documents."""
+import itertools
 import sys
 import time
 
@@ -70,26 +71,25 @@ def _product(name, factors):
 
 
 def seconds(function, given, budget):
-    """The least time of several calls, as many as fit into the budget."""
+    """The least time of several calls, as many as fit into the budget, and no fewer than three."""
     best, calls, end = float("inf"), 1, time.perf_counter() + budget
-    while True:
+    for turn in itertools.count(1):
         start = time.perf_counter()
         for _ in range(calls):
             function(*given)
         now = time.perf_counter()
         best = min(best, (now - start) / calls)
-        if now > end:
+        if now > end and turn >= 3:
             return best
         calls = max(1, min(int(budget / 20 / best), 10000))
 
 
 def times(name, count, n, dtype, budget=0.05):
-    """Seconds that kesl and NumPy take for a stack. NumPy's is extrapolated from 2,000 objects where there are more."""
-    given = sources(name, count, n, dtype)
-    few = 100 if name == "lstsq" else 2000
-    part = [x[:few] for x in given]
-    ours, theirs = seconds(work[name][1], given, budget), seconds(work[name][2], part, budget)
-    return ours, theirs * count / len(part[0])
+    """Seconds that kesl and NumPy take for a stack. NumPy's is extrapolated from 2,000 objects where it is above half a second."""
+    part = sources(name, min(count, 100 if name == "lstsq" else 2000), n, dtype)
+    given = [np.resize(x, (count,) + x.shape[1:]) for x in part]
+    ours, theirs = seconds(work[name][1], given, budget), seconds(work[name][2], part, budget) * count / len(part[0])
+    return ours, seconds(work[name][2], given, budget) if count > len(part[0]) and theirs < 0.5 else theirs
 
 
 def progress(done, all_, text):

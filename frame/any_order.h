@@ -14,7 +14,8 @@ template <class V> struct Tile {
     V* row(int i) const { return e + i * width; }
 };
 
-// body(Objects<V>) as in eachPack, with the elements of a block that a body has to hold; large ones go one by one.
+// body(Objects<V>) as in eachPack, with the elements of a block that a body has to hold; large ones go one by one. A body is
+// KESL_ONCE, so that the tiles of packs of different widths are not on the stack at once.
 template <class T> [[gnu::always_inline]] inline KeslStatus eachTile(int elements, int count, const auto& src, auto body)
 {
     if (elements <= tileElements) return eachPack<T>(count, src, body);

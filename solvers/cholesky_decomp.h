@@ -125,7 +125,7 @@ struct CholeskyDecomp {
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        return eachTile<T>(n * n, count, src, [&]<class V>(Objects<V> k) -> KeslStatus {
+        return eachTile<T>(n * n, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 return withRowViews(
                     k.first, [&](auto a, auto l) { return choleskyCommon<T>(a, l, n, limit, src.cells); }, src, dst);

@@ -22,6 +22,7 @@ template <class T> T minor(const View<T>& a, std::vector<int> columns)
 }
 
 struct Determinant {
+    static constexpr bool scratchAtWill = true; // packs need none
     static int cost(const Dims& d)
     {
         const int n = d['n'];

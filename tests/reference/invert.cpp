@@ -6,7 +6,7 @@
 
 namespace {
 template <class T> struct Matrix {
-    T at[9][9];
+    T at[17][17];
     T* operator[](int i) { return at[i]; }
     const T* operator[](int i) const { return at[i]; }
 };
@@ -19,7 +19,7 @@ template <class T> T minor(const Matrix<T>& a, const int* rows, const int* colum
     if (n == 2) return a[rows[0]][columns[0]] * a[rows[1]][columns[1]] - a[rows[0]][columns[1]] * a[rows[1]][columns[0]];
     T sum = 0;
     for (int omitted = n - 1; omitted >= 0; --omitted) {
-        int others[9];
+        int others[17];
         for (int i = 0, k = 0; i < n; ++i)
             if (i != omitted) others[k++] = rows[i];
         const T term = a[rows[omitted]][columns[0]] * minor(a, others, columns + 1, n - 1);
@@ -29,7 +29,7 @@ template <class T> T minor(const Matrix<T>& a, const int* rows, const int* colum
     return sum;
 }
 
-const int all[9] = {0, 1, 2, 3, 4, 5, 6, 7, 8};
+const int all[17] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
 
 void without(int omitted, int n, int* rest)
 {
@@ -73,7 +73,7 @@ struct Inverse {
         const T r = T(1) / det;
         for (int i = 0; i < n; ++i)
             for (int j = 0; j < n; ++j) {
-                int rows[9], columns[9];
+                int rows[17], columns[17];
                 without(j, n, rows), without(i, n, columns);
                 const T m = minor(a, rows, columns, n - 1);
                 o.destination()(i, j) = ((i + j) % 2 ? 0 - m : m) * r;
@@ -107,7 +107,7 @@ struct Inverse {
     {
         *o.buffer = true;
         const T thr = threshold<T>(n);
-        int p[9], sign;
+        int p[17], sign;
         T result;
         Matrix<T> a = source;
         if (!eliminate(a, p, n, thr, result, sign)) return Singular;
@@ -116,7 +116,7 @@ struct Inverse {
         const T reciprocal = T(1) / det;
         for (int i = 0; i < n; ++i)
             for (int j = 0; j < n; ++j) {
-                int rows[9], columns[9];
+                int rows[17], columns[17];
                 without(i, n, rows), without(j, n, columns);
                 for (int r = 0; r < n - 1; ++r)
                     for (int c = 0; c < n - 1; ++c) a[r][c] = source[rows[r]][columns[c]];

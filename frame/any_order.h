@@ -6,6 +6,10 @@
 namespace kesl {
 
 constexpr int tileElements = 256; // of a pack each: order 16, and at most 16 KiB
+constexpr bool fitsTile(int height, int width)
+{
+    return height <= tallest && width <= tallest && height * width <= tileElements;
+}
 
 template <class V> struct Tile {
     V* e;
@@ -14,11 +18,12 @@ template <class V> struct Tile {
     V* row(int i) const { return e + i * width; }
 };
 
-// body(Objects<V>) as in eachPack, with the elements of a block that a body has to hold; large ones go one by one. A body is
+// body(Objects<V>) as in eachPack, with the size of a block that a body has to hold; large ones go one by one. A body is
 // KESL_ONCE, so that the tiles of packs of different widths are not on the stack at once.
-template <class T> [[gnu::always_inline]] inline KeslStatus eachTile(int elements, int count, const auto& src, auto body)
+template <class T>
+[[gnu::always_inline]] inline KeslStatus eachTile(int height, int width, int count, const auto& src, auto body)
 {
-    if (elements <= tileElements) return eachPack<T>(count, src, body);
+    if (fitsTile(height, width)) return eachPack<T>(count, src, body);
     return eachObject(count, [&](int k) { return body(Objects<T>{k}); });
 }
 template <class V>

@@ -90,7 +90,7 @@ struct CholeskyBackSubst {
     {
         const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
         const InPacks dst(to, count);
-        eachTile<T>(n * n, count, Argument{}, [&]<class V>(Objects<V> k) KESL_ONCE {
+        eachTile<T>(n, n, count, Argument{}, [&]<class V>(Objects<V> k) KESL_ONCE {
             if constexpr (lanes<V> == 1)
                 withRowViews(
                     k.first, [&](auto l, auto b, auto x) { choleskySolveCommon<T>(l, b, x, n); }, matrix, src, dst);

@@ -119,13 +119,13 @@ struct CholeskyDecomp {
             }
         });
     }
-    // In P the root of a float is narrowed before it is inverted, at orders of no fixed body.
+    // Deliberately in P the root of a float is narrowed before it is inverted, at orders of no fixed body.
     template <class T>
     [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, const Array<T>& to, int n, int count, T limit)
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        return eachTile<T>(n * n, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        return eachTile<T>(n, n, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 return withRowViews(
                     k.first, [&](auto a, auto l) { return choleskyCommon<T>(a, l, n, limit, src.cells); }, src, dst);

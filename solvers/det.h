@@ -106,7 +106,7 @@ struct Det {
     [[gnu::noinline]] static void other(const Array<const T>& from, int order, T* buffer, Table<T> dst, int count)
     {
         const InPacks src(from, count);
-        eachTile<T>(order * order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        eachTile<T>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 withRowViews(
                     k.first, [&](auto a) { *dst.object(k.first) = detCommon<T, true>(a, buffer, order); }, src);

@@ -54,7 +54,7 @@ struct Invert {
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        return eachTile<T>(order * order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        return eachTile<T>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 return withRowViews(
                     k.first, [&](auto a, auto x) { return invertCommon<T>(a, buffer, x, order); }, src, dst);

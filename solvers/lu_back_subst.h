@@ -170,10 +170,10 @@ struct LUBackSubst {
         const InPacks dst(to, count);
         T elements[tileElements];
         const Tile<T> factors{elements, n}; // of the one matrix
-        if (one && n * n <= tileElements)
+        if (one && fitsTile(n, n))
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j) factors(i, j) = *matrix.element(0, index.p[i], j);
-        eachTile<T>(n * n, count, Argument{}, [&]<class V>(Objects<V> k) KESL_ONCE {
+        eachTile<T>(n, n, count, Argument{}, [&]<class V>(Objects<V> k) KESL_ONCE {
             if constexpr (lanes<V> == 1)
                 withRowViews(
                     k.first, [&](auto a, auto b, auto x) { luSolveCommon<T>(a, index.object(k.first), b, x, n); }, matrix,

@@ -187,7 +187,7 @@ struct LUDecomp {
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        return eachTile<T>(order * order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        return eachTile<T>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 return withRowViews(
                     k.first, [&](auto x, auto a) { return luCommon<T>(x, index.object(k.first), a, order); }, src, dst);

@@ -40,13 +40,6 @@ template <class W, class H> constexpr auto reflectors(W width, H height)
     else return width < height ? width : width - 1;
 }
 
-// eachTile for such matrices.
-template <class T>
-[[gnu::always_inline]] inline KeslStatus eachTall(int width, int height, int count, const auto& src, auto body)
-{
-    return eachTile<T>(height <= tallest ? width * height : tileElements + 1, count, src, body);
-}
-
 // ---- Rows of a block, or the elements of a vector, from and to memory.
 template <int height, int width, class V> [[gnu::always_inline]] inline void
 loadRows(const InPacks<const ElementOf<V>>& src, Objects<V> k, Block<V, height, width>& x, auto rows)

@@ -131,7 +131,7 @@ template <class V> V splitExponent(V x, IndexOf<V>& e)
     using T = ElementOf<V>;
     const IndexOf<V> tiny = abs(x) < splat<V>(std::numeric_limits<T>::min());
     x = tiny ? x * splat<V>(T(0x1p64)) : x;
-    const IndexOf<V> bits = IndexOf<V>(x), exponent = (IndexOf<V>(abs(x)) >> exponentBits<V>)-bias<V>;
+    const IndexOf<V> bits = IndexOf<V>(x), biased = IndexOf<V>(abs(x)) >> exponentBits<V>, exponent = biased - bias<V>;
     e = exponent - (tiny & 64);
     return V(bits - (exponent << exponentBits<V>));
 }
@@ -143,7 +143,11 @@ template <class V> V power(V x)
     constexpr auto ones = (std::int64_t(1) << (8 * sizeof(ElementOf<V>) - 1 - exponentBits<V>)) - 1;
     return V(IndexOf<V>(x) & (index<V>(int(ones)) << exponentBits<V>));
 }
-template <class V> V inversePower(V x) { return V((index<V>(2 * bias<V>) << exponentBits<V>)-IndexOf<V>(power(x))); }
+template <class V> V inversePower(V x)
+{
+    const IndexOf<V> twice = index<V>(2 * bias<V>) << exponentBits<V>;
+    return V(twice - IndexOf<V>(power(x)));
+}
 
 // The exponent of a magnitude: 2^e <= x < 2^(e + 1). 0 for 0.
 template <class V> IndexOf<V> exponentOf(V x)

@@ -20,27 +20,6 @@ template <class T> T anyBits(Random& r)
     else return std::bit_cast<double>(r.next());
 }
 
-template <class T> T special(Random& r)
-{
-    using Limits = std::numeric_limits<T>;
-    const T list[] = {0,
-                      T(-0.0),
-                      1,
-                      -1,
-                      Limits::infinity(),
-                      -Limits::infinity(),
-                      Limits::quiet_NaN(),
-                      Limits::min(),
-                      -Limits::min(),
-                      Limits::denorm_min(),
-                      Limits::min() / 2,
-                      Limits::max(),
-                      -Limits::max(),
-                      Limits::epsilon(),
-                      Limits::signaling_NaN()};
-    return r.pick(list);
-}
-
 enum class Data { ordinary, integers, mixed, bits, specials };
 
 template <class T> T datum(Data kind, Random& r)

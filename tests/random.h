@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <limits>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -45,4 +46,26 @@ struct Random {
 inline int inTurn(const std::string& dimension, int n, int number)
 {
     return Random(dimension, number / n).permutation(n)[size_t(number % n)];
+}
+
+// A number at which something turns.
+template <class T> T special(Random& r)
+{
+    using Limits = std::numeric_limits<T>;
+    const T list[] = {0,
+                      T(-0.0),
+                      1,
+                      -1,
+                      Limits::infinity(),
+                      -Limits::infinity(),
+                      Limits::quiet_NaN(),
+                      Limits::min(),
+                      -Limits::min(),
+                      Limits::denorm_min(),
+                      Limits::min() / 2,
+                      Limits::max(),
+                      -Limits::max(),
+                      Limits::epsilon(),
+                      Limits::signaling_NaN()};
+    return r.pick(list);
 }

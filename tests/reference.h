@@ -11,7 +11,7 @@
 //         template <class T> void fail(const Object<T>&, Random&) const         sources that make the object fail
 //         static int cost(const Dims&)                                          of an object, where it is dear
 //         static bool zerosAlike(const Dims&)                                   a zero may have either sign
-//         static constexpr bool scratchAtWill = true;                           bodies without scratch are allowed
+//         static bool scratchAtWill(const Dims&)                                bodies without scratch are allowed
 //     };
 //     const Register sum("Add", "mm mama", Sum());
 //
@@ -72,7 +72,7 @@ struct Reference {
     std::function<bool(const Function&, const Dims&, int)> inPlace;
     int (*cost)(const Dims&) = nullptr; // of one object, in element operations, where that is far from its size
     bool (*zerosAlike)(const Dims&) = nullptr;
-    bool scratchAtWill = false;
+    bool (*scratchAtWill)(const Dims&) = nullptr;
 
     template <class T> const Hooks<T>& of() const
     {

@@ -87,7 +87,7 @@ void run(const Function& f, const Level& level, const Reference& reference, cons
         for (int i = 0; i < team.first; ++i) {
             const auto begin = seen.used.begin() + i * share;
             const bool used = std::find(begin, begin + share, true) != begin + share;
-            if (!used && reference.scratchAtWill) continue;
+            if (!used && reference.scratchAtWill && reference.scratchAtWill(c.dims)) continue;
             same(("scratch of thread " + std::to_string(i) + " used:").c_str(), used, i < threads);
         }
     }

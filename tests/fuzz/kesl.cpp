@@ -24,20 +24,7 @@ Sizes sizesFrom(const Function& f, Random& random)
 
 template <class T> T oddNumber(Random& random)
 {
-    using Limits = std::numeric_limits<T>;
-    const T list[] = {0,
-                      T(-0.0),
-                      1,
-                      -1,
-                      Limits::infinity(),
-                      -Limits::infinity(),
-                      Limits::quiet_NaN(),
-                      Limits::min(),
-                      Limits::denorm_min(),
-                      Limits::max(),
-                      -Limits::max(),
-                      Limits::epsilon()};
-    return random.chance(50) ? random.pick(list) : std::ldexp(T(random.between(-128, 127)), random.between(-120, 120));
+    return random.chance(50) ? special<T>(random) : std::ldexp(T(random.between(-128, 127)), random.between(-120, 120));
 }
 
 // Numbers as other tests have them, of which some become odd, whole objects get another scale, and some objects fail.

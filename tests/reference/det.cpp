@@ -22,7 +22,7 @@ template <class T> T minor(const View<T>& a, std::vector<int> columns)
 }
 
 struct Determinant {
-    static constexpr bool scratchAtWill = true; // packs need none
+    static bool scratchAtWill(const Dims& d) { return d['n'] <= 16; } // packs need none
     static int cost(const Dims& d)
     {
         const int n = d['n'];

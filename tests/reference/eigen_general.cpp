@@ -3,7 +3,7 @@
 
 namespace {
 struct General {
-    static constexpr bool scratchAtWill = true;
+    static bool scratchAtWill(const Dims&) { return true; }
     static int cost(const Dims& d) { return 4 * d['n'] * d['n'] * d['n']; }
     static bool zerosAlike(const Dims& d) { return d['n'] <= 2; }
 

@@ -227,7 +227,7 @@ template <class T, class S> struct Symmetric {
 };
 
 struct Sym {
-    static constexpr bool scratchAtWill = true;
+    static bool scratchAtWill(const Dims&) { return true; }
     static int cost(const Dims& d) { return d['n'] * d['n'] * d['n']; }
     static bool zerosAlike(const Dims& d) { return d['n'] <= 2; }
 

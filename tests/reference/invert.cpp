@@ -38,7 +38,7 @@ void without(int omitted, int n, int* rest)
 }
 
 struct Inverse {
-    static constexpr bool scratchAtWill = true; // packs need none
+    static bool scratchAtWill(const Dims& d) { return d['n'] <= 16; } // packs need none
     static int cost(const Dims& d)
     {
         const int n = d['n'];

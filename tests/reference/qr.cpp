@@ -8,7 +8,7 @@ namespace {
 int reflectors(const Dims& d) { return d['w'] < d['h'] ? d['w'] : d['w'] - 1; }
 
 struct QR {
-    static constexpr bool scratchAtWill = true; // packs need none
+    static bool scratchAtWill(const Dims& d) { return d['w'] * d['h'] <= 256; } // packs need none
     static int cost(const Dims& d) { return d['h'] * d['w'] * d['w']; }
 
     template <class T> Outcome operator()(const Object<T>& o) const

@@ -1,34 +1,12 @@
 // How much stack a call needs; the header says it.
+#include "../painted_stack.h"
 #include "suites.h"
 
-#include <algorithm>
 #include <fstream>
-#include <pthread.h>
 #include <regex>
-#include <sys/mman.h>
 
 namespace stacks {
 namespace {
-
-constexpr size_t stackSize = 768 << 10;
-constexpr char paint = 0x5A;
-
-// The bytes of a painted stack that a thread changes.
-size_t stackOf(auto body)
-{
-    static char* const stack =
-        static_cast<char*>(mmap(nullptr, stackSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-    std::fill(stack, stack + stackSize, paint);
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstack(&attributes, stack, stackSize);
-    pthread_t thread;
-    const auto start = [](void* f) -> void* { return (*static_cast<decltype(body)*>(f))(), nullptr; };
-    EXPECT_EQ(pthread_create(&thread, &attributes, start, &body), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-    return size_t(stack + stackSize - std::find_if(stack, stack + stackSize, [](char c) { return c != paint; }));
-}
 
 size_t promised(const char* what)
 {

@@ -1,14 +1,19 @@
 // How many threads a call may use.
 #include "core/cgroup.h"
 #include "core/limits.h"
+#include "core/run_queue.h"
 #include "keslcorex.h"
 #include <algorithm>
 #include <atomic>
 #include <climits>
+#include <cstdlib>
+#include <ctime>
 #include <omp.h>
 #include <pthread.h>
 #include <sched.h>
+#include <strings.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -16,6 +21,11 @@ std::atomic<int> asked{0};                // by the program; 0: automatic
 std::atomic<int> bound{0};                // by the limits of the process; 0: not read yet
 std::atomic<bool> hadOtherThreads{false}; // before the fork that is under way
 bool teamIsLost = false;                  // written only where no second thread exists
+
+constexpr long samplingPeriod = 5;  // milliseconds, at the least, between two looks at what else runs
+std::atomic<long> sampledAt{-1000}; // milliseconds
+std::atomic<int> busyWithOthers{0}; // processors, then
+std::atomic<int> lastAnswer{1};     // to an automatic question
 
 // The directory of a process's threads has a link for each, and two of its own.
 bool hasOtherThreads()
@@ -52,6 +62,35 @@ int boundOnce()
     return n;
 }
 
+// What a program cannot change while it runs. OMP_DYNAMIC=false is how a user says that the number shall not follow the load.
+int online = 1; // processors of the machine
+bool followsLoad = true;
+[[gnu::constructor]] void readOnce()
+{
+    const char* const dynamic = std::getenv("OMP_DYNAMIC");
+    followsLoad = !dynamic || strcasecmp(dynamic, "false") != 0;
+    online = int(sysconf(_SC_NPROCESSORS_ONLN));
+}
+
+// The processors that other work leaves to this call. A team whose members wait for each other needs all of them at once: with
+// fewer, each wait lasts as long as the system lets others run, which is some milliseconds and more than most calls.
+int idleProcessors()
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    const long millisecond = now.tv_sec * 1000 + now.tv_nsec / 1000000;
+    long last = sampledAt.load(std::memory_order_relaxed);
+    if (millisecond - last >= samplingPeriod &&
+        sampledAt.compare_exchange_strong(last, millisecond, std::memory_order_relaxed)) {
+        // Members of the last team may still be looking for work. What runs for an instant only does not count.
+        const int ours = lastAnswer.load(std::memory_order_relaxed) - 1;
+        int others = kesl::otherRunnableThreads("");
+        if (others > ours) others = std::min(others, kesl::otherRunnableThreads(""));
+        busyWithOthers.store(std::max(0, others - ours), std::memory_order_relaxed);
+    }
+    return std::max(1, online - busyWithOthers.load(std::memory_order_relaxed));
+}
+
 } // namespace
 
 extern "C" {
@@ -62,7 +101,12 @@ int ownGetNumThreads(void)
     if (teamIsLost || omp_in_parallel()) return 1;
     if (const int n = asked.load(std::memory_order_relaxed)) return n;
     const int n = omp_get_max_threads();
-    return n < 2 ? 1 : std::max(1, std::min({n, processors(), boundOnce()}));
+    if (n < 2) return 1;
+    const int most = std::max(1, std::min({n, processors(), boundOnce()}));
+    if (most < 2 || !followsLoad) return most;
+    const int answer = std::min(most, idleProcessors());
+    lastAnswer.store(answer, std::memory_order_relaxed);
+    return answer;
 }
 
 int keslCoreGetNumThreads(void) { return ownGetNumThreads(); }

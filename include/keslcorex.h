@@ -4,6 +4,12 @@
  * omp_set_num_threads) and never exceeds the processors that the calling thread may run on, nor the CPU quota of the
  * process's control group, rounded up. Link with kesl::corex, or with -lkeslcorex64, to use it.
  *
+ * Nor does it exceed the processors that other work leaves idle, since the threads of a team wait for each other: a call
+ * of a millisecond took a mean of 48 in a team of two on a machine whose two processors had four other processes. What is
+ * runnable is read from /proc/loadavg, at most once in 5 milliseconds. It counts the threads of the whole machine, which
+ * in a container or behind an affinity mask may not be those that one's own processors have to run. OMP_DYNAMIC=false in
+ * the environment leaves the load out of account; so does a number that the program sets.
+ *
  * The OpenMP runtime ends the process where it cannot create a thread. So the automatic number is also bounded by the
  * threads that may still be created: pids.max less pids.current of the control group, RLIMIT_NPROC less what runs of the
  * same user (but for root), and RLIMIT_AS less what is mapped, by the size of a stack. All of this is read once, by the

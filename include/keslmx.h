@@ -138,8 +138,8 @@
  * slices differ by one object at most, and the first count % threads of them are the longer ones. A measure of the elements to
  * be read and written, from sizes and count, decides, by a threshold for each family, type and layout; the table above tells
  * the order of magnitude. The number of threads is that of OMP_NUM_THREADS or omp_set_num_threads, within what affinity and
- * control group allow, and keslcorex.h sets another. Calls with fewer objects than threads, calls from inside a parallel
- * region, and all calls while the number is 1 run on the calling thread.
+ * control group allow and other work leaves idle, and keslcorex.h sets another. Calls with fewer objects than threads, calls
+ * from inside a parallel region, and all calls while the number is 1 run on the calling thread.
  *     Where no object fails the results do not depend on the number of threads. Where objects fail, each slice ends at its own
  * first failure, as its family says, and the others are worked on to their ends or failures: so the number of threads decides
  * which objects are done. If the statuses of the slices differ the call returns one of them, not always the same. To know
@@ -149,9 +149,9 @@
  * keslEigenValuesVectorsSym, (3 n + 5) * n in the other eigenproblems, height in keslQRDecomp and keslQRBackSubst. Where it
  * cannot be had the call runs on one thread, with `buffer`. So does a call in P whose last object lies 2 GiB or more behind
  * the entries of a list, which is where roiShift + (count - 1) * stride0 is no int.
- *     The threads of a team that has done its work wait for the next, and by default do so without sleeping. On a machine that
- * shares its processors with other programs this can cost milliseconds a call: set OMP_WAIT_POLICY=passive or GOMP_SPINCOUNT=0
- * there, or one thread.
+ *     The threads of a team that has done its work wait for the next, and by default do so without sleeping. Where other work
+ * comes and goes, which the number of threads follows some milliseconds late, OMP_WAIT_POLICY=passive or GOMP_SPINCOUNT=0, or
+ * one thread, keeps a call from waiting for a member that has no processor.
  */
 #ifndef KESLMX_H
 #define KESLMX_H

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -50,10 +51,10 @@ template <class Body> int inChild(Body body)
     return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-// What a fresh process prints, with these settings in its environment and none of ours.
+// What a fresh process prints, with these settings in its environment and none of ours, whatever else the machine does.
 std::string freshProcess(const std::string& environment)
 {
-    const std::string ours = "env -u OMP_NUM_THREADS -u OMP_PROC_BIND -u OMP_PLACES ";
+    const std::string ours = "env -u OMP_NUM_THREADS -u OMP_PROC_BIND -u OMP_PLACES OMP_DYNAMIC=false ";
     FILE* out = popen((ours + environment + " " NUMBER_OF_THREADS).c_str(), "r");
     if (!out) return "no process";
     char text[64] = "";
@@ -159,6 +160,39 @@ TEST_F(Threads, BoundThreadsStillUseAllProcessors)
     for (const char* bind : {"true", "close", "spread"})
         EXPECT_EQ(freshProcess("OMP_PROC_BIND=" + std::string(bind)), twice(bound)) << bind;
     EXPECT_EQ(freshProcess("OMP_PROC_BIND=false"), twice(bound));
+}
+
+// Processes that compute as long as this object lives.
+class Company {
+    std::vector<pid_t> children;
+
+public:
+    explicit Company(int n)
+    {
+        for (int i = 0; i < n; ++i) {
+            const pid_t child = fork();
+            if (child == 0) {
+                alarm(60); // should the test die
+                for (volatile unsigned x = 0;;) x = x + 1;
+            }
+            if (child > 0) children.push_back(child);
+        }
+    }
+    ~Company()
+    {
+        for (const pid_t child : children) kill(child, SIGKILL), waitpid(child, nullptr, 0);
+    }
+};
+
+TEST_F(Threads, OneWhereOtherWorkTakesAllProcessors)
+{
+    const int processors = int(sysconf(_SC_NPROCESSORS_ONLN));
+    const Company company(2 * processors);
+    usleep(50000);
+    EXPECT_EQ(freshProcess("OMP_DYNAMIC=true"), twice(1));
+    EXPECT_EQ(freshProcess("OMP_NUM_THREADS=64 OMP_DYNAMIC=true"), twice(1));
+    EXPECT_EQ(freshProcess(""), twice(processorsOfThisMachine())) << "OMP_DYNAMIC=false leaves the number alone";
+    EXPECT_EQ(inChild([] { return keslCoreSetNumThreads(5) ? 0 : ownGetNumThreads(); }), 5) << "as asked";
 }
 
 int addsRight()

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <tbb/global_control.h>
 #include <tbb/parallel_for.h>
 #include <tbb/task_arena.h>
 
@@ -18,7 +19,9 @@ std::ptrdiff_t sumOfChunks(std::ptrdiff_t chunks, std::ptrdiff_t (*chunk)(const 
         for (std::ptrdiff_t i; (i = next.fetch_add(1, std::memory_order_relaxed)) < chunks;) own += chunk(context, i);
         sum.fetch_add(own, std::memory_order_relaxed);
     };
-    const int threads = int(std::min<std::ptrdiff_t>(ownGetNumThreads(), chunks));
+    // oneTBB would ignore what exceeds its own limit, and write a warning to the program's standard error output.
+    const auto most = std::ptrdiff_t(tbb::global_control::active_value(tbb::global_control::max_allowed_parallelism));
+    const int threads = int(std::min({std::ptrdiff_t(ownGetNumThreads()), most, chunks}));
     if (threads > 1) try {
             tbb::task_arena(threads).execute([&] { tbb::parallel_for(0, threads, [&](int) { work(); }); });
         } catch (...) { // no memory or no threads: this one does what is left

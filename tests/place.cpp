@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <sys/mman.h>
 
@@ -33,6 +34,7 @@ const Form forms[] = {
 };
 constexpr int contiguousForms = 8, allForms = int(std::size(forms));
 constexpr int64_t hugeSpan = int64_t(38) << 30;
+bool isNear() { return std::getenv("KESLMX_TEST_NEAR") != nullptr; } // no such distances: not every tool has room for them
 
 constexpr int margin = 1024; // bytes that are compared on both sides of an operand
 } // namespace
@@ -71,7 +73,7 @@ void Case::place(int operand, const Wish& wish, int form)
 
     Form shape = forms[form];
     if (o.dense || o.letter == 'c') shape = o.dense || random.chance(60) ? forms[0] : forms[8 + random.below(2)];
-    if ((o.destination && shape.trait == sliding) || (wish.plain && shape.trait == huge)) shape.trait = none;
+    if ((o.destination && shape.trait == sliding) || ((wish.plain || isNear()) && shape.trait == huge)) shape.trait = none;
     if (wish.plain) shape.paged = 0;
 
     // Distances, from the innermost dimension outwards.

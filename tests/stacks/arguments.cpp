@@ -79,6 +79,29 @@ std::ptrdiff_t statusOf(const Level& level, const Function& f, char type, const 
     return status;
 }
 
+// A stride of 0 is refused of a destination that has more than one element along it, whatever the other sizes are.
+void testStridesOfZero(const Level& level, const Function& f, char type)
+{
+    const std::vector<Argument> list = arguments(f);
+    for (unsigned mask = 0; mask < 1u << f.sizes.size(); ++mask) {
+        Sizes sizes;
+        for (size_t i = 0; i < f.sizes.size(); ++i) sizes.push_back(mask >> i & 1 ? 3 : 1);
+        if (f.tall && sizes[0] < sizes[1]) continue;
+        const Arguments good = goodArguments(f, sizes, 3, type);
+        for (size_t i = 0; i < list.size(); ++i) {
+            const Argument& a = list[i];
+            if (a.role != Argument::stride || a.axis == 0) continue;
+            const Operand& o = operandOf(f, a.index);
+            const bool destination = a.index >= int(f.sources.size());
+            const int elements = a.axis == 1 ? rows(f, sizes, o) : cols(f, sizes, o);
+            Arguments flat = good;
+            flat[i] = 0;
+            EXPECT_EQ(statusOf(level, f, type, flat), destination && elements > 1 ? -std::ptrdiff_t(i + 1) : -1000)
+                << f.name << type << ", argument " << i + 1 << ", sizes by mask " << mask;
+        }
+    }
+}
+
 // Nothing to do: the operands, if any, are not touched, null pointers are good.
 void testNothing(const Level& level, const Function& f, const Sizes& sizes, char type)
 {
@@ -195,6 +218,7 @@ void testArguments(const Level& level, const Function& f)
             if (list[i].role == Argument::stride && (f.name != "cross" || list[i].axis == 0)) single[i] = 0;
         EXPECT_EQ(statusOf(level, f, type, single), -1000) << f.name << type << ": a single element needs no strides";
 
+        testStridesOfZero(level, f, type);
         testNothing(level, f, sizes, type);
         if (type == 'f') testEmptySums<float>(level, f, type);
         else testEmptySums<double>(level, f, type);

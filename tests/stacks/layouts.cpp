@@ -1,5 +1,7 @@
 #include "suites.h"
 
+#include <algorithm>
+
 namespace stacks {
 namespace {
 
@@ -8,6 +10,65 @@ void expectSame(const Level& level, const Problem& p, const Outcome& expected, c
 {
     const std::string wrong = difference(expected, run(level, p, placement));
     if (!wrong.empty()) FAIL() << describe(p) << ", " << what << ": " << wrong;
+}
+
+// A source of which elements share their memory, as windows do that slide over one signal.
+struct Window {
+    std::vector<char> memory;
+    std::ptrdiff_t first = 0, strides[3] = {}; // in elements
+
+    Window(Values& v, char type, Random& random)
+    {
+        const std::ptrdiff_t steps[] = {-v.cols, -1, 0, 1, 1, 2, v.rows, v.cols, v.cols + 1, v.elements(), v.elements() + 1};
+        const std::ptrdiff_t extents[] = {v.count, v.rows, v.cols};
+        std::ptrdiff_t last = 0;
+        for (int axis = 0; axis < 3; ++axis) {
+            strides[axis] = random.pick(steps);
+            const std::ptrdiff_t reach = strides[axis] * (extents[axis] - 1);
+            first -= std::min<std::ptrdiff_t>(reach, 0), last += std::max<std::ptrdiff_t>(reach, 0);
+        }
+        memory.resize(size_t((first + last + 1) * v.bytes));
+        withType(type, [&]<class T>(T) {
+            T* const x = reinterpret_cast<T*>(memory.data());
+            std::generate_n(x, first + last + 1, [&] { return T(2 * random.unit() - 1); });
+            for (std::ptrdiff_t k = 0; k < v.count; ++k)
+                for (int i = 0; i < v.rows; ++i)
+                    for (int j = 0; j < v.cols; ++j)
+                        v.at<T>(k, i, j) = x[first + k * strides[0] + i * strides[1] + j * strides[2]];
+        });
+    }
+};
+
+void testWindows(const Level& level, const Function& f, const Sizes& sizes, char type, Random& random)
+{
+    Problem p{&f, type, sizes, random.between(1, 37), {}};
+    std::vector<Window> windows;
+    for (const Operand& o : f.sources) {
+        p.sources.push_back(p.blank(o, p.count));
+        windows.emplace_back(p.sources.back(), type, random);
+    }
+    Outcome actual;
+    actual.info.assign(size_t(p.count), 7);
+    std::vector<std::ptrdiff_t> arguments(sizes);
+    arguments.push_back(p.count);
+    const auto add = [&](char* memory, const std::ptrdiff_t* strides, const Operand& o) {
+        arguments.push_back(reinterpret_cast<std::ptrdiff_t>(memory));
+        for (size_t axis = 0; axis <= o.extents.size(); ++axis) arguments.push_back(strides[axis] * p.bytes());
+    };
+    for (size_t i = 0; i < windows.size(); ++i)
+        add(windows[i].memory.data() + windows[i].first * p.bytes(), windows[i].strides, f.sources[i]);
+    for (const Operand& o : f.destinations) actual.results.push_back(p.blank(o, p.count));
+    for (size_t i = 0; i < f.destinations.size(); ++i) {
+        Values& v = actual.results[i];
+        const std::ptrdiff_t strides[] = {v.elements(), v.cols, 1};
+        add(v.data.data(), strides, f.destinations[i]);
+    }
+    arguments.push_back(reinterpret_cast<std::ptrdiff_t>(actual.info.data()));
+    actual.status = callWith(level, f, type, arguments);
+    std::string strides;
+    for (const Window& w : windows)
+        for (std::ptrdiff_t s : w.strides) strides += ' ' + std::to_string(s);
+    ASSERT_EQ(difference(oneByOne(level, p), actual), "") << describe(p) << ", strides of the sources" << strides;
 }
 
 } // namespace
@@ -49,6 +110,9 @@ void testLayouts(const Level& level, const Function& f)
                                    std::string(layout.name) + ", strides of a source 0, mask " + std::to_string(axes));
                     }
                 }
+            const bool integers = f.data == Data::factors || std::any_of(f.destinations.begin(), f.destinations.end(),
+                                                                         [](const Operand& o) { return o.integers; });
+            for (long round = 0; round < cases(4) && !integers; ++round) testWindows(level, f, sizes, type, random);
         });
 }
 

@@ -2,6 +2,7 @@
 #include "suites.h"
 
 #include <cmath>
+#include <limits>
 
 namespace stacks {
 namespace {
@@ -28,11 +29,74 @@ template <class T> void multiply(Values& v, int order, const auto& power)
             for (int j = 0; j < v.cols; ++j) v.at<T>(k, i, j) = std::ldexp(v.at<T>(k, i, j), power(i <= j));
 }
 
+// A permutation of powers of two, from the smallest number to the largest, and its determinant, which is a number, too; or one that
+// has an inverse. Within a matrix they span three quarters of all exponents: next to elements near overflow, which are scaled
+// down, the smallest subnormal ones vanish.
+template <class T> T makePermutation(Values& a, std::ptrdiff_t k, bool hasInverse, Random& random)
+{
+    using Limits = std::numeric_limits<T>;
+    constexpr int least = Limits::min_exponent - Limits::digits, most = Limits::max_exponent - 1;
+    const std::vector<int> column = random.permutation(a.rows);
+    std::vector<int> exponents(size_t(a.rows), 0);
+    int sum = 0;
+    do {
+        const int first = random.between(hasInverse ? -most : least, most);
+        const int last = random.between(first, std::min(most, first + 3 * (most - least) / 4));
+        sum = 0;
+        for (int& e : exponents) sum += e = random.between(first, last);
+    } while (!hasInverse && (sum < least || sum > most));
+    bool isOdd = false;
+    for (int i = 0; i < a.rows; ++i)
+        for (int j = 0; j < a.rows; ++j) {
+            const int at = column[size_t(i)];
+            isOdd ^= j < i && column[size_t(j)] > at;
+            a.at<T>(k, i, j) = j == at ? std::ldexp(T(1), exponents[size_t(i)]) : 0;
+        }
+    return std::ldexp(T(isOdd ? -1 : 1), sum);
+}
+
+// Where the result is a power of two, or five, and can be said: exact, from the smallest number to the largest.
+template <class T> void testEnds(const Level& level, const Function& f, char type)
+{
+    constexpr std::ptrdiff_t count = 37;
+    using Limits = std::numeric_limits<T>;
+    for (const Sizes& sizes : shapes(f)) {
+        if (f.name == "norm" && sizes[0] < 2) continue;
+        Random random(f.name + type, 600 + int(sizes[0]));
+        Problem p{&f, type, sizes, count, {}};
+        p.sources.push_back(p.blank(f.sources[0], count));
+        Values &a = p.sources[0], expected = p.blank(f.destinations[0], count);
+        for (std::ptrdiff_t k = 0; k < count; ++k) {
+            if (f.name == "norm") { // 3 and 4
+                const T unit =
+                    std::ldexp(T(1), random.between(Limits::min_exponent - Limits::digits, Limits::max_exponent - 4));
+                const int i = random.between(1, a.rows - 1);
+                a.at<T>(k, i, 0) = 3 * unit, a.at<T>(k, random.below(i), 0) = -4 * unit, expected.at<T>(k, 0, 0) = 5 * unit;
+            } else {
+                const T det = makePermutation<T>(a, k, f.name == "inv", random);
+                if (f.name == "det") expected.at<T>(k, 0, 0) = det;
+                for (int i = 0; i < a.rows && f.name == "inv"; ++i)
+                    for (int j = 0; j < a.cols; ++j)
+                        expected.at<T>(k, j, i) = a.at<T>(k, i, j) == 0 ? 0 : 1 / a.at<T>(k, i, j);
+            }
+        }
+        const Outcome o = run(level, p);
+        ASSERT_EQ(o.status, 0) << describe(p);
+        for (std::ptrdiff_t k = 0; k < count; ++k)
+            for (int i = 0; i < expected.rows; ++i)
+                for (int j = 0; j < expected.cols; ++j)
+                    ASSERT_EQ(o.results[0].at<T>(k, i, j), expected.at<T>(k, i, j))
+                        << describe(p) << ", object " << k << ", element " << i << ", " << j;
+    }
+}
+
 } // namespace
 
 void testScale(const Level& level, const Function& f)
 {
     setThreads(1);
+    if (f.name == "norm" || f.name == "det" || f.name == "inv")
+        testEnds<float>(level, f, 'f'), testEnds<double>(level, f, 'd');
     int number = 0;
     for (const Sizes& sizes : shapes(f))
         forTypes([&](char type) {

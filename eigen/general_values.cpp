@@ -1,6 +1,7 @@
 // The eigenvalues of general matrices: what the kernels call.
 #include "eigen/general_values.h"
 #include "eigen/schur.h"
+#include "frame/any_order.h"
 
 namespace kesl {
 namespace {
@@ -27,6 +28,26 @@ template <class T, int n> KeslStatus fixed(const Array<const T>& from, Table<T> 
     });
 }
 
+template <class T>
+[[gnu::noinline]] KeslStatus other(const Array<const T>& from, Table<T> re, Table<T> im, int order, int count, T* buffer)
+{
+    const InPacks src(from, count);
+    return eachTile<T, widePacks>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        if constexpr (lanes<V> == 1) {
+            T* const scratch = buffer + std::int64_t(order) * order;
+            withViews(
+                k.first, [&](auto a) { readRows(a, buffer, order); }, src);
+            return outcome(schurForm<generalValues>(buffer, buffer, scratch, re.object(k.first), im.object(k.first), order));
+        } else {
+            V h[tileElements], scratch[2 * tallestSquare], packRe[tallestSquare], packIm[tallestSquare];
+            load(src, k, Tile<V>{h, order}, order);
+            if (!schurForm<generalValues>(h, h, scratch, packRe, packIm, order)) return keslStatusNoConvergence;
+            storeTable(re, k, packRe, order), storeTable(im, k, packIm, order);
+            return keslStatusOk;
+        }
+    });
+}
+
 } // namespace
 
 template <class T>
@@ -34,13 +55,7 @@ KeslStatus eigenValues(const Array<const T>& src, Table<T> re, Table<T> im, int 
 {
     return withOrder(order, [&](auto n) {
         if constexpr (n > 0) return fixed<T, n>(src, re, im, count);
-        else
-            return eachObject(count, [&](int k) {
-                T* const scratch = buffer + std::int64_t(order) * order;
-                withViews(
-                    k, [&](auto a) { readRows(a, buffer, order); }, src);
-                return outcome(schurForm<generalValues>(buffer, buffer, scratch, re.object(k), im.object(k), order));
-            });
+        else return other(src, re, im, order, count, buffer);
     });
 }
 template KeslStatus eigenValues(const Array<const float>&, Table<float>, Table<float>, int, int, float*);

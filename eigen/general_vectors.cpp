@@ -1,6 +1,7 @@
 // The eigenvalues and eigenvectors of general matrices: what the kernels call.
 #include "eigen/general_vectors.h"
 #include "eigen/substitution.h"
+#include "frame/any_order.h"
 
 namespace kesl {
 namespace {
@@ -67,10 +68,67 @@ template <GeneralRules rules, class T, int n>
     else return body(Objects<T>{0}); // these rules are those of one matrix
 }
 
-template <class T> void one(const Array<const T>& src, const Vectors<T>& dst, Table<T> re, Table<T> im, int k)
+// Lane l of n * n packs, and elements into it.
+template <class V> void fromLane(const V* x, int l, ElementOf<V>* to, int n)
 {
-    re.object(k)[0] = *src.element(k, 0, 0), im.object(k)[0] = 0;
-    *dst.right.element(k, 0, 0) = 1, *dst.left.element(k, 0, 0) = 1;
+    for (int i = 0; i < n; ++i) to[i] = x[i][l];
+}
+template <class V> void intoLane(V* x, int l, const ElementOf<V>* from, int n)
+{
+    for (int i = 0; i < n; ++i) x[i][l] = from[i];
+}
+
+// Other orders: h is the input; z becomes the vectors of one side or the left ones, and h the right ones of both, row by row.
+// The memory is that of one object. A pack that fails is done again, so that a quiet end is one, too.
+template <GeneralRules rules, class V>
+[[gnu::noinline]] KeslStatus otherPack(V* h, V* z, V* re, V* im, Sides sides, ElementOf<V>* memory, int n)
+{
+    using T = ElementOf<V>;
+    const int all = n * n;
+    if (n == 1) {
+        re[0] = h[0], im[0] = V{};
+        h[0] = z[0] = splat<V>(1);
+        return keslStatusOk;
+    }
+    V scratch[2 * tallestSquare];
+    if (!schurForm<rules>(h, z, scratch, re, im, n)) return keslStatusNoConvergence;
+    T imOfLane[tallestSquare];
+    for (int l = 0; l < lanes<V>; ++l) {
+        fromLane(h, l, memory, all), fromLane(z, l, memory + all, all), fromLane(im, l, imOfLane, n);
+        if (const KeslStatus failure = eigenvectors(sides, memory, imOfLane, n)) return failure;
+        intoLane(z, l, memory + all, all);
+        if (sides == Sides::both) intoLane(h, l, memory + 2 * all, all);
+    }
+    for (V* x : {h, z})
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j < i; ++j) std::swap(x[i * n + j], x[j * n + i]);
+    return keslStatusOk;
+}
+
+template <GeneralRules rules, class T> [[gnu::noinline]] KeslStatus
+other(const Array<const T>& from, const Vectors<T>& to, Table<T> re, Table<T> im, int n, int count, T* buffer)
+{
+    const InPacks src(from, count);
+    const InPacks right(to.right, count), left(to.left, count);
+    const auto body = [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        if constexpr (lanes<V> == 1) {
+            if (n > 1) return object<rules>(src, to, re, im, k.first, buffer, n);
+            re.object(k.first)[0] = *src.element(k.first, 0, 0), im.object(k.first)[0] = 0;
+            *right.element(k.first, 0, 0) = 1, *left.element(k.first, 0, 0) = 1;
+            return keslStatusOk;
+        } else {
+            V elements[2][tileElements], packRe[tallestSquare], packIm[tallestSquare];
+            const Tile<V> h{elements[0], n}, z{elements[1], n};
+            load(src, k, h, n);
+            if (const KeslStatus failure = otherPack<rules>(h.e, z.e, packRe, packIm, to.sides, buffer, n)) return failure;
+            if (to.sides != Sides::left) store(right, k, to.sides == Sides::both ? h : z, n);
+            if (to.sides != Sides::right) store(left, k, z, n);
+            storeTable(re, k, packRe, n), storeTable(im, k, packIm, n);
+            return keslStatusOk;
+        }
+    };
+    if constexpr (rules.single) return eachTile<T, widePacks>(n, n, count, src, body);
+    else return body(Objects<T>{0}); // these rules are those of one matrix
 }
 
 } // namespace
@@ -80,11 +138,7 @@ template <GeneralRules rules, class T> KeslStatus eigenVectors(const Array<const
 {
     const KeslStatus status = withOrder(order, [&](auto n) {
         if constexpr (n > 0) return fixed<rules, T, n>(src, dst, re, im, count);
-        else
-            return eachObject(count, [&](int k) -> KeslStatus {
-                if (order == 1) return one(src, dst, re, im, k), keslStatusOk;
-                return object<rules>(src, dst, re, im, k, buffer, order);
-            });
+        else return other<rules, T>(src, dst, re, im, order, count, buffer);
     });
     return status == quietEnd ? keslStatusOk : status;
 }

@@ -1,4 +1,4 @@
-// Symmetric matrices of order 2.
+// Symmetric matrices of order 2, of one object or of a pack.
 #pragma once
 #include "frame/constants.h"
 #include "frame/lanes.h"
@@ -6,46 +6,46 @@
 
 namespace kesl {
 
-// In closed form: the value of greater magnitude first, but for a trace of almost 0. Returns whether a
-// negative trace decided.
-template <class T> struct SymPair {
-    T a, b, d; // of the matrix (a b; . d)
-    T first = 0, second = 0;
-    bool negative = false;
+// In closed form: the value of greater magnitude first, but for a trace of almost 0. `negative` is whether a negative trace
+// decided.
+template <class V> struct SymPair {
+    using T = ElementOf<V>;
+    using Mask = MaskOf<V>;
+    V a, b, d; // of the matrix (a b; . d)
+    V first{}, second{};
+    Mask negative{};
 
     KeslStatus values(T singularUpTo)
     {
         constexpr T eps = Precision<T>::eps;
-        const T det = a * d - b * b;
-        if (singularUpTo >= abs(det)) return keslStatusSingular;
-        const T root = hypotenuse(), trace = a + d;
-        if (trace > eps) first = (root + trace) * T(0.5), second = det / first;
-        else if (trace < -eps) first = (trace - root) * T(0.5), second = det / first, negative = true;
-        else first = T(0.5) * root, second = T(-0.5) * root;
+        const V det = a * d - b * b;
+        if (any(singularUpTo >= abs(det))) return keslStatusSingular;
+        const V root = hypotenuse(), trace = a + d;
+        const Mask positive = trace > eps;
+        negative = trace < -eps;
+        const V sum = positive ? root + trace : negative ? trace - root : root;
+        first = sum * T(0.5);
+        second = Mask(positive | negative) ? det / first : root * T(-0.5);
         return keslStatusOk;
     }
     void vectors(auto v) const
     {
-        const T df = a - d, tb = b + b, rt = hypotenuse();
-        const bool below = df < -Precision<T>::eps;
-        const T cs = below ? df - rt : df + rt;
-        T cosine = 1, sine = 0;
-        if (abs(cs) > abs(tb)) {
-            const T ct = -tb / cs;
-            sine = 1 / sqrt(1 + ct * ct), cosine = ct * sine;
-        } else if (!(Precision<T>::eps >= abs(tb))) {
-            const T tn = -cs / tb;
-            cosine = 1 / sqrt(1 + tn * tn), sine = tn * cosine;
-        }
-        if (negative == below) {
-            const T t = cosine;
-            cosine = -sine, sine = t;
-        }
-        v(0, 0) = cosine, v(1, 0) = sine, v(0, 1) = -sine, v(1, 1) = cosine;
+        constexpr T eps = Precision<T>::eps;
+        const V df = a - d, tb = b + b, rt = hypotenuse();
+        const Mask below = df < -eps;
+        const V cs = below ? df - rt : df + rt;
+        const Mask steep = abs(cs) > abs(tb), diagonal = without(Mask(eps >= abs(tb)), steep);
+        const V slope = steep ? -tb / cs : -cs / tb;
+        const V longer = T(1) / sqrt(T(1) + slope * slope), shorter = longer * slope;
+        const V cosine = diagonal ? splat<V>(1) : steep ? shorter : longer;
+        const V sine = diagonal ? V{} : steep ? longer : shorter;
+        const Mask turned = negative == below;
+        const V x = turned ? -sine : cosine, y = turned ? cosine : sine;
+        v(0, 0) = x, v(1, 0) = y, v(0, 1) = -y, v(1, 1) = x;
     }
 
 private:
-    T hypotenuse() const { return sqrt((a - d) * (a - d) + (b + b) * (b + b)); }
+    V hypotenuse() const { return sqrt((a - d) * (a - d) + (b + b) * (b + b)); }
 };
 
 } // namespace kesl

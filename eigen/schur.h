@@ -22,12 +22,6 @@ template <class V, class N> struct Square {
     V& operator()(int i, int j) const { return column(j)[i]; }
 };
 
-template <class To, class V> [[gnu::always_inline]] inline To converted(V x)
-{
-    if constexpr (lanes<V> == 1) return To(x);
-    else return __builtin_convertvector(x, To);
-}
-
 // What shifts are formed in: V itself, or as many floats.
 template <class V, bool inSingle> struct Shifts {
     using type = V;
@@ -73,7 +67,7 @@ template <GeneralRules rules, class V, class N> struct Schur {
         else return 0;
     }
     // What the bounds of a loop say by themselves for one object.
-    [[gnu::always_inline]] static Mask inside(Mask lanesInside) { return one ? Mask{V{} == V{}} : lanesInside; }
+    [[gnu::always_inline]] static Mask inside(Mask lanesInside) { return one ? Mask{V{} == V{}} : opaque(lanesInside); }
     // f(c, where i == c) for the places c of all lanes, from `from` on.
     [[gnu::always_inline]] void atEach(Index i, int from, auto f) const
     {
@@ -279,7 +273,7 @@ template <GeneralRules rules, class V, class N> struct Schur {
     {
         const Index m = start.m;
         for (int k = first(m); k < last; ++k) {
-            const Mask in = inside((m <= k) & (k < i)), three = k <= i - 2, later = in & (m < k);
+            const Mask in = inside((m <= k) & (k < i)), three = opaque(Mask(k <= i - 2)), later = opaque(Mask(in & (m < k)));
             if (!one && !any(in)) continue;
             const bool third = one ? bool(any(three)) : k + 2 < n;
             V* const x = h.column(k - (k > 0)) + k; // in the column before

@@ -3,9 +3,9 @@
 // Reinsch, Linear Algebra, II/2 to II/4). One text for values alone and with vectors, for one object and for packs. All
 // tests against eps are absolute.
 #pragma once
+#include "frame/any_order.h"
 #include "frame/call.h"
 #include "frame/constants.h"
-#include "frame/objects.h"
 
 namespace kesl {
 
@@ -31,7 +31,7 @@ template <class V> using Index = std::conditional_t<lanes<V> == 1, int, MaskOf<V
 template <class V> V singled(V x)
 {
     if constexpr (lanes<V> == 1) return double(float(x));
-    else return __builtin_convertvector(__builtin_convertvector(x, Pack<float, int(sizeof(V)) / 2>), V);
+    else return converted<V>(converted<Pack<float, int(sizeof(V)) / 2>>(x));
 }
 template <class V, bool single, int rows, int columns = 1> struct Local {
     V e[rows][columns];
@@ -52,20 +52,28 @@ template <class V, class View> struct InMemory { // elements in memory, in their
     }
 };
 template <class V, class View> InMemory<V, View> inMemory(View view) { return {view}; }
+template <class V, class Kept, int step> struct InTile { // every step-th of packs in memory, kept as floats if V are doubles
+    Unaligned<Kept>* e;
+    int width;
+    V operator()(int i, int j = 0) const { return converted<V>(Kept(e[(i * width + j) * step])); }
+    void set(V x, int i, int j = 0) { e[(i * width + j) * step] = converted<Kept>(x); }
+};
 
-// f(i) for i = from .. to - 1; written out for packs, which live in registers.
-template <class V> [[gnu::always_inline]] inline void loop(int from, int to, auto f)
+// Loops are written out for packs of a fixed order, which live in registers.
+template <class V, class N> constexpr bool writtenOut = lanes<V> != 1 && !std::is_same_v<N, int>;
+// f(i) for i = from .. to - 1.
+template <bool out> [[gnu::always_inline]] inline void loop(int from, int to, auto f)
 {
-    if constexpr (lanes<V> != 1)
+    if constexpr (out)
 #pragma GCC unroll 8
         for (int i = from; i < to; ++i) f(i);
     else
         for (int i = from; i < to; ++i) f(i);
 }
-template <class V> [[gnu::always_inline]] inline V sum(int from, int to, auto term)
+template <bool out, class V> [[gnu::always_inline]] inline V sum(int from, int to, auto term)
 {
     V s = term(from);
-    loop<V>(from + 1, to, [&](int i) KESL_INLINE { s = s + term(i); });
+    loop<out>(from + 1, to, [&](int i) KESL_INLINE { s = s + term(i); });
     return s;
 }
 
@@ -75,13 +83,14 @@ template <SymRules rules, class V>
 [[gnu::always_inline]] inline void tridiagonalise(auto& a, auto& u, auto& z, auto n, ElementOf<V> eps)
 {
     using T = ElementOf<V>;
-    loop<V>(0, n - 2, [&](int k) KESL_INLINE {
+    constexpr bool out = writtenOut<V, decltype(n)>;
+    loop<out>(0, n - 2, [&](int k) KESL_INLINE {
         MaskOf<V> on = everywhere<V>();
-        const V s = sum<V>(k + 1, n, [&](int i) KESL_INLINE { return a(i, k) * a(i, k); });
+        const V s = sum<out, V>(k + 1, n, [&](int i) KESL_INLINE { return a(i, k) * a(i, k); });
         if constexpr (rules.testsSum)
             if (on = without(on, eps >= s); !any(on)) return;
         const V alpha = sqrt(s), x = a(k + 1, k);
-        loop<V>(k + 2, n, [&](int i) KESL_INLINE { u.set(a(i, k), i); });
+        loop<out>(k + 2, n, [&](int i) KESL_INLINE { u.set(a(i, k), i); });
         if constexpr (rules.testsHead)
             if (on = without(on, eps >= abs(alpha - x)); !any(on)) return;
         const V towards = x > eps ? alpha : -alpha;
@@ -91,17 +100,17 @@ template <SymRules rules, class V>
         if (on = without(on, eps >= h); !any(on)) return;
         const V beta = T(2) / h;
 
-        loop<V>(k, n, [&](int c) KESL_INLINE {
-            const V t = sum<V>(k + 1, n, [&](int i) KESL_INLINE { return a(i, c) * u(i); }) * beta;
-            loop<V>(k + 1, c == k ? k + 2 : int(n),
-                    [&](int i) KESL_INLINE { a.set(on ? a(i, c) - u(i) * t : a(i, c), i, c); });
+        loop<out>(k, n, [&](int c) KESL_INLINE {
+            const V t = sum<out, V>(k + 1, n, [&](int i) KESL_INLINE { return a(i, c) * u(i); }) * beta;
+            loop<out>(k + 1, c == k ? k + 2 : int(n),
+                      [&](int i) KESL_INLINE { a.set(on ? a(i, c) - u(i) * t : a(i, c), i, c); });
         });
         const auto fromRight = [&](auto& y, int r, int end) KESL_INLINE {
-            const V t = sum<V>(k + 1, n, [&](int j) KESL_INLINE { return y(r, j) * u(j); }) * beta;
-            loop<V>(k + 1, end, [&](int j) KESL_INLINE { y.set(on ? y(r, j) - u(j) * t : y(r, j), r, j); });
+            const V t = sum<out, V>(k + 1, n, [&](int j) KESL_INLINE { return y(r, j) * u(j); }) * beta;
+            loop<out>(k + 1, end, [&](int j) KESL_INLINE { y.set(on ? y(r, j) - u(j) * t : y(r, j), r, j); });
         };
-        loop<V>(k + 1, n, [&](int r) KESL_INLINE { fromRight(a, r, r == k + 1 ? k + 2 : int(n)); });
-        if constexpr (rules.vectors) loop<V>(1, n, [&](int r) KESL_INLINE { fromRight(z, r, n); });
+        loop<out>(k + 1, n, [&](int r) KESL_INLINE { fromRight(a, r, r == k + 1 ? k + 2 : int(n)); });
+        if constexpr (rules.vectors) loop<out>(1, n, [&](int r) KESL_INLINE { fromRight(z, r, n); });
     });
 }
 
@@ -114,6 +123,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
     using T = ElementOf<V>;
     using Mask = MaskOf<V>;
     constexpr bool one = lanes<V> == 1;
+    constexpr bool out = writtenOut<V, decltype(n)>;
     const auto set = [](Mask where, auto& x, V value, int i) KESL_INLINE { x.set(where ? value : x(i), i); };
 
     const auto eigenvalue = [&](int l) KESL_INLINE {
@@ -139,7 +149,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
             V r = sqrt(g * g + T(1));
             V dm = d(0);
             if constexpr (one) dm = d(m);
-            else loop<V>(1, l, [&](int q) KESL_INLINE { dm = m == q ? d(q) : dm; });
+            else loop<out>(1, l, [&](int q) KESL_INLINE { dm = m == q ? d(q) : dm; });
             g = (dm - d(l)) + e(l - 1) / (g > eps ? g + r : g - r);
             V s = splat<V>(1), c = s, p{}, r2{};
             Mask going = active;
@@ -152,7 +162,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
                 if (any(ends)) [[unlikely]] {
                     set(ends, d, d(i) - p, i);
                     if constexpr (one) e.set(0, m);
-                    else loop<V>(0, i + 1, [&](int q) KESL_INLINE { set(ends & (m == q), e, V{}, q); });
+                    else loop<out>(0, i + 1, [&](int q) KESL_INLINE { set(ends & (m == q), e, V{}, q); });
                     going = without(going, ends);
                     if constexpr (one) return;
                     on = without(on, ends);
@@ -160,7 +170,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
                 const V inverse = T(1) / r;
                 const V sine = rules.reciprocal ? f * inverse : f / r, cosine = rules.reciprocal ? g * inverse : g / r;
                 if constexpr (rules.vectors)
-                    loop<V>(0, n, [&](int row) KESL_INLINE {
+                    loop<out>(0, n, [&](int row) KESL_INLINE {
                         V x = z(row, i), y = z(row, i + 1);
                         const V xOld = x, yOld = y;
                         if constexpr (rules.reciprocal) x = x * inverse, y = y * inverse;
@@ -175,7 +185,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
             };
             if constexpr (one)
                 for (int i = m; going && i < l; ++i) rotate(i);
-            else loop<V>(0, l, rotate);
+            else loop<out>(0, l, rotate);
 
             // A sweep that ends with almost nothing is not closed, but for the first eigenvalue from the top.
             Mask closes = without(going, eps >= abs(r2));
@@ -197,6 +207,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
 // ---- The values into descending order by selection, of equal ones the first, and the columns of z with them.
 template <SymRules rules, class V> [[gnu::always_inline]] inline void sortDescending(auto& values, auto& z, auto n)
 {
+    constexpr bool out = writtenOut<V, decltype(n)>;
     const auto exchange = [&](MaskOf<V> where, int i, int k) KESL_INLINE {
         const auto swap = [&](auto& x, int r, int a, int b) KESL_INLINE {
             const V t = x(r, a);
@@ -204,29 +215,31 @@ template <SymRules rules, class V> [[gnu::always_inline]] inline void sortDescen
         };
         const V t = values(i);
         values.set(where ? values(k) : t, i), values.set(where ? t : values(k), k);
-        if constexpr (rules.vectors) loop<V>(0, n, [&](int r) KESL_INLINE { swap(z, r, i, k); });
+        if constexpr (rules.vectors) loop<out>(0, n, [&](int r) KESL_INLINE { swap(z, r, i, k); });
     };
-    loop<V>(0, n - 1, [&](int i) KESL_INLINE {
+    loop<out>(0, n - 1, [&](int i) KESL_INLINE {
         V best = values(i);
         Index<V> q = Index<V>{} + i;
-        loop<V>(i + 1, n, [&](int j) KESL_INLINE {
+        loop<out>(i + 1, n, [&](int j) KESL_INLINE {
             const MaskOf<V> greater = values(j) > best;
             best = greater ? values(j) : best, q = greater ? Index<V>{} + j : q;
         });
         if constexpr (lanes<V> == 1) {
             if (q != i) exchange(true, i, q);
-        } else loop<V>(i + 1, n, [&](int k) KESL_INLINE { exchange(q == k, i, k); });
+        } else loop<out>(i + 1, n, [&](int k) KESL_INLINE { exchange(q == k, i, k); });
     });
 }
 
-// ---- The diagonal and the subdiagonal of a, reversed where `mirrored`: in a itself, where its order is known at run time
-// only, and otherwise apart.
-template <class V, bool single, int n> struct Band {
-    Local<V, single, n> d, e;
-    [[gnu::always_inline]] Band(auto& a, Fixed<n>, MaskOf<V> mirrored)
+// ---- The diagonal and the subdiagonal of a, reversed where `mirrored`: apart; for one object whose order is known at run time
+// only in a itself.
+template <class V, bool single, int most> struct Band {
+    Local<V, single, most> d, e;
+    [[gnu::always_inline]] Band(auto& a, auto order, MaskOf<V> mirrored)
     {
-        loop<V>(0, n, [&](int i) KESL_INLINE { d.e[i][0] = mirrored ? a(n - 1 - i, n - 1 - i) : a(i, i); });
-        loop<V>(0, n - 1, [&](int i) KESL_INLINE { e.e[i][0] = mirrored ? a(n - 1 - i, n - 2 - i) : a(i + 1, i); });
+        constexpr bool out = writtenOut<V, decltype(order)>;
+        loop<out>(0, order, [&](int i) KESL_INLINE { d.e[i][0] = mirrored ? a(order - 1 - i, order - 1 - i) : a(i, i); });
+        loop<out>(0, order - 1,
+                  [&](int i) KESL_INLINE { e.e[i][0] = mirrored ? a(order - 1 - i, order - 2 - i) : a(i + 1, i); });
     }
 };
 template <class V, class T> struct BandInPlace {
@@ -248,6 +261,11 @@ Band<V, single, n> bandOf(Local<V, single, n, n>& a, Fixed<n> order, MaskOf<V> m
 {
     return {a, order, mirrored};
 }
+template <class V, class Kept, int step>
+Band<V, !std::is_same_v<V, Kept>, tallestSquare> bandOf(InTile<V, Kept, step>& a, int n, MaskOf<V> mirrored)
+{
+    return {a, n, mirrored};
+}
 template <class V, class T> BandInPlace<V, T> bandOf(InMemory<V, Rows<T>>& a, int n, bool mirrored)
 {
     return {a, n, mirrored};
@@ -259,8 +277,10 @@ struct NoVectors {};
 template <SymRules rules, class V> [[gnu::always_inline]] inline KeslStatus
 symmetric(auto& a, auto& values, auto& z, auto n, ElementOf<V> eps, ElementOf<V> reductionEps, bool sortFirst)
 {
+    constexpr bool out = writtenOut<V, decltype(n)>;
     if constexpr (rules.vectors)
-        loop<V>(0, n, [&](int i) KESL_INLINE { loop<V>(0, n, [&](int j) KESL_INLINE { z.set(splat<V>(i == j), i, j); }); });
+        loop<out>(0, n,
+                  [&](int i) KESL_INLINE { loop<out>(0, n, [&](int j) KESL_INLINE { z.set(splat<V>(i == j), i, j); }); });
     tridiagonalise<rules, V>(a, values, z, n, reductionEps);
 
     const MaskOf<V> mirrored = abs(a(n - 1, n - 1)) > abs(a(0, 0));
@@ -268,8 +288,8 @@ symmetric(auto& a, auto& values, auto& z, auto n, ElementOf<V> eps, ElementOf<V>
     auto& d = band.d;
     const auto mirror = [&] {
         if constexpr (rules.vectors)
-            loop<V>(0, n, [&](int r) KESL_INLINE {
-                loop<V>(0, n / 2, [&](int j) KESL_INLINE {
+            loop<out>(0, n, [&](int r) KESL_INLINE {
+                loop<out>(0, n / 2, [&](int j) KESL_INLINE {
                     const V x = z(r, j), y = z(r, n - 1 - j);
                     z.set(mirrored ? y : x, r, j), z.set(mirrored ? x : y, r, n - 1 - j);
                 });
@@ -291,9 +311,9 @@ symmetric(auto& a, auto& values, auto& z, auto n, ElementOf<V> eps, ElementOf<V>
     mirror();
     if (!done) return keslStatusNoConvergence;
 
-    loop<V>(0, n, [&](int i) KESL_INLINE { values.set(mirrored ? d(n - 1 - i) : d(i), i); });
+    loop<out>(0, n, [&](int i) KESL_INLINE { values.set(mirrored ? d(n - 1 - i) : d(i), i); });
     V all = splat<V>(1);
-    loop<V>(0, n, [&](int i) KESL_INLINE { all = all * values(i); });
+    loop<out>(0, n, [&](int i) KESL_INLINE { all = all * values(i); });
     product = rules.reciprocal ? all : mirrored ? all : product * values(0);
 
     const bool singular = any(eps >= abs(product));

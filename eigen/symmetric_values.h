@@ -31,6 +31,22 @@ template <SymRules rules, class V, int n>
     NoVectors none;
     return symmetric<rules, V>(a, values, none, Fixed<n>{}, eps, eps, false) == keslStatusOk;
 }
+// Orders 1, 2 and 7 upward, of arrays; false where a lane fails.
+template <class V> [[gnu::noinline]] bool symValuesTile(Tile<V> x, V* values, int n, ElementOf<V> singular)
+{
+    constexpr auto eps = Precision<ElementOf<V>>::eps;
+    if (n == 1) values[0] = x(0, 0);
+    else if (n == 2) {
+        SymPair<V> pair{.a = x(0, 0), .b = x(0, 1), .d = x(1, 1)};
+        if (pair.values(singular)) return false;
+        values[0] = pair.first, values[1] = pair.second;
+    } else {
+        InTile<V, V, 1> a{reinterpret_cast<Unaligned<V>*>(x.e), n}, found{reinterpret_cast<Unaligned<V>*>(values), 1};
+        NoVectors none;
+        return symmetric<symValuesArray, V>(a, found, none, n, eps, eps, false) == keslStatusOk;
+    }
+    return true;
+}
 template <SymRules rules, class T> [[gnu::noinline]] KeslStatus symValuesCommon(T* buffer, T* dst, int n)
 {
     InMemory<T, Rows<T>> a{{buffer, n * std::int64_t(sizeof(T))}};
@@ -81,16 +97,32 @@ struct EigenValuesSym {
         }
         return keslStatusOk;
     }
+    template <bool array, class T> [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, T* buffer,
+                                                                             Table<T> dst, int order, int count, T singular)
+    {
+        const InPacks src(from, count);
+        const auto body = [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+            if constexpr (lanes<V> == 1)
+                return withViews(
+                    k.first, [&](auto a) { return common<array, T>(a, buffer, dst.object(k.first), order, singular); }, src);
+            else {
+                V elements[tileElements], values[tallestSquare];
+                const Tile<V> a{elements, order};
+                load(src, k, a, order);
+                if (!symValuesTile(a, values, order, singular)) return keslStatusSingular;
+                storeTable(dst, k, values, order);
+                return keslStatusOk;
+            }
+        };
+        if constexpr (array) return eachTile<T>(order, order, count, src, body);
+        else return body(Objects<T>{0});
+    }
     template <bool array, class T> [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, T* buffer,
                                                                            Table<T> dst, int order, int count, T singular)
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<array, T, n>(src, dst, count);
-            else
-                return eachObject(count, [&](int k) {
-                    return withViews(
-                        k, [&](auto a) { return common<array, T>(a, buffer, dst.object(k), order, singular); }, src);
-                });
+            else return other<array, T>(src, buffer, dst, order, count, singular);
         });
     }
 

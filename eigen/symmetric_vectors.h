@@ -57,12 +57,12 @@ template <class V, bool single, int n>
 template <class V> using Doubles = Pack<double, std::min(widest, lanes<V>* int(sizeof(double)))>;
 template <class V, int part> Doubles<V> partOf(V x)
 {
-    if constexpr (lanes<V> == lanes<Doubles<V>>) return __builtin_convertvector(x, Doubles<V>);
+    if constexpr (lanes<V> == lanes<Doubles<V>>) return converted<Doubles<V>>(x);
     else return widened<part>(x);
 }
 template <class V> V fromParts(Doubles<V> first, [[maybe_unused]] Doubles<V> last)
 {
-    if constexpr (lanes<V> == lanes<Doubles<V>>) return __builtin_convertvector(first, V);
+    if constexpr (lanes<V> == lanes<Doubles<V>>) return converted<V>(first);
     else return narrowed<V>(first, last);
 }
 // In place; false where a lane fails.
@@ -86,6 +86,32 @@ template <class V, int n> bool symVectorsParts(Block<V, n, n>& x, Block<V, 1, n>
     eachElement<n, n>([&](int r, int c) KESL_INLINE { x(r, c) = fromParts<V>(part[0].z(r, c), part[parts - 1].z(r, c)); });
     eachElement<1, n>([&](int, int c)
                           KESL_INLINE { values(0, c) = fromParts<V>(part[0].values(c), part[parts - 1].values(c)); });
+    return true;
+}
+// Orders 1, 2 and 7 upward, in x; false where a lane fails.
+template <class V> [[gnu::noinline]] bool symVectorsTile(Tile<V> x, V* values, int n, double reductionEps)
+{
+    using T = ElementOf<V>;
+    using D = Doubles<V>;
+    using Kept = Pack<T, lanes<D>* int(sizeof(T))>;
+    constexpr int parts = lanes<V> / lanes<D>;
+    constexpr T eps = Precision<T>::eps;
+    if (n == 1) values[0] = x(0, 0), x(0, 0) = splat<V>(1);
+    else if (n == 2) {
+        SymPair<V> pair{.a = x(0, 0), .b = x(0, 1), .d = x(1, 1)};
+        if (pair.values(eps)) return false;
+        values[0] = pair.first, values[1] = pair.second;
+        pair.vectors(x);
+    } else {
+        Kept vectors[tileElements];
+        for (int part = 0; part < parts; ++part) {
+            const auto partOf = [part](V* packs) { return reinterpret_cast<Unaligned<Kept>*>(packs) + part; };
+            InTile<D, Kept, parts> a{partOf(x.e), n}, found{partOf(values), 1};
+            InTile<D, Kept, 1> z{reinterpret_cast<Unaligned<Kept>*>(vectors), n};
+            if (symmetric<symVectorsArray, D>(a, found, z, n, double(eps), reductionEps, false)) return false;
+            for (int i = 0; i < n * n; ++i) partOf(x.e)[i * parts] = z.e[i];
+        }
+    }
     return true;
 }
 
@@ -145,18 +171,36 @@ struct EigenValuesVectorsSym {
         return keslStatusOk;
     }
     template <bool array, class T>
+    [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, T* buffer, const Array<T>& to, Table<T> dstValues,
+                                              int order, int count, SymLimits<SymScalar<T, array>> limits)
+    {
+        const InPacks src(from, count);
+        const InPacks dst(to, count);
+        const auto body = [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+            T* const found = dstValues.object(k.first);
+            if constexpr (lanes<V> == 1)
+                return withViews(
+                    k.first, [&](auto a, auto v) { return common<array, T>(a, buffer, v, found, order, limits); }, src, dst);
+            else {
+                V elements[tileElements], values[tallestSquare];
+                const Tile<V> x{elements, order};
+                load(src, k, x, order);
+                if (!symVectorsTile(x, values, order, limits.reductionEps)) return keslStatusSingular;
+                store(dst, k, x, order);
+                storeTable(dstValues, k, values, order);
+                return keslStatusOk;
+            }
+        };
+        if constexpr (array) return eachTile<T>(order, order, count, src, body);
+        else return body(Objects<T>{0});
+    }
+    template <bool array, class T>
     [[gnu::noinline]] static KeslStatus all(const Array<const T>& src, T* buffer, const Array<T>& dst, Table<T> dstValues,
                                             int order, int count, SymLimits<SymScalar<T, array>> limits)
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<array, T, n>(src, dst, dstValues, count, limits);
-            else
-                return eachObject(count, [&](int k) {
-                    return withViews(
-                        k,
-                        [&](auto a, auto v) { return common<array, T>(a, buffer, v, dstValues.object(k), order, limits); },
-                        src, dst);
-                });
+            else return other<array, T>(src, buffer, dst, dstValues, order, count, limits);
         });
     }
 

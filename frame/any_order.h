@@ -5,7 +5,7 @@
 
 namespace kesl {
 
-constexpr int tileElements = 256; // of a pack each: order 16, and at most 16 KiB
+constexpr int tallestSquare = 16, tileElements = tallestSquare * tallestSquare; // of a pack each: at most 16 KiB
 constexpr bool fitsTile(int height, int width)
 {
     return height <= tallest && width <= tallest && height * width <= tileElements;
@@ -20,10 +20,10 @@ template <class V> struct Tile {
 
 // body(Objects<V>) as in eachPack, with the size of a block that a body has to hold; large ones go one by one. A body is
 // KESL_ONCE, so that the tiles of packs of different widths are not on the stack at once.
-template <class T>
+template <class T, Packs packs = Packs{}>
 [[gnu::always_inline]] inline KeslStatus eachTile(int height, int width, int count, const auto& src, auto body)
 {
-    if (fitsTile(height, width)) return eachPack<T>(count, src, body);
+    if (fitsTile(height, width)) return eachPack<T, packs>(count, src, body);
     return eachObject(count, [&](int k) { return body(Objects<T>{k}); });
 }
 template <class V>
@@ -47,6 +47,15 @@ template <class V>
 [[gnu::always_inline]] inline void storeLower(const InPacks<ElementOf<V>>& dst, Objects<V> k, Tile<V> x, int n)
 {
     storeRowsApart(dst, k.first, x.e, n, n, true);
+}
+
+// n elements of each object, which a table holds one behind another.
+template <class V> [[gnu::always_inline]] inline void storeTable(Table<ElementOf<V>> table, Objects<V> k, const V* x, int n)
+{
+    ElementOf<V>* const first = table.object(k.first);
+    if (n == 1) storePack(first, x[0]);
+    else if (n == 2) storeTable<2>(first, x);
+    else storeRun(Spaced<ElementOf<V>>{first, n * std::int64_t(sizeof(ElementOf<V>))}, x, n);
 }
 
 // Lane l of x[row[l]].

@@ -93,12 +93,28 @@ template <class V> void storePastCaches(void* p, V x)
 }
 inline void drained() { _mm_sfence(); }
 
+// The same numbers as elements of another type. Wider ones are named: g++ 12 would make them in two halves.
+template <class To, class V> [[gnu::always_inline]] inline To converted(V x)
+{
+    [[maybe_unused]] constexpr bool real = std::is_floating_point_v<ElementOf<V>>, doubled = sizeof(To) == 2 * sizeof(V);
+    if constexpr (lanes<V> == 1) return To(x);
+#if defined(__AVX512F__)
+    else if constexpr (sizeof(To) == 64 && doubled && real) return To(_mm512_cvtps_pd(__m256(x)));
+    else if constexpr (sizeof(To) == 64 && doubled) return To(_mm512_cvtepi32_epi64(__m256i(x)));
+#endif
+#if defined(__AVX2__)
+    else if constexpr (sizeof(To) == 32 && doubled && real) return To(_mm256_cvtps_pd(__m128(x)));
+    else if constexpr (sizeof(To) == 32 && doubled) return To(_mm256_cvtepi32_epi64(__m128i(x)));
+#endif
+    else return __builtin_convertvector(x, To);
+}
+
 // Half of the lanes of a pack of floats, the lower or the upper, as doubles; and both back, rounded.
 template <int half, class V> Pack<double, sizeof(V)> widened(V x)
 {
     constexpr int n = lanes<V> / 2;
     return [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
-        return __builtin_convertvector(__builtin_shufflevector(x, x, (half * n + i)...), Pack<double, sizeof(V)>);
+        return converted<Pack<double, sizeof(V)>>(__builtin_shufflevector(x, x, (half * n + i)...));
     }(std::make_integer_sequence<int, n>{});
 }
 template <class V> V narrowed(Pack<double, sizeof(V)> lower, Pack<double, sizeof(V)> upper)
@@ -127,6 +143,14 @@ template <class V> MaskOf<V> everywhere() { return V{} == V{}; }
 inline bool negated(bool mask) { return !mask; }
 template <class M> requires(lanes<M> > 1) M negated(M mask) { return ~mask; }
 template <class M> M without(M x, M y) { return x & negated(y); }
+
+// A mask that is kept as it is: g++ 12 would take one apart lane by lane where it knows what it is made of.
+inline bool opaque(bool mask) { return mask; }
+template <class M> requires(lanes<M> > 1) [[gnu::always_inline]] inline M opaque(M mask)
+{
+    asm("" : "+v"(mask));
+    return mask;
+}
 
 // Where the mask holds x takes the value.
 template <class V> [[gnu::always_inline]] inline void put(MaskOf<V> where, V& x, V value) { x = where ? value : x; }

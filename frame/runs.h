@@ -13,8 +13,9 @@ namespace kesl {
 //     sorted   0.0 1.0 2.0 3.0 | 0.1 1.1 2.1 3.1 | 0.2 1.2 2.2 3.2
 //
 // Each sorted pack takes elements of all packs of the run: it is built in steps, and in step s what comes from pack s joins
-// what came from those before it. If n is even, halves of packs are sorted: pack j then gets element 2j of half of the
+// what came from those before it. If n is even and above 2, halves of packs are sorted: pack j then gets element 2j of half of the
 // objects and behind them 2j + 1 of the same ones; two such rounds serve all objects, and halves are exchanged in the end.
+template <int n> constexpr int partsOfRun = n == 2 ? 1 : 2 - n % 2;
 template <int n, int lanes, int parts> struct Sorting {
     static constexpr int objects = lanes / parts;
     template <int j, int s> struct Sort {
@@ -52,7 +53,7 @@ template <class V> [[gnu::always_inline]] inline void exchangeHalves(const V* x,
 // x: a run as it lies in memory; y: element j of all objects in y[j]. And back.
 template <int n, class V> [[gnu::always_inline]] inline void runToObjects(const V* x, V* y)
 {
-    constexpr int parts = 2 - n % 2, m = n / parts;
+    constexpr int parts = partsOfRun<n>, m = n / parts;
     using By = Sorting<n, lanes<V>, parts>;
     if constexpr (lanes<V> == 1) std::copy_n(x, n, y);
     else if constexpr (parts == 1) inSteps<By::template Sort, n>(x, y);
@@ -65,7 +66,7 @@ template <int n, class V> [[gnu::always_inline]] inline void runToObjects(const 
 }
 template <int n, class V> [[gnu::always_inline]] inline void objectsToRun(const V* y, V* x)
 {
-    constexpr int parts = 2 - n % 2, m = n / parts;
+    constexpr int parts = partsOfRun<n>, m = n / parts;
     using By = Sorting<n, lanes<V>, parts>;
     if constexpr (lanes<V> == 1) std::copy_n(y, n, x);
     else if constexpr (parts == 1) inSteps<By::template Unsort, n>(y, x);

@@ -95,10 +95,10 @@
  *
  * SPEED. The functions are made for matrices of order 3 to 6 and vectors of length 3 to 6. Rows without gaps between their
  * elements (every stride2 the element size) are fast, objects without any gap the fastest; so are arrays that are interleaved
- * as a structure of arrays (stride0 the element size), and matrices whose columns have no gaps, in all that factors, inverts or
- * substitutes. There, orders 1, 2 and 7 to 16 too are worked on several objects at a time. All else, and larger orders, go
- * object by object in plain loops: additions cost of the order of n squared, products, factors, determinants and eigenvalues n
- * cubed, keslInvert n to the fifth power. A call takes at most 64 KiB of stack (as g++ 12 compiles it).
+ * as a structure of arrays (stride0 the element size), and matrices whose columns have no gaps, in all that factors, inverts,
+ * substitutes or finds eigenvalues. There, orders 1, 2 and 7 to 16 too are worked on several objects at a time. All else, and
+ * larger orders, go object by object in plain loops: additions cost of the order of n squared, products, factors, determinants
+ * and eigenvalues n cubed, keslInvert n to the fifth power. A call takes at most 64 KiB of stack (as g++ 12 compiles it).
  *
  * BITS. Each operation is rounded to the element type before the next; nothing is fused, and subnormal numbers are kept. A
  * result has the same bits on every processor, for every count and place in the array, every alignment and every number of

@@ -20,6 +20,19 @@ namespace kesl {
     withOrder(length, [&](auto n) { f(One{}, n); });
 }
 
+// The same for vectors of 1 or 2 elements, too, and for square matrices of order 2.
+[[gnu::always_inline]] inline void withLength(int length, auto f)
+{
+    if (length == 1) return f(Fixed<1>{});
+    if (length == 2) return f(Fixed<2>{});
+    withOrder(length, f);
+}
+[[gnu::always_inline]] inline void withSquare(int height, int width, auto f)
+{
+    if (height == 2 && width == 2) return f(Fixed<2>{});
+    withOrder(width == height ? width : 0, f);
+}
+
 // ---- Objects one after the other. An operand is what yields the address of object k, Turned where it is read transposed,
 // or a constant: one for each object, or by value.
 template <class At> struct ConstantOf {
@@ -215,8 +228,8 @@ template <class Dst, class... Src>
     const std::int64_t each = std::int64_t(height) * width;
     if (!isPacked(dst, height, width) || !(isPacked(src, height, width) && ...)) return false;
     if constexpr (constants) {
-        if (width < 3 || width > 6) return false;
-        withOrder(width, [&](auto n) {
+        if (width > 6) return false;
+        withLength(width, [&](auto n) {
             if constexpr (n > 0) {
                 if ((areTogether(src) && ...)) mapVectors<n>(count, f, dst.p, packedOf(src, 1, n)...);
                 else mapVectors<n>(count, f, dst.p, packedOf<false>(src, 1, n)...);
@@ -255,9 +268,15 @@ KESL_ONCE void mapPlane(int count, auto f, auto dst, auto... src) { mapRun(count
     constexpr bool turned = (isTransposed<std::decay_t<decltype(src)>> || ...);
     const std::int64_t each = std::int64_t(height) * width;
     const bool records = isRecord(dst, height, width) && (isRecord(src, height, width) && ...);
+    if constexpr (turned) {
+        bool done = false;
+        if (records)
+            withSquare(height, width, [&](auto n) {
+                if constexpr (n > 0) mapTransposedRecords<n>(count, f, atOf(dst), recordsOf(src)...), done = true;
+            });
+        if (done) return;
+    }
     withShape(height, width, [&](auto h, auto w) {
-        if constexpr (turned && w > 0)
-            if (records) return mapTransposedRecords<w>(count, f, atOf(dst), recordsOf(src)...);
         if constexpr (!turned)
             if (records) {
                 if constexpr (alone) return eachRecord<h * w>(each, 1, f, atOf(dst), recordsOf(src)...);
@@ -270,9 +289,9 @@ KESL_ONCE void mapPlane(int count, auto f, auto dst, auto... src) { mapRun(count
 [[gnu::always_inline]] inline bool mapSomeTransposed(int height, int width, int count, auto f, const auto& dst,
                                                      const auto&... src)
 {
-    if (height < 3 || height > 6 || height != width) return false;
+    if (height < 2 || height > 6 || height != width) return false;
     if (!isRecord(dst, height, width) || !(isRecord(src, height, width) && ...)) return false;
-    withOrder(height, [&](auto n) {
+    withSquare(height, width, [&](auto n) {
         if constexpr (n > 0) mapTransposedRecords<n>(count, f, lineOf(dst, height, width), lineOf(src, height, width)...);
     });
     return true;

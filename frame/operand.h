@@ -149,7 +149,7 @@ template <class O> bool isRecord(const O& o, int height, int width)
 template <class O> bool isPacked(const O& o, int height, int width)
 {
     if constexpr (!isArrayOfObjects<O>) return true;
-    else if constexpr (isTransposed<O>) return false;
+    else if (isTransposed<O> && (height > 1 || width > 1)) return false;
     else return isRecord(o, height, width) && o.stride0 == std::int64_t(height) * width * O::elementSize;
 }
 // In a structure of arrays, the objects' values of an element lie side by side.

@@ -130,7 +130,7 @@ ptrdiff_t kesl_trace_64f(ptrdiff_t n, ptrdiff_t count,
 /* x = the determinant, (n,n) -> (). Over- or underflows only if the determinant itself does.
  *
  * Method   elimination with partial pivoting (Golub & Van Loan, Matrix Computations, 3.4), the product of the pivots with its
- *          exponent apart; up to order 3 products where they are as accurate. A singular matrix is no failure.
+ *          exponent apart; up to order 4 products where they are as accurate. A singular matrix is no failure.
  * Info     -1 NaN or infinity in a.
  * Cost     2/3 n^3 */
 ptrdiff_t kesl_det_32f(ptrdiff_t n, ptrdiff_t count,
@@ -143,8 +143,8 @@ ptrdiff_t kesl_det_64f(ptrdiff_t n, ptrdiff_t count,
 /* x = the inverse, (n,n) -> (n,n).
  *
  * Method   LU with partial pivoting, then X L = U^-1 (Golub & Van Loan 3.4; Higham, Accuracy and Stability of Numerical
- *          Algorithms, 14.3, method B); order 2 by the adjugate, order 3 too where the two larger singular values are
- *          so close that it is as accurate.
+ *          Algorithms, 14.3, method B); orders 2 to 4 by the adjugate where all singular values but the least are so close
+ *          that it is as accurate.
  * In place x may be a.
  * Info     -1 NaN or infinity in a; i if pivot i is zero: a is singular.
  * Accuracy ratio |I - X A| / (n |A| |X| eps) below 30

@@ -5,14 +5,20 @@ namespace kesl::stacks {
 namespace {
 
 // A = L L^T, column by column, in the lower triangle (Golub & Van Loan, Matrix Computations, 4.2). Returns the order of the
-// first leading minor that is not positive; what follows it has no meaning.
-template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorCholesky(Tile<V, N, N>& a)
+// first leading minor that is not positive; what follows it has no meaning. The inverse of a root is the root times the
+// inverse, which are computed at the same time; where that overflows, with care.
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorCholesky(Tile<V, N, N>& a, bool isCareful)
 {
     IndexOf<V> info{};
     loop<N>(0, a.n, [&](int j) KESL_INLINE {
         const IndexOf<V> bad = ~(a(j, j) > 0);
         info = (bad & (info == 0)) ? index<V>(j + 1) : info;
-        const V d = sqrt(bad ? splat<V>(1) : a(j, j)), inverse = 1 / d;
+        if (isCareful) [[unlikely]]
+            a(j, j) = bad ? splat<V>(1) : a(j, j);
+        const V d = sqrt(a(j, j)), reciprocal = 1 / a(j, j);
+        V inverse = d * reciprocal;
+        if (isCareful) [[unlikely]]
+            inverse = isFinite(reciprocal) ? inverse : 1 / d;
         a(j, j) = d;
         loop<N>(j + 1, a.n, [&](int i) KESL_INLINE { a(i, j) *= inverse; });
         loop<N>(j + 1, a.n,
@@ -23,10 +29,10 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorChole
 
 // X = L^-T L^-1 B in place of B, with the inverse of each diagonal element of L.
 template <class V, class N, class M>
-[[gnu::always_inline]] inline void solveCholesky(const Tile<V, N, N>& l, const V* inverse, Tile<V, N, M>& b)
+[[gnu::always_inline]] inline void solveCholesky(const Tile<V, N, N>& l, const V* inverse, Tile<V, N, M>& b, bool isCareful)
 {
     const auto divide = [&](int k) KESL_INLINE {
-        divideBy(l(k, k), inverse[k],
+        divideBy(l(k, k), inverse[k], isCareful,
                  [&](auto by) KESL_INLINE { loop<M>(0, b.m, [&](int j) KESL_INLINE { by(b(k, j)); }); });
     };
     loop<N>(0, b.n, [&](int k) KESL_INLINE {
@@ -48,12 +54,22 @@ struct Cholesky {
     template <class V, class N> static IndexOf<V> pack(Objects k, N n, const auto& a, const auto& l)
     {
         Tile<V, N, N> t(n, n);
-        a.load(k, t);
-        each(t, [&](int i, int j) KESL_INLINE { t(i, j) = j > i ? V{} : t(i, j); });
-        const Preparation<V> prepared(t);
-        const IndexOf<V> info = prepared.info(factorCholesky(t));
-        if (prepared.isScaled) scaleBy(1 / sqrt(prepared.scale), t);
-        if (any(info != 0)) spoil(info != 0, t);
+        Preparation<V> prepared;
+        IndexOf<V> info, unclear;
+        do {
+            a.load(k, t);
+            each(t, [&](int i, int j) KESL_INLINE { t(i, j) = j > i ? V{} : t(i, j); });
+            prepared.prepare(t);
+            V trace{}; // of a definite matrix: no magnitude is larger
+            loop<N>(0, t.n, [&](int i) KESL_INLINE { trace += t(i, i); });
+            info = factorCholesky(t, prepared.isCareful);
+            unclear = needNoScale(trace) ? 0 - info : index<V>(-1);
+        } while (prepared.again(unclear));
+        info = prepared.info(info);
+        if (prepared.isCareful) {
+            scaleBy(1 / sqrt(prepared.scale), t);
+            spoil(info != 0, t);
+        }
         l.store(k, t);
         return info;
     }
@@ -73,15 +89,23 @@ struct CholeskySolve {
     {
         Tile<V, N, N> l(n, n);
         a.load(objects, l);
+        V inverse[most<N>], sum{}, largest{};
+        loop<N>(0, l.n, [&](int i) KESL_INLINE {
+            inverse[i] = 1 / l(i, i);
+            largest = larger(abs(inverse[i]), largest);
+        });
+        eachOfLower(l, [&](int i, int j) KESL_INLINE { sum += l(i, j); });
+        const bool isCareful = any(~(isFinite(abs(sum)) & isFinite(largest)));
         IndexOf<V> info{};
-        loop<N>(0, l.n, [&](int i) KESL_INLINE { info = ((l(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info; });
-        info = lowerNotFinite(l) ? index<V>(-1) : info;
-        if (any(info != 0)) makeHarmless(info != 0, l);
-        V inverse[most<N>];
-        loop<N>(0, l.n, [&](int i) KESL_INLINE { inverse[i] = 1 / l(i, i); });
+        if (isCareful) [[unlikely]] {
+            loop<N>(0, l.n, [&](int i) KESL_INLINE { info = ((l(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info; });
+            info = lowerNotFinite(l) ? index<V>(-1) : info;
+            makeHarmless(info != 0, l);
+            loop<N>(0, l.n, [&](int i) KESL_INLINE { inverse[i] = 1 / l(i, i); });
+        }
         solveColumns<V>(objects, n, k, b, x, [&](auto& columns) KESL_INLINE {
-            solveCholesky(l, inverse, columns);
-            if (any(info != 0)) spoil(info != 0, columns);
+            solveCholesky(l, inverse, columns, isCareful);
+            if (isCareful) spoil(info != 0, columns);
         });
         return info;
     }

@@ -31,25 +31,29 @@ template <class V, class N> [[gnu::always_inline]] inline V productOf(const Tile
     return isOdd ? 0 - product : product;
 }
 
-template <class V, class N> [[gnu::always_inline]] inline V byElimination(Tile<V, N, N>& a)
+// load(tile) brings the matrix.
+template <class V, class N> [[gnu::always_inline]] inline V byElimination(N n, auto load)
 {
-    if (a.n == 0) return splat<V>(1);
-    const Preparation<V> prepared(a);
+    Tile<V, N, N> lu(n, n);
     Pivots<V, N> p;
-    const IndexOf<V> singular = factorLU(a, p);
+    Preparation<V> prepared;
+    const IndexOf<V> info = factorLU([&]() KESL_INLINE { load(lu); }, lu, p, prepared);
     IndexOf<V> isOdd{};
-    loop<N>(0, a.n, [&](int i) KESL_INLINE { isOdd ^= p[i] != i; });
-    const V det = singular != 0 ? V{} : productOf(a, isOdd, prepared.scale);
-    return prepared.refused ? notANumber<V>() : det;
+    loop<N>(0, lu.n, [&](int i) KESL_INLINE { isOdd ^= p[i] != i; });
+    const V det = productOf(lu, isOdd, prepared.scale);
+    return info == 0 ? det : info > 0 ? V{} : notANumber<V>();
 }
 
-// By products; returns the lanes where the determinant is accurate.
-template <class V, int n> [[gnu::always_inline]] inline IndexOf<V> byProducts(const Square<V, n>& a, V& det)
+// By products; returns the lanes where the determinant is known to be accurate from the cofactors that it is made of, or from
+// all.
+template <bool all, class V, int n> [[gnu::always_inline]] inline IndexOf<V> byProducts(const Square<V, n>& a, V& det)
 {
     const Square<V, n> adjoint = adjugate(a);
-    const V largest = largestOf(a);
+    const RowSizes<V, n> rows(a);
     det = determinant(a, adjoint);
-    return isSound(det, largest, Fixed<n>{}) & isSound<1>(adjoint, largest) & isOrdinary(largest);
+    IndexOf<V> sound = rows.excuse(largestCofactor<FirstColumn>(adjoint), rows.first, 16);
+    if constexpr (all) sound |= rows.excuse(largestCofactor<All>(adjoint), rows.least, 16);
+    return sound & rows.areRegular(det) & isOrdinary<n>(rows.largest);
 }
 
 // The lanes that are not done: once more near 1, and by elimination where that does not help.
@@ -58,22 +62,23 @@ template <class V, int n> [[gnu::noinline]] V finish(const Square<V, n>& a, Inde
     const Normalised<V, n> normalised(a);
     V near;
     IndexOf<V> e;
-    const IndexOf<V> accurate = byProducts(normalised.near, near);
+    const IndexOf<V> accurate = byProducts<true>(normalised.near, near);
     const V value = splitExponent(near, e);
     det = done ? det : timesPowerOfTwo(value, e + n * normalised.exponent);
     done |= accurate;
     if (!any(~done)) return det;
-    Square<V, n> y = a;
-    return done ? det : byElimination(y);
+    return done ? det : byElimination<V>(Fixed<n>{}, [&](auto& lu) { lu = a; });
 }
 
-template <class V, class N> [[gnu::always_inline]] inline V determinantOf(Tile<V, N, N>& a)
+template <class V, class N> [[gnu::always_inline]] inline V determinantOf(N n, auto load)
 {
-    if constexpr (most<N> <= 3) {
+    if constexpr (most<N> <= 4) {
+        Tile<V, N, N> a(n, n);
+        load(a);
         V det;
-        const IndexOf<V> done = byProducts(a, det);
+        const IndexOf<V> done = byProducts<false>(a, det);
         return any(~done) ? finish(Tile<V, N, N>(a), done, det) : det;
-    } else return byElimination(a);
+    } else return n == 0 ? splat<V>(1) : byElimination<V>(n, load);
 }
 
 struct Det {
@@ -83,10 +88,8 @@ struct Det {
 
     template <class V, class N> static IndexOf<V> pack(Objects k, N n, const auto& a, const auto& x)
     {
-        Tile<V, N, N> t(n, n);
-        a.load(k, t);
         Tile<V, Fixed<1>, Fixed<1>> det({}, {});
-        det(0, 0) = determinantOf(t);
+        det(0, 0) = determinantOf<V>(n, [&](auto& t) KESL_INLINE { a.load(k, t); });
         x.store(k, det);
         return det(0, 0) != det(0, 0) ? index<V>(-1) : index<V>(0);
     }

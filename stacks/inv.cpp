@@ -5,24 +5,28 @@
 namespace kesl::stacks {
 namespace {
 
-template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> byElimination(Tile<V, N, N>& x)
+// load() brings the matrix into x.
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> byElimination(auto load, Tile<V, N, N>& x)
 {
-    const Preparation<V> prepared(x);
     Pivots<V, N> p;
-    const IndexOf<V> info = prepared.info(factorLU(x, p));
+    Preparation<V> prepared;
+    const IndexOf<V> info = factorLU(load, x, p, prepared);
     invertLU(x, p);
     prepared.scaleLike(x);
     return info;
 }
 
-// x = a^-1; returns the lanes where it is accurate. A NaN anywhere is in the determinant, too.
-template <class V, int n> [[gnu::always_inline]] inline IndexOf<V> byAdjugate(const Square<V, n>& a, Square<V, n>& x)
+// x = a^-1; returns the lanes where it is known to be accurate from these elements of the adjugate. A NaN anywhere is in the
+// determinant, too.
+template <class Known, class V, int n>
+[[gnu::always_inline]] inline IndexOf<V> byAdjugate(const Square<V, n>& a, Square<V, n>& x)
 {
     x = adjugate(a);
-    const V det = determinant(a, x), largest = largestOf(a);
-    const IndexOf<V> sound = isSound(det, largest, Fixed<n>{}) & isSound<n>(x, largest) & isOrdinary(largest);
+    const V det = determinant(a, x);
+    const RowSizes<V, n> rows(a);
+    const IndexOf<V> sound = rows.excuse(largestCofactor<Known>(x), rows.least, 8);
     scaleBy(1 / det, x);
-    return sound;
+    return sound & rows.areRegular(det) & isOrdinary<n>(rows.largest);
 }
 
 // The lanes that are not done: once more near 1, and by elimination where that does not help.
@@ -33,23 +37,24 @@ template <class V, int n> [[gnu::noinline]] IndexOf<V> finish(const Square<V, n>
     };
     Square<V, n> y({}, {});
     const Normalised<V, n> normalised(a);
-    const IndexOf<V> accurate = byAdjugate(normalised.near, y);
+    const IndexOf<V> accurate = byAdjugate<All>(normalised.near, y);
     for (V& element : y.e) element = normalised.down.times(element);
     take(y);
     done |= accurate;
     if (!any(~done)) return index<V>(0);
 
-    y = a;
-    const IndexOf<V> info = byElimination(y);
+    const IndexOf<V> info = byElimination([&] { y = a; }, y);
     take(y);
     return done ? index<V>(0) : info;
 }
 
-template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> invert(Tile<V, N, N>& x)
+// The inverse of what load() brings into x.
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> invert(auto load, Tile<V, N, N>& x)
 {
-    if constexpr (most<N> == 2 || most<N> == 3) {
+    if constexpr (most<N> >= 2 && most<N> <= 4) {
+        load();
         Tile<V, N, N> y(x.rows(), x.columns());
-        const IndexOf<V> done = byAdjugate(x, y);
+        const IndexOf<V> done = byAdjugate<Diagonal>(x, y);
         IndexOf<V> info{};
         if (any(~done)) [[unlikely]] {
             Tile<V, N, N> result = y; // so that x and y may stay in registers
@@ -58,7 +63,7 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> invert(Tile
         }
         x = y;
         return info;
-    } else return byElimination(x);
+    } else return byElimination(load, x);
 }
 
 struct Inv {
@@ -69,8 +74,7 @@ struct Inv {
     template <class V, class N> static IndexOf<V> pack(Objects k, N n, const auto& a, const auto& x)
     {
         Tile<V, N, N> t(n, n);
-        a.load(k, t);
-        const IndexOf<V> info = invert(t);
+        const IndexOf<V> info = invert([&]() KESL_INLINE { a.load(k, t); }, t);
         if (any(info != 0)) spoil(info != 0, t);
         x.store(k, t);
         return info;

@@ -12,15 +12,16 @@ struct LU {
     template <class V, class N> static IndexOf<V> pack(Objects k, N n, const auto& a, const auto& lu, const auto& pivots)
     {
         Tile<V, N, N> t(n, n);
-        a.load(k, t);
-        const Preparation<V> prepared(t);
         Pivots<V, N> p;
-        factorLU(t, p);
-        if (prepared.isScaled) eachOfLower(t, [&](int i, int j) KESL_INLINE { t(j, i) *= 1 / prepared.scale; });
-        const IndexOf<V> info = prepared.info(index<V>(0));
+        Preparation<V> prepared;
+        const IndexOf<V> found = factorLU([&]() KESL_INLINE { a.load(k, t); }, t, p, prepared);
+        const IndexOf<V> info = found < 0 ? found : index<V>(0); // a zero pivot is no failure
+        if (prepared.isCareful) {
+            eachOfLower(t, [&](int i, int j) KESL_INLINE { t(j, i) *= 1 / prepared.scale; });
+            spoil(info != 0, t);
+        }
         Tile<IndexOf<V>, Fixed<1>, N> places(Fixed<1>{}, n);
         loop<N>(0, t.n, [&](int i) KESL_INLINE { places(0, i) = info != 0 ? index<V>(0) : p[i] + 1; });
-        if (any(info != 0)) spoil(info != 0, t);
         lu.store(k, t);
         pivots.store(k, places);
         return info;
@@ -44,28 +45,55 @@ struct LUSolve {
         a.load(objects, lu);
         pivots.load(objects, places);
         Pivots<V, N> p;
-        const bool areOrdinary = !any(~ordinaryFactors(lu));
-        IndexOf<V> refused = areOrdinary ? IndexOf<V>{} : notFinite(lu), info{};
         loop<N>(0, lu.n, [&](int i) KESL_INLINE {
             p[i] = places(0, i) - 1;
+            p.inverse[i] = 1 / lu(i, i);
+        });
+        const IndexOf<V> unusual = ~areUsual(lu, p);
+        const bool isCareful = any(unusual);
+        IndexOf<V> info{};
+        V scale = splat<V>(1);
+        if (isCareful) [[unlikely]] {
+            info = refuse(lu, p);
+            makeHarmless(info != 0, lu);
+            scale = unusual ? eliminationScale(largestOfUpper(lu), n) : scale;
+            eachOfLower(lu, [&](int i, int j) KESL_INLINE { lu(j, i) *= scale; });
+            loop<N>(0, lu.n, [&](int i) KESL_INLINE { p.inverse[i] = 1 / lu(i, i); });
+        }
+        solveColumns<V>(objects, n, k, b, x, [&](auto& columns) KESL_INLINE {
+            if (isCareful) scaleBy(scale, columns);
+            solveLU(lu, p, columns, isCareful);
+            if (isCareful) spoil(info != 0, columns);
+        });
+        return info;
+    }
+
+private:
+    // Lanes where the factors can be used as they are.
+    template <class V, class N>
+    [[gnu::always_inline]] static IndexOf<V> areUsual(const Tile<V, N, N>& lu, const Pivots<V, N>& p)
+    {
+        V lower{}, upper{}, inverse{};
+        IndexOf<V> inside = index<V>(-1);
+        eachOfLower(lu, [&](int i, int j) KESL_INLINE {
+            upper += abs(lu(j, i));
+            if (j < i) lower += lu(i, j);
+        });
+        loop<N>(0, lu.n, [&](int i) KESL_INLINE {
+            inverse = larger(abs(p.inverse[i]), inverse);
+            inside &= (p[i] >= i) & (p[i] < lu.n);
+        });
+        return inside & needNoScale(upper) & isFinite(abs(lower)) & isFinite(inverse);
+    }
+    // The infos: factors that are not finite, rows that are none, the first pivot that is 0.
+    template <class V, class N> static IndexOf<V> refuse(const Tile<V, N, N>& lu, const Pivots<V, N>& p)
+    {
+        IndexOf<V> refused = notFinite(lu), info{};
+        loop<N>(0, lu.n, [&](int i) KESL_INLINE {
             refused |= (p[i] < i) | (p[i] >= lu.n);
             info = ((lu(i, i) == 0) & (info == 0)) ? index<V>(i + 1) : info;
         });
-        info = refused ? index<V>(-1) : info;
-        if (any(info != 0)) [[unlikely]]
-            makeHarmless(info != 0, lu);
-        const V scale = areOrdinary ? splat<V>(1) : eliminationScale(largestOfUpper(lu), n);
-        const bool isScaled = !areOrdinary && any(scale != 1);
-        if (isScaled) [[unlikely]]
-            eachOfLower(lu, [&](int i, int j) KESL_INLINE { lu(j, i) *= scale; });
-        loop<N>(0, lu.n, [&](int i) KESL_INLINE { p.inverse[i] = 1 / lu(i, i); });
-
-        solveColumns<V>(objects, n, k, b, x, [&](auto& columns) KESL_INLINE {
-            if (isScaled) scaleBy(scale, columns);
-            solveLU(lu, p, columns);
-            if (any(info != 0)) spoil(info != 0, columns);
-        });
-        return info;
+        return refused ? index<V>(-1) : info;
     }
 };
 

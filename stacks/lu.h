@@ -13,12 +13,12 @@ template <class V, class N> struct Pivots {
     const IndexOf<V>& operator[](int k) const { return e[k]; }
 };
 
-// Divides by d what each(f) calls f for: as x * inverse, which is 1/d, and by a division in lanes where that overflows; x stays
-// where d is 0.
-template <class V> [[gnu::always_inline]] inline void divideBy(V d, V inverse, auto each)
+// Divides by d what each(f) calls f for: as x * inverse, which is 1/d. With care, by a division in lanes where that overflows;
+// x stays where d is 0.
+template <class V> [[gnu::always_inline]] inline void divideBy(V d, V inverse, bool isCareful, auto each)
 {
-    const IndexOf<V> over = abs(inverse) > splat<V>(std::numeric_limits<ElementOf<V>>::max());
-    if (any(over)) [[unlikely]] {
+    if (isCareful) [[unlikely]] {
+        const IndexOf<V> over = ~isFinite(abs(inverse));
         const V divisor = d != 0 ? d : splat<V>(1);
         each([&](V& x) KESL_INLINE { x = over ? x / divisor : x * inverse; });
     } else each([&](V& x) KESL_INLINE { x *= inverse; });
@@ -41,24 +41,26 @@ template <class V, class N, class M> [[gnu::always_inline]] inline void exchange
 }
 
 // P A = L U in place. The pivot is the first of the largest. Returns the step, counted from 1, of the first zero pivot: its
-// column of L is zero and nothing is eliminated.
-template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorLU(Tile<V, N, N>& a, Pivots<V, N>& p)
+// column of L is zero and nothing is eliminated; this takes care.
+template <class V, class N>
+[[gnu::always_inline]] inline IndexOf<V> eliminate(Tile<V, N, N>& a, Pivots<V, N>& p, bool isCareful)
 {
     IndexOf<V> info{};
     loop<N>(0, a.n, [&](int k) KESL_INLINE {
-        V largest = abs(a(k, k));
-        IndexOf<V> q = index<V>(k);
-        loop<N>(k + 1, a.n, [&](int i) KESL_INLINE {
-            const V size = abs(a(i, k));
-            q = size > largest ? index<V>(i) : q;
-            largest = larger(size, largest);
+        V size[most<N>], largest{};
+        loop<N>(k, a.n, [&](int i) KESL_INLINE {
+            size[i] = abs(a(i, k));
+            largest = larger(size[i], largest);
         });
+        const V inverse = 1 / largest; // early: it takes long
+        IndexOf<V> q = index<V>(k);
+        loopDown<N>(k, a.n, [&](int i) KESL_INLINE { q = size[i] == largest ? index<V>(i) : q; });
         exchangeRows(a, k, q);
         p[k] = q;
-        info = ((largest == 0) & (info == 0)) ? index<V>(k + 1) : info;
+        p.inverse[k] = withSign(inverse, a(k, k));
+        if (isCareful) info = ((largest == 0) & (info == 0)) ? index<V>(k + 1) : info;
 
-        p.inverse[k] = 1 / a(k, k);
-        divideBy(a(k, k), p.inverse[k],
+        divideBy(a(k, k), p.inverse[k], isCareful,
                  [&](auto by) KESL_INLINE { loop<N>(k + 1, a.n, [&](int i) KESL_INLINE { by(a(i, k)); }); });
         loop<N>(k + 1, a.n,
                 [&](int i) KESL_INLINE { loop<N>(k + 1, a.n, [&](int j) KESL_INLINE { a(i, j) -= a(i, k) * a(k, j); }); });
@@ -66,9 +68,34 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> factorLU(Ti
     return info;
 }
 
+// Lanes where the pivots do not tell that nothing over- or underflowed. A NaN or an infinity anywhere, or that came up on the
+// way, ends in the pivot of its column at the latest.
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> unclear(const Tile<V, N, N>& lu, const Pivots<V, N>& p)
+{
+    V sum{}, inverse{};
+    loop<N>(0, lu.n, [&](int i) KESL_INLINE {
+        sum += abs(lu(i, i));
+        inverse = larger(abs(p.inverse[i]), inverse);
+    });
+    return ~(needNoScale(sum) & isFinite(inverse));
+}
+
+// The same for a matrix that load() brings into a, whatever its magnitude. Returns the infos.
+template <class V, class N>
+[[gnu::always_inline]] inline IndexOf<V> factorLU(auto load, Tile<V, N, N>& a, Pivots<V, N>& p, Preparation<V>& prepared)
+{
+    IndexOf<V> info;
+    do {
+        load();
+        prepared.prepare(a);
+        info = eliminate(a, p, prepared.isCareful);
+    } while (prepared.again(unclear(a, p)));
+    return prepared.info(info);
+}
+
 // X = A^-1 B in place of B, from the factors.
 template <class V, class N, class M>
-[[gnu::always_inline]] inline void solveLU(const Tile<V, N, N>& lu, const Pivots<V, N>& p, Tile<V, N, M>& b)
+[[gnu::always_inline]] inline void solveLU(const Tile<V, N, N>& lu, const Pivots<V, N>& p, Tile<V, N, M>& b, bool isCareful)
 {
     loop<N>(0, b.n, [&](int k) KESL_INLINE { exchangeRows(b, k, p[k]); });
     loop<N>(0, b.n, [&](int k) KESL_INLINE {
@@ -76,7 +103,7 @@ template <class V, class N, class M>
                 [&](int i) KESL_INLINE { loop<M>(0, b.m, [&](int j) KESL_INLINE { b(i, j) -= lu(i, k) * b(k, j); }); });
     });
     loopDown<N>(0, b.n, [&](int k) KESL_INLINE {
-        divideBy(lu(k, k), p.inverse[k],
+        divideBy(lu(k, k), p.inverse[k], isCareful,
                  [&](auto by) KESL_INLINE { loop<M>(0, b.m, [&](int j) KESL_INLINE { by(b(k, j)); }); });
         loop<N>(0, k,
                 [&](int i) KESL_INLINE { loop<M>(0, b.m, [&](int j) KESL_INLINE { b(i, j) -= lu(i, k) * b(k, j); }); });

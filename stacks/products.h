@@ -1,4 +1,4 @@
-// Determinants and adjugates of orders up to 3 as sums of products, and when these are as accurate as elimination.
+// Determinants and adjugates of orders up to 4 as sums of products, and when these are as accurate as elimination.
 #pragma once
 #include "stacks/scale.h"
 
@@ -27,6 +27,23 @@ template <class V> [[gnu::always_inline]] inline Square<V, 3> adjugate(const Squ
     });
     return x;
 }
+// From the determinants of two columns of the upper two rows, and of the lower two.
+template <class V> [[gnu::always_inline]] inline Square<V, 4> adjugate(const Square<V, 4>& a)
+{
+    V upper[4][4], lower[4][4];
+    eachOfLower(a, [&](int q, int p) KESL_INLINE {
+        upper[p][q] = a(0, p) * a(1, q) - a(0, q) * a(1, p);
+        lower[p][q] = a(2, p) * a(3, q) - a(2, q) * a(3, p);
+    });
+    Square<V, 4> x({}, {});
+    each(a, [&](int i, int j) KESL_INLINE {
+        const int row = i ^ 1, p = j == 0, q = 1 + (j <= 1), r = 2 + (j <= 2); // the other row of the two; the other columns
+        const auto& two = i < 2 ? lower : upper;
+        const V minor = a(row, p) * two[q][r] - a(row, q) * two[p][r] + a(row, r) * two[p][q];
+        x(j, i) = (i + j) % 2 ? 0 - minor : minor;
+    });
+    return x;
+}
 // From the first column of the adjugate.
 template <class V, int n> V determinant(const Square<V, n>& a, const Square<V, n>& adjoint)
 {
@@ -35,25 +52,59 @@ template <class V, int n> V determinant(const Square<V, n>& a, const Square<V, n
     return det;
 }
 
-// Lanes where a determinant is more than what is left when products cancel. It holds or not whatever the units.
-template <class V, int n> IndexOf<V> isSound(V det, V largest, Fixed<n>)
+// The elements of an adjugate that are looked at: those of its first column come from rows that do not include the first one.
+struct FirstColumn {
+    static constexpr bool has(int, int j) { return j == 0; }
+};
+struct Diagonal {
+    static constexpr bool has(int i, int j) { return i == j; }
+};
+struct All {
+    static constexpr bool has(int, int) { return true; }
+};
+template <class Which, class V, int n> V largestCofactor(const Square<V, n>& adjoint)
 {
-    V bound = splat<V>(sizeof(ElementOf<V>) == 4 ? ElementOf<V>(0x1p-30) : ElementOf<V>(0x1p-60));
-    loop<Fixed<n>>(0, n, [&](int) KESL_INLINE { bound *= largest; });
-    return abs(det) > bound;
+    V largest{};
+    each(adjoint, [&](int i, int j) KESL_INLINE {
+        if (Which::has(i, j)) largest = larger(abs(adjoint(i, j)), largest);
+    });
+    return largest;
 }
 
-// Lanes where so many columns of the adjugate of order 3 have an element that suffers from cancellation no more than the
-// matrix's condition excuses: its size is the product of the two larger singular values, and its errors are units of the
-// square of the largest.
-template <int columns, class V, int n> IndexOf<V> isSound(const Square<V, n>& adjoint, V largest)
-{
-    if constexpr (n < 3) return index<V>(-1);
-    V cofactor{};
-    each(Tile<V, Fixed<n>, Fixed<columns>>({}, {}),
-         [&](int i, int j) KESL_INLINE { cofactor = larger(cofactor, abs(adjoint(i, j))); });
-    return cofactor > largest * largest * splat<V>(1.0f / 16);
-}
+// The largest magnitude in each row tells how exact sums of products are: each product has one element of each row, so that
+// the errors of a cofactor are units of the product of all but one of these magnitudes. All that is asked of them holds or
+// not whatever the units, but for isOrdinary().
+template <class V, int n> class RowSizes {
+public:
+    V first, least, largest, product;
+
+    [[gnu::always_inline]] explicit RowSizes(const Square<V, n>& a)
+    {
+        loop<Fixed<n>>(0, n, [&](int i) KESL_INLINE {
+            V size{};
+            loop<Fixed<n>>(0, n, [&](int j) KESL_INLINE { size = larger(abs(a(i, j)), size); });
+            first = i == 0 ? size : first;
+            product = i == 0 ? size : product * size;
+            largest = i == 0 ? size : larger(size, largest);
+            least = i == 0 || size < least ? size : least;
+        });
+    }
+
+    // Lanes where no row is much smaller than another, and the determinant is more than what is left when products cancel.
+    IndexOf<V> areRegular(V det) const
+    {
+        const V noise = splat<V>(sizeof(ElementOf<V>) == 4 ? ElementOf<V>(0x1p-30) : ElementOf<V>(0x1p-60));
+        return (least * splat<V>(256) > largest) & (abs(det) > noise * product);
+    }
+    // Lanes where a cofactor, of the rows without one of this size, is so large that its errors are at most so many units of it.
+    // Then the others have errors of the same size, which are no more than what a change of the matrix in its last digits makes.
+    // Those of order 2 have none.
+    IndexOf<V> excuse(V cofactor, V size, ElementOf<V> most) const
+    {
+        if constexpr (n <= 2) return index<V>(-1);
+        else return cofactor * size * splat<V>(most) > product;
+    }
+};
 
 // Matrices that are not ordinary, brought near 1 by a power of two for each.
 template <class V, int n> struct Normalised {
@@ -71,7 +122,7 @@ private:
     {
         IndexOf<V> e;
         splitExponent(largest, e);
-        return isOrdinary(largest) ? index<V>(0) : e;
+        return isOrdinary<n>(largest) ? index<V>(0) : e;
     }
 };
 

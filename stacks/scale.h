@@ -10,7 +10,21 @@ template <class V> constexpr int bias = sizeof(ElementOf<V>) == 4 ? 127 : 1023;
 // 2^e for a normal power of two.
 template <class V> V powerOfTwo(IndexOf<V> e) { return V((e + bias<V>) << exponentBits<V>); }
 
-template <class V> V larger(V x, V y) { return x > y ? x : y; }
+// x > y ? x : y, y where one is a NaN: one instruction, which compilers do not find by themselves.
+template <class V> V larger(V x, V y)
+{
+    constexpr bool single = sizeof(ElementOf<V>) == 4;
+    if constexpr (sizeof(V) == 16 && single) return V(_mm_max_ps(__m128(x), __m128(y)));
+    else if constexpr (sizeof(V) == 16) return V(_mm_max_pd(__m128d(x), __m128d(y)));
+#if defined(__AVX2__)
+    else if constexpr (sizeof(V) == 32 && single) return V(_mm256_max_ps(__m256(x), __m256(y)));
+    else if constexpr (sizeof(V) == 32) return V(_mm256_max_pd(__m256d(x), __m256d(y)));
+#endif
+#if defined(__AVX512F__)
+    else if constexpr (single) return V(_mm512_max_ps(__m512(x), __m512(y)));
+    else return V(_mm512_max_pd(__m512d(x), __m512d(y)));
+#endif
+}
 
 // The largest magnitude, NaN aside.
 template <class V, class N, class M> [[gnu::always_inline]] inline V largestOf(const Tile<V, N, M>& x)
@@ -50,60 +64,69 @@ template <class V, class N, class M> [[gnu::always_inline]] inline void scaleBy(
     each(x, [&](int i, int j) KESL_INLINE { x(i, j) *= power; });
 }
 
-// Lanes of a magnitude such that products of three elements neither over- nor underflow.
-template <class V> IndexOf<V> isOrdinary(V size)
+// Lanes where a matrix of order n with this largest magnitude, and rows that are not much smaller, has products of n elements
+// that neither over- nor underflow.
+template <int n, class V> IndexOf<V> isOrdinary(V largest)
 {
-    using T = ElementOf<V>;
-    constexpr T low = sizeof(T) == 4 ? T(0x1p-20) : T(0x1p-200);
-    return (size > splat<V>(low)) & (size < splat<V>(1 / low));
+    constexpr bool single = sizeof(ElementOf<V>) == 4;
+    const V low = powerOfTwo<V>(index<V>((single ? -60 : -900) / n)),
+            high = powerOfTwo<V>(index<V>((single ? 120 : 1010) / n));
+    return (largest > low) & (largest < high);
 }
 
-// The same for a matrix: its elements are finite, too.
-template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> ordinary(const Tile<V, N, N>& x)
-{
-    V sum{};
-    loop<N>(0, x.n, [&](int i) KESL_INLINE {
-        V ofRow = abs(x(i, 0));
-        loop<N>(1, x.n, [&](int j) KESL_INLINE { ofRow += abs(x(i, j)); });
-        sum += ofRow;
-    });
-    return isOrdinary(sum);
-}
-// And for the factors of elimination, where the magnitude is that of the upper one.
-template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> ordinaryFactors(const Tile<V, N, N>& x)
-{
-    V lower{}, upper{};
-    eachOfLower(x, [&](int i, int j) KESL_INLINE {
-        upper += abs(x(j, i));
-        if (j < i) lower += abs(x(i, j));
-    });
-    return isOrdinary(upper) & isOrdinary(upper + lower);
-}
-
-// A matrix made ready for elimination: NaN and infinities out of the way, magnitudes where nothing over- or underflows.
-// Ordinary ones are left as they are.
+// What elimination does to keep objects of any magnitude right. First it is tried with all objects as they are. Where the
+// result does not tell that this was right - a NaN, an infinity, a zero pivot, very large or small ones - it is done again
+// with care: NaN and infinities out of the way, magnitudes where nothing over- or underflows. Other objects of the pack get
+// the same bits once more.
 template <class V> class Preparation {
 public:
+    bool isCareful = false;
     IndexOf<V> refused{}; // lanes that hold a NaN or an infinity
     V scale = splat<V>(1);
-    bool isScaled = false;
 
-    template <class N> [[gnu::always_inline]] explicit Preparation(Tile<V, N, N>& x)
+    template <class N> [[gnu::always_inline]] void prepare(Tile<V, N, N>& x)
     {
-        if (!any(~ordinary(x))) [[likely]]
+        if (!isCareful) [[likely]]
             return;
         refused = notFinite(x);
         makeHarmless(refused, x);
-        scale = eliminationScale(largestOf(x), x.n);
-        isScaled = true;
+        scale = unclear ? eliminationScale(largestOf(x), x.n) : splat<V>(1);
         scaleBy(scale, x);
+    }
+    // Whether the work has to be done again, because of these lanes.
+    bool again(IndexOf<V> lanes)
+    {
+        if (isCareful || !any(lanes)) [[likely]]
+            return false;
+        unclear = lanes;
+        return isCareful = true;
     }
     template <class N, class M> [[gnu::always_inline]] void scaleLike(Tile<V, N, M>& x) const
     {
-        if (isScaled) scaleBy(scale, x);
+        if (isCareful) scaleBy(scale, x);
     }
     IndexOf<V> info(IndexOf<V> otherwise) const { return refused ? index<V>(-1) : otherwise; }
+
+private:
+    IndexOf<V> unclear{};
 };
+
+// Lanes where eliminationScale() is 1 for all matrices whose magnitudes sum up so, and which hold no NaN.
+template <class V> IndexOf<V> needNoScale(V sum)
+{
+    constexpr bool single = sizeof(ElementOf<V>) == 4;
+    return (sum > powerOfTwo<V>(index<V>(single ? -40 : -400))) & (sum < powerOfTwo<V>(index<V>(single ? 90 : 980)));
+}
+template <class V> IndexOf<V> isFinite(V magnitude)
+{
+    return magnitude <= splat<V>(std::numeric_limits<ElementOf<V>>::max());
+}
+
+template <class V> V withSign(V magnitude, V sign)
+{
+    const IndexOf<V> bit = index<V>(1) << (8 * int(sizeof(ElementOf<V>)) - 1);
+    return V(IndexOf<V>(magnitude) | (IndexOf<V>(sign) & bit));
+}
 
 // x * 2^e for e up to twice the range of exponents, as two factors; rounded once if x is 1 or larger.
 template <class V> class TwoPowers {

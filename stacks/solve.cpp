@@ -17,14 +17,13 @@ struct Solve {
     static IndexOf<V> pack(Objects objects, N n, std::ptrdiff_t k, const auto& a, const auto& b, const auto& x)
     {
         Tile<V, N, N> lu(n, n);
-        a.load(objects, lu);
-        const Preparation<V> prepared(lu);
         Pivots<V, N> p;
-        const IndexOf<V> info = prepared.info(factorLU(lu, p));
+        Preparation<V> prepared;
+        const IndexOf<V> info = factorLU([&]() KESL_INLINE { a.load(objects, lu); }, lu, p, prepared);
         solveColumns<V>(objects, n, k, b, x, [&](auto& columns) KESL_INLINE {
             prepared.scaleLike(columns);
-            solveLU(lu, p, columns);
-            if (any(info != 0)) spoil(info != 0, columns);
+            solveLU(lu, p, columns, prepared.isCareful);
+            if (prepared.isCareful) spoil(info != 0, columns);
         });
         return info;
     }

@@ -130,7 +130,7 @@ ptrdiff_t kesl_trace_64f(ptrdiff_t n, ptrdiff_t count,
 /* x = the determinant, (n,n) -> (). Over- or underflows only if the determinant itself does.
  *
  * Method   elimination with partial pivoting (Golub & Van Loan, Matrix Computations, 3.4), the product of the pivots with its
- *          exponent apart; up to order 4 products where they are as accurate. A singular matrix is no failure.
+ *          exponent apart; up to order 5 products where they are as accurate. A singular matrix is no failure.
  * Info     -1 NaN or infinity in a.
  * Cost     2/3 n^3 */
 ptrdiff_t kesl_det_32f(ptrdiff_t n, ptrdiff_t count,

@@ -44,39 +44,38 @@ template <class V, class N> [[gnu::always_inline]] inline V byElimination(N n, a
     return info == 0 ? det : info > 0 ? V{} : notANumber<V>();
 }
 
-// By products; returns the lanes where the determinant is known to be accurate from the cofactors that it is made of, or from
-// all.
-template <bool all, class V, int n> [[gnu::always_inline]] inline IndexOf<V> byProducts(const Square<V, n>& a, V& det)
+// By products; returns the lanes where the determinant is known to be accurate from the cofactors that it is made of.
+template <class V, int n> [[gnu::always_inline]] inline IndexOf<V> byProducts(const Square<V, n>& a, V& det)
 {
-    const Square<V, n> adjoint = adjugate(a);
+    const auto column = cofactors(a);
     const RowSizes<V, n> rows(a);
-    det = determinant(a, adjoint);
-    IndexOf<V> sound = rows.excuse(largestCofactor<FirstColumn>(adjoint), rows.first, 16);
-    if constexpr (all) sound |= rows.excuse(largestCofactor<All>(adjoint), rows.least, 16);
+    det = determinant(a, column);
+    const IndexOf<V> sound = rows.excuse(largestOf(column), rows.first, n < 4 ? 16 : 64);
     return sound & rows.areRegular(det) & isOrdinary<n>(rows.largest);
 }
 
 // The lanes that are not done: once more near 1, and by elimination where that does not help.
 template <class V, int n> [[gnu::noinline]] V finish(const Square<V, n>& a, IndexOf<V> done, V det)
 {
-    const Normalised<V, n> normalised(a);
-    V near;
-    IndexOf<V> e;
-    const IndexOf<V> accurate = byProducts<true>(normalised.near, near);
-    const V value = splitExponent(near, e);
-    det = done ? det : timesPowerOfTwo(value, e + n * normalised.exponent);
-    done |= accurate;
-    if (!any(~done)) return det;
+    if (const Normalised<V, n> normalised(a); any(normalised.exponent != 0)) {
+        V near;
+        IndexOf<V> e;
+        const IndexOf<V> accurate = byProducts(normalised.near, near);
+        const V value = splitExponent(near, e);
+        det = done ? det : timesPowerOfTwo(value, e + n * normalised.exponent);
+        done |= accurate;
+        if (!any(~done)) return det;
+    }
     return done ? det : byElimination<V>(Fixed<n>{}, [&](auto& lu) { lu = a; });
 }
 
 template <class V, class N> [[gnu::always_inline]] inline V determinantOf(N n, auto load)
 {
-    if constexpr (most<N> <= 4) {
+    if constexpr (most<N> <= 5) {
         Tile<V, N, N> a(n, n);
         load(a);
         V det;
-        const IndexOf<V> done = byProducts<false>(a, det);
+        const IndexOf<V> done = byProducts(a, det);
         return any(~done) ? finish(Tile<V, N, N>(a), done, det) : det;
     } else return n == 0 ? splat<V>(1) : byElimination<V>(n, load);
 }

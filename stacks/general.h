@@ -16,6 +16,13 @@ template <class V, class N, class M> void multiply(Tile<V, N, M>& a, IndexOf<V> 
     for (int i = 0; i < a.n * a.m; ++i) a.e[i] = power.times(a.e[i]);
 }
 
+// An eigenvalue, or a vector, as it is handed out: no negative zero, whose sign might tell of the neighbours.
+template <class V> void finish(IndexOf<V> info, auto& x)
+{
+    for (int i = 0; i < x.n * x.m; ++i) x.e[i] = x.e[i] + 0;
+    if (any(info != 0)) spoil(info != 0, x);
+}
+
 // The eigenvalues re + i im, of unit length the right and left vectors, which may be null. a is overwritten. Info: -1 where
 // a is not finite; otherwise how many of the first eigenvalues were not found.
 template <bool vectors, class V, class N> IndexOf<V>
@@ -24,6 +31,14 @@ general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>, N>& im, Ti
     using Index = IndexOf<V>;
     using Basis = std::conditional_t<vectors, Tile<V, N, N>, NoBasis>;
     const Index refused = notFinite(a);
+    if constexpr (isFixed<N> && most<N> == 1) { // the element is the eigenvalue
+        const Index info = refused ? index<V>(-1) : index<V>(0);
+        re(0, 0) = a(0, 0), im(0, 0) = V{};
+        finish<V>(info, re), finish<V>(info, im);
+        for (auto* x : {right, left})
+            if (x) (*x)(0, 0) = splat<V>(1), finish<V>(info, *x);
+        return info;
+    }
     if (any(refused)) makeHarmless(refused, a);
 
     // Balanced high up, where hardly anything underflows; treated near 1.
@@ -42,16 +57,12 @@ general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>, N>& im, Ti
     standardise(a, z, re.e, im.e);
     multiply(re, back), multiply(im, back);
     info = refused ? index<V>(-1) : info;
-    const auto finish = [&](auto& x) KESL_INLINE {
-        for (int i = 0; i < x.n * x.m; ++i) x.e[i] = x.e[i] + 0; // no negative zero: its sign might tell of the neighbours
-        if (any(info != 0)) spoil(info != 0, x);
-    };
-    finish(re), finish(im);
+    finish<V>(info, re), finish<V>(info, im);
     if constexpr (vectors) {
         const auto side = [&](Side s, Tile<V, N, N>& x) {
             schurVectors(s, a, z, d, x);
             if (isolated.any) putBack(isolated, x);
-            finish(x);
+            finish<V>(info, x);
         };
         if (right) side(Side::right, *right);
         if (left) side(Side::left, *left);

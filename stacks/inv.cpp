@@ -16,15 +16,15 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> byEliminati
     return info;
 }
 
-// x = a^-1; returns the lanes where it is known to be accurate from these elements of the adjugate. A NaN anywhere is in the
-// determinant, too.
-template <class Known, class V, int n>
+// x = a^-1; returns the lanes where it is known to be accurate from the diagonal of the adjugate, or from all of it. A NaN
+// anywhere is in the determinant, too.
+template <bool all, class V, int n>
 [[gnu::always_inline]] inline IndexOf<V> byAdjugate(const Square<V, n>& a, Square<V, n>& x)
 {
     x = adjugate(a);
     const V det = determinant(a, x);
     const RowSizes<V, n> rows(a);
-    const IndexOf<V> sound = rows.excuse(largestCofactor<Known>(x), rows.least, 8);
+    const IndexOf<V> sound = rows.excuse(largestCofactor<all>(x), rows.least, 8);
     scaleBy(1 / det, x);
     return sound & rows.areRegular(det) & isOrdinary<n>(rows.largest);
 }
@@ -37,7 +37,7 @@ template <class V, int n> [[gnu::noinline]] IndexOf<V> finish(const Square<V, n>
     };
     Square<V, n> y({}, {});
     const Normalised<V, n> normalised(a);
-    const IndexOf<V> accurate = byAdjugate<All>(normalised.near, y);
+    const IndexOf<V> accurate = byAdjugate<true>(normalised.near, y);
     for (V& element : y.e) element = normalised.down.times(element);
     take(y);
     done |= accurate;
@@ -54,7 +54,7 @@ template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> invert(auto
     if constexpr (most<N> >= 2 && most<N> <= 4) {
         load();
         Tile<V, N, N> y(x.rows(), x.columns());
-        const IndexOf<V> done = byAdjugate<Diagonal>(x, y);
+        const IndexOf<V> done = byAdjugate<false>(x, y);
         IndexOf<V> info{};
         if (any(~done)) [[unlikely]] {
             Tile<V, N, N> result = y; // so that x and y may stay in registers

@@ -68,16 +68,18 @@ template <class V, class N>
     return info;
 }
 
-// Lanes where the pivots do not tell that nothing over- or underflowed. A NaN or an infinity anywhere, or that came up on the
-// way, ends in the pivot of its column at the latest.
-template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> unclear(const Tile<V, N, N>& lu, const Pivots<V, N>& p)
+// Lanes where the pivots do not tell that nothing over- or underflowed, and that they have inverses. A NaN or an infinity
+// anywhere, or that came up on the way, ends in the pivot of its column at the latest.
+template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> unclear(const Tile<V, N, N>& lu)
 {
-    V sum{}, inverse{};
+    const V normal = splat<V>(std::numeric_limits<ElementOf<V>>::min());
+    V sum{}, least = splat<V>(1);
     loop<N>(0, lu.n, [&](int i) KESL_INLINE {
-        sum += abs(lu(i, i));
-        inverse = larger(abs(p.inverse[i]), inverse);
+        const V size = abs(lu(i, i));
+        sum += size;
+        least = size < least ? size : least;
     });
-    return ~(needNoScale(sum) & isFinite(inverse));
+    return ~(needNoScale(sum) & (least >= normal));
 }
 
 // The same for a matrix that load() brings into a, whatever its magnitude. Returns the infos.
@@ -89,7 +91,7 @@ template <class V, class N>
         load();
         prepared.prepare(a);
         info = eliminate(a, p, prepared.isCareful);
-    } while (prepared.again(unclear(a, p)));
+    } while (prepared.again(unclear(a)));
     return prepared.info(info);
 }
 
@@ -148,24 +150,25 @@ template <class V, class N> [[gnu::always_inline]] inline void invertLU(Tile<V, 
 template <class V, class N> [[gnu::always_inline]] inline void solveColumns(Objects objects, N n, std::ptrdiff_t k,
                                                                             const auto& b, const auto& x, auto solve)
 {
+    if constexpr (isFixed<N>)
+        if (k == 1) {
+            Tile<V, N, Fixed<1>> column(n, {});
+            b.load(objects, column);
+            solve(column);
+            return x.store(objects, column);
+        }
     for (std::ptrdiff_t first = 0; first < k; first += largestSize) {
         Tile<V, N, int> panel(n, int(std::min<std::ptrdiff_t>(k - first, largestSize)));
-        if constexpr (!isFixed<N>) {
-            b.load(objects, panel, 0, first);
-            solve(panel);
-            x.store(objects, panel, 0, first);
-        } else {
-            if (k > 1) b.load(objects, panel, 0, first);
+        b.load(objects, panel, 0, first);
+        if constexpr (isFixed<N>)
             for (int j = 0; j < panel.m; ++j) {
                 Tile<V, N, Fixed<1>> column(n, {});
-                if (k == 1) b.load(objects, column);
-                else loop<N>(0, n, [&](int i) KESL_INLINE { column(i, 0) = panel(i, j); });
+                loop<N>(0, n, [&](int i) KESL_INLINE { column(i, 0) = panel(i, j); });
                 solve(column);
-                if (k == 1) x.store(objects, column);
-                else loop<N>(0, n, [&](int i) KESL_INLINE { panel(i, j) = column(i, 0); });
+                loop<N>(0, n, [&](int i) KESL_INLINE { panel(i, j) = column(i, 0); });
             }
-            if (k > 1) x.store(objects, panel, 0, first);
-        }
+        else solve(panel);
+        x.store(objects, panel, 0, first);
     }
 }
 

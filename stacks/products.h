@@ -1,17 +1,15 @@
-// Determinants and adjugates of orders up to 4 as sums of products, and when these are as accurate as elimination.
+// Adjugates of orders up to 4 and determinants up to order 5 as sums of products, and when these are as accurate as elimination.
 #pragma once
 #include "stacks/scale.h"
+
+#include <array>
+#include <bit>
+#include <utility>
 
 namespace kesl::stacks {
 
 template <class V, int n> using Square = Tile<V, Fixed<n>, Fixed<n>>;
 
-template <class V> Square<V, 1> adjugate(const Square<V, 1>&)
-{
-    Square<V, 1> x({}, {});
-    x(0, 0) = splat<V>(1);
-    return x;
-}
 template <class V> Square<V, 2> adjugate(const Square<V, 2>& a)
 {
     Square<V, 2> x({}, {});
@@ -44,29 +42,56 @@ template <class V> [[gnu::always_inline]] inline Square<V, 4> adjugate(const Squ
     });
     return x;
 }
-// From the first column of the adjugate.
-template <class V, int n> V determinant(const Square<V, n>& a, const Square<V, n>& adjoint)
+
+// The first column of the adjugate alone: minors of more of the lower rows from those of fewer, each once. A set of columns is a
+// bit mask; the minor of `set` is expanded along its first row, and `column` stands at this place among its columns.
+struct Term {
+    int set, rest, row, column, place;
+};
+template <int n> constexpr auto minorTerms = [] {
+    std::array<Term, n * (1 << (n - 1))> terms{};
+    std::size_t count = 0;
+    for (int size = 1; size < n; ++size)
+        for (int set = 0; set < 1 << n; ++set)
+            for (int column = 0, place = 0; column < n && std::popcount(unsigned(set)) == size; ++column)
+                if (set >> column & 1) terms[count++] = {set, set & ~(1 << column), n - size, column, place++};
+    return std::pair(terms, count);
+}();
+template <class V, int n> [[gnu::always_inline]] inline Tile<V, Fixed<n>, Fixed<1>> cofactors(const Square<V, n>& a)
+{
+    V minors[1 << n];
+    minors[0] = splat<V>(1);
+    const auto add = [&]<int i>(std::integral_constant<int, i>) KESL_INLINE {
+        constexpr Term t = minorTerms<n>.first[i];
+        const V element = a(t.row, t.column), x = t.rest == 0 ? element : element * minors[t.rest];
+        minors[t.set] = t.place == 0 ? x : t.place % 2 ? minors[t.set] - x : minors[t.set] + x;
+    };
+    [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
+        (add(std::integral_constant<int, i>{}), ...);
+    }(std::make_integer_sequence<int, int(minorTerms<n>.second)>{});
+    Tile<V, Fixed<n>, Fixed<1>> x({}, {});
+    loop<Fixed<n>>(0, n, [&](int k) KESL_INLINE {
+        const V minor = minors[((1 << n) - 1) & ~(1 << k)];
+        x(k, 0) = k % 2 ? 0 - minor : minor;
+    });
+    return x;
+}
+
+// The determinant, from the first column of the adjugate.
+template <class V, class N, class M>
+[[gnu::always_inline]] inline V determinant(const Tile<V, N, N>& a, const Tile<V, N, M>& adjoint)
 {
     V det = a(0, 0) * adjoint(0, 0);
-    loop<Fixed<n>>(1, n, [&](int k) KESL_INLINE { det += a(0, k) * adjoint(k, 0); });
+    loop<N>(1, a.n, [&](int k) KESL_INLINE { det += a(0, k) * adjoint(k, 0); });
     return det;
 }
 
-// The elements of an adjugate that are looked at: those of its first column come from rows that do not include the first one.
-struct FirstColumn {
-    static constexpr bool has(int, int j) { return j == 0; }
-};
-struct Diagonal {
-    static constexpr bool has(int i, int j) { return i == j; }
-};
-struct All {
-    static constexpr bool has(int, int) { return true; }
-};
-template <class Which, class V, int n> V largestCofactor(const Square<V, n>& adjoint)
+// The largest element of an adjugate, or of its diagonal.
+template <bool all, class V, int n> V largestCofactor(const Square<V, n>& adjoint)
 {
     V largest{};
     each(adjoint, [&](int i, int j) KESL_INLINE {
-        if (Which::has(i, j)) largest = larger(abs(adjoint(i, j)), largest);
+        if (all || i == j) largest = larger(abs(adjoint(i, j)), largest);
     });
     return largest;
 }
@@ -94,7 +119,8 @@ public:
     IndexOf<V> areRegular(V det) const
     {
         const V noise = splat<V>(sizeof(ElementOf<V>) == 4 ? ElementOf<V>(0x1p-30) : ElementOf<V>(0x1p-60));
-        return (least * splat<V>(256) > largest) & (abs(det) > noise * product);
+        constexpr int similar = 1 << (24 / std::max(n - 1, 1)); // so that the product of all is in the range of exponents
+        return (least * splat<V>(similar) > largest) & (abs(det) > noise * product);
     }
     // Lanes where a cofactor, of the rows without one of this size, is so large that its errors are at most so many units of it.
     // Then the others have errors of the same size, which are no more than what a change of the matrix in its last digits makes.

@@ -13,7 +13,7 @@ using namespace bench;
 namespace {
 
 struct Options {
-    bool quick = false, smoke = false, list = false;
+    bool quick = false, smoke = false, list = false, alone = false;
     std::string filter = ".", level = "best", goals, out;
 };
 
@@ -26,13 +26,14 @@ Options parse(int argc, char** argv)
         if (a == "--quick") options.quick = true;
         else if (a == "--smoke") options.smoke = true;
         else if (a == "--list") options.list = true;
+        else if (a == "--alone") options.alone = true;
         else if (const char* filter = value("--filter=")) options.filter = filter;
         else if (const char* level = value("--level=")) options.level = level;
         else if (const char* goals = value("--goals=")) options.goals = goals;
         else if (const char* out = value("--out=")) options.out = out;
         else
             throw std::runtime_error(
-                "options: --filter=REGEX --level=best|v3|plain --quick --smoke --list --goals=FILE --out=PREFIX");
+                "options: --filter=REGEX --level=best|v3|plain --quick --alone --smoke --list --goals=FILE --out=PREFIX");
     }
     return options;
 }
@@ -93,8 +94,9 @@ void runAll(const Options& options)
 {
     std::vector<Row> rows;
     const std::regex filter(options.filter);
+    const bool fewer = options.quick && options.filter == ".";
     for (const auto& row : allRows())
-        if (std::regex_search(row.name(), filter) && (!options.quick || (row.layout == Layout::packed && row.threads == 1)))
+        if (std::regex_search(row.name(), filter) && (!fewer || (row.layout == Layout::packed && row.threads == 1)))
             rows.push_back(row);
     if (rows.empty()) throw std::runtime_error("no row matches " + options.filter);
     if (options.list) {
@@ -131,10 +133,11 @@ void runAll(const Options& options)
 
     std::vector<Result> results;
     for (const auto& row : rows) {
-        const Prepared prepared = row.prepare(countOf(row, false));
+        Prepared prepared = row.prepare(countOf(row, false));
         const auto errors = verify(row, prepared);
+        if (options.alone) prepared.contenders.resize(1);
         results.push_back(measure(collector, flat, row, prepared, options.quick));
-        for (std::size_t c = 0; c < errors.size(); ++c)
+        for (std::size_t c = 0; c < prepared.contenders.size(); ++c)
             results.back().asideErrors.push_back(prepared.contenders[c].aside ? errors[c] : NAN);
         progress(results.size() - 1, rows.size(), results.back());
     }

@@ -20,7 +20,8 @@ int countOf(const Row& row, bool smoke)
     switch (row.size) {
     case Size::many: return 20000;
     case Size::stream: return int((std::int64_t{128} << 20) / row.objectBytes);
-    default: return 1000;
+    default:
+        return int(std::clamp<std::int64_t>((1 << 20) / row.objectBytes, 64, 1000)); // large ones as many as stay in cache
     }
 }
 

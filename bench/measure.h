@@ -1,6 +1,6 @@
 // How rows are checked and measured, whatever they are compared with.
 #pragma once
-#include "kit.h"
+#include "row.h"
 
 #include <benchmark/benchmark.h>
 #include <fstream>

@@ -1,5 +1,7 @@
 // Operands of the functions in every layout, and the views through which alternatives see them.
 #pragma once
+#include "row.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -12,14 +14,8 @@
 
 namespace bench {
 
-struct Range {
-    int begin, end;
-};
-
 // ---- Layouts
 
-enum class Layout { packed, gapped, soa, L, P };
-inline constexpr const char* layoutNames[] = {"packed", "gapped", "soa", "L", "P"};
 template <Layout L> inline constexpr bool isPlanes = L == Layout::soa || L == Layout::P; // one run of objects per element
 
 // ---- Operands. The letters are those of the function names; out<> marks what is written.

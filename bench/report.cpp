@@ -29,20 +29,28 @@ Goals::Goals(const std::string& file, const std::string& level)
     for (std::string text; std::getline(in, text);) {
         if (text.empty() || text[0] == '#') continue;
         std::istringstream words(text);
-        std::string family, order, goal[6];
-        words >> family >> order;
+        std::string family, orders, goal[6];
+        words >> family >> orders;
         for (auto& g : goal) words >> g;
-        if (!words) throw std::runtime_error(file + ": not a family, an order and six goals: " + text);
-        lines.push_back({family, order, {goal[column], goal[column + 1]}});
+        if (!words) throw std::runtime_error(file + ": not a family, orders and six goals: " + text);
+        lines.push_back({family, orders, {goal[column], goal[column + 1]}});
     }
+}
+
+// "3", "3-6" or "*".
+static bool isAmong(int order, const std::string& orders)
+{
+    const std::size_t dash = orders.find('-');
+    if (orders == "*") return true;
+    const int first = std::stoi(orders), last = dash == orders.npos ? first : std::stoi(orders.substr(dash + 1));
+    return first <= order && order <= last;
 }
 
 double Goals::operator()(const Row& row) const
 {
     const bool named = row.layout == Layout::packed && row.size == Size::cache;
     for (const auto& line : lines)
-        if (line.family == "*" ||
-            (named && line.family == row.family && (line.order == "*" || line.order == std::to_string(row.order)))) {
+        if (line.family == "*" || (named && line.family == row.family && isAmong(row.order, line.orders))) {
             const auto& goal = line.goal[row.type == "64f"];
             return goal == "-" ? NAN : std::stod(goal);
         }
@@ -141,8 +149,10 @@ void tables(const std::vector<Result>& results)
                   return format("%.0f %.2f%c %.2f", r.bytes / r.ns[0], r.flat / r.ns[0], r.missed ? '*' : ' ', r.ratio());
               });
     table(results, Size::one, 1, 20,
-          "One call on one object, checks included: ns, times the inlined operation, times a C function",
+          "One call on one object, checks included: ns; times the inlined operation and times a C function, or the best "
+          "alternative / library",
           [](const Result& r) {
+              if (std::isnan(r.at("function"))) return format("%.1f ns %.2f", r.ns[0], r.ratio());
               return format("%.1f ns x%.1f x%.1f", r.ns[0], r.ns[0] / r.at("inlined"), r.ns[0] / r.at("function"));
           });
     const auto missed = std::count_if(results.begin(), results.end(), [](const Result& r) { return r.missed; });

@@ -1,6 +1,6 @@
 // What comes out: ratios and goals, as tables, JSON and the data of the plot.
 #pragma once
-#include "kit.h"
+#include "row.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,7 +42,7 @@ struct Result {
 
 class Goals {
     struct Line {
-        std::string family, order, goal[2];
+        std::string family, orders, goal[2];
     };
     std::vector<Line> lines;
 

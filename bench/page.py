@@ -1,0 +1,179 @@
+#!/usr/bin/python3
+"""page.py RESULTS DOCS: writes DOCS/performance.md and its plots from what tools/performance has measured."""
+import json
+import subprocess
+import sys
+from pathlib import Path
+
+HEAD = """\
+# Performance of kesl
+
+How long kesl takes for an object, beside what one would take instead: Eigen's classes of fixed and of dynamic size, LAPACK, libxsmm for
+products, and the companion library keslmx. Made by one command, which needs some six minutes of a machine with nothing else to do:
+
+    tools/performance            # builds, measures, writes this page and its plots
+    bench/run --stacks --filter '^inv/64f/.*/packed/cache'    # a look at some rows, with their goals
+
+- **Rows** are packed matrices in cache, 1,000 of them, fewer where these need more than 1 MiB; one thread. Random data, the same
+  for all: far from singular for `det`, `inv`, `solve`; `solve` and its like have one right-hand side, `lstsq` has 2n equations
+  (32 at most), `eig` asks for right vectors.
+- **Time** is the least of some turns, all contenders in random order in one process.
+- **The others** are compiled with `-O3 -march=native`, fused operations allowed. Eigen's fixed-size classes take part at orders
+  1 to 8; those of the decompositions, which take ten seconds each to compile, at 3 and 6. Eigen's objects are made once, not for each
+  matrix. Its closed forms of order 2 and 3 for eigenvalues are less accurate and stand aside. LAPACK is the one of the system, here
+  the reference implementation of Debian, on one thread; it costs no copy but those that it needs itself.
+- **The levels** of kesl, v4 (AVX-512), v3 (AVX2) and plain x86-64, run on the same processor. Their results are the same bits.
+- Before anything is measured all results are compared.
+
+![Products and sums](performance_products.svg)
+![Determinant, inverse, solution](performance_systems.svg)
+![Factors and solutions with factors](performance_factors.svg)
+![QR, least squares](performance_orthogonal.svg)
+![Symmetric eigenproblems](performance_symmetric.svg)
+![General eigenproblems](performance_general.svg)
+![Singular values](performance_singular.svg)
+"""
+FAMILIES = {
+    "products": ["matmul", "vecdot", "norm", "trace"],
+    "systems": ["det", "inv", "solve"],
+    "factors": ["lu", "lu_solve", "cholesky", "cholesky_solve"],
+    "orthogonal": ["qr", "lstsq"],
+    "symmetric": ["eigvalsh", "eigh"],
+    "general": ["eigvals", "eig"],
+    "singular": ["svdvals", "svd"],
+}
+FUNCTIONS = ["cross"] + [name for names in FAMILIES.values() for name in names]
+ORDERS = [1, 2, 3, 4, 5, 6, 7, 8, 10, 12, 16, 24, 32]
+TYPES = {"32f": "float", "64f": "double"}
+# The library at its levels, then the others; an alternative's key in the results is its name.
+LINES = [("kesl", "kesl, {}", "#1d3557", 1, 3), ("v3", "kesl, v3", "#457b9d", 2, 2), ("plain", "kesl, x86-64", "#a8c5da", 3, 2),
+         ("keslmx", "keslmx", "#2a9d8f", 4, 1), ("eigen", "Eigen, fixed size", "#e76f51", 5, 1),
+         ("eigen-direct", "Eigen, closed form", "#f4a261", 6, 1), ("eigen-dynamic", "Eigen, dynamic size", "#e9c46a", 7, 1),
+         ("lapack", "LAPACK", "#888888", 8, 1), ("libxsmm", "libxsmm", "#9b5de5", 9, 1)]
+RIVALS = ("eigen", "eigen-dynamic", "lapack", "libxsmm")
+
+
+def load(folder, part):
+    file = Path(folder, part + ".json")
+    if not file.exists():
+        sys.exit(f"page.py: {file} is missing; run tools/performance {part}")
+    return json.loads(file.read_text())
+
+
+def by_name(part):
+    return {row["name"]: row for row in part["rows"]}
+
+
+def plot(docs, family, times, level):
+    """Time per object over the order: a row of panels for each type, a panel for each function."""
+    functions = FAMILIES[family]
+    panels, blocks = [], []
+    for kind in TYPES:
+        for function in functions:
+            curves = []
+            for key, title, colour, mark, width in LINES:
+                points = [(i, times[key, function, kind, n]) for i, n in enumerate(ORDERS) if (key, function, kind, n) in times]
+                if not points:
+                    continue
+                curves.append(f'$d{len(blocks)} using 1:2 with linespoints lw {width} lc rgb "{colour}" pt {mark} ps 0.5 '
+                              f'title "{title.format(level)}"')
+                blocks.append(f"$d{len(blocks)} << EOD\n" + "".join(f"{x} {y:.4g}\n" for x, y in points) + "EOD\n")
+            key = "set key top left reverse Left samplen 1.5 font ',9'" if not panels else "unset key"
+            panels.append(f'{key}\nset title "{function}, {TYPES[kind]}"\nplot ' + ", ".join(curves) + "\n")
+    tics = ", ".join(f'"{n}" {i}' for i, n in enumerate(ORDERS))
+    script = "".join(blocks) + f"""
+set terminal svg size {330 * len(functions) + 60}, 700 font "sans-serif,11" background "#ffffff" noenhanced
+set output "{docs}/performance_{family}.svg"
+set multiplot layout 2, {len(functions)}
+set logscale y
+set format y "%g"
+set grid ytics lc rgb "#dddddd"
+set border 3 lc rgb "#888888"
+set tics nomirror
+set xtics ({tics})
+set xrange [-0.3:{len(ORDERS) - 0.7}]
+set ylabel "ns for an object"
+""" + "".join(panels)
+    subprocess.run(["gnuplot"], input=script, text=True, check=True)
+
+
+def table(heads, rows):
+    lines = ["| " + " | ".join(heads) + " |", "|---" + "|--:" * (len(heads) - 1) + "|"]
+    return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows]) + "\n"
+
+
+def number(x):
+    return "–" if x is None else f"{x:.0f}" if x >= 10 else f"{x:.1f}" if x >= 1 else f"{x:.2f}"
+
+
+def main(folder, docs):
+    parts = {part: load(folder, part) for part in ("best-32f", "best-64f", "v3", "plain", "layouts", "one", "stream")}
+    best = {**by_name(parts["best-32f"]), **by_name(parts["best-64f"])}
+    level = parts["best-32f"]["level"]
+    times = {}
+    for name, row in best.items():
+        function, kind, order = name.split("/")[:3]
+        for key, ns in row["ns"].items():
+            times[key, function, kind, int(order)] = ns
+    for lower in ("v3", "plain"):
+        for name, row in by_name(parts[lower]).items():
+            function, kind, order = name.split("/")[:3]
+            times[lower, function, kind, int(order)] = row["ns"]["kesl"]
+    for family in FAMILIES:
+        plot(docs, family, times, level)
+
+    def ratio(function, kind, n, rivals):
+        others = [times[key, function, kind, n] for key in rivals if (key, function, kind, n) in times]
+        own = times.get(("kesl", function, kind, n))
+        return min(others) / own if others and own else None
+
+    text = HEAD
+    processor = next(line.split(":")[1].strip() for line in open("/proc/cpuinfo") if line.startswith("model name"))
+    text += f"\nMeasured on: {processor}; library level {level}; g++ {parts['best-32f']['compiler']}, -march=native.\n"
+    for kind, title in TYPES.items():
+        text += f"\n## Ratios, {title}\n\nBest of Eigen, LAPACK and libxsmm / kesl, by order: above 1 kesl is faster.\n\n"
+        text += table(["function"] + [str(n) for n in ORDERS],
+                      [[f"`{f}`"] + [number(ratio(f, kind, n, RIVALS)) for n in ORDERS] for f in FUNCTIONS])
+    text += "\n## Beside keslmx\n\nkeslmx / kesl at the orders for which keslmx has kernels: float 3, 4, 5, 6, then double.\n\n"
+    text += table(["function"] + [f"{TYPES[kind]} {n}" for kind in TYPES for n in (3, 4, 5, 6)],
+                  [[f"`{f}`"] + [number(ratio(f, kind, n, ["keslmx"])) for kind in TYPES for n in (3, 4, 5, 6)]
+                   for f in FUNCTIONS if any(("keslmx", f, kind, 3) in times for kind in TYPES)])
+
+    layouts = by_name(parts["layouts"])
+    text += "\n## Layouts\n\nSpeed in other layouts / speed with packed rows: columns, structure of arrays, every second element.\n\n"
+    heads = ["function"] + [f"{TYPES[kind]} {n}" for kind in TYPES for n in (3, 6, 12)]
+    rows = []
+    for f in FUNCTIONS:
+        cells = []
+        for kind in TYPES:
+            for n in (3, 6, 12):
+                own = times.get(("kesl", f, kind, n))
+                found = [layouts.get(f"{f}/{kind}/{n}/{layout}/cache/1t") for layout in ("columns", "soa", "strided")]
+                cells.append(" ".join(f"{own / row['ns']['kesl']:.2f}" for row in found) if own and all(found) else "–")
+        rows.append([f"`{f}`"] + cells)
+    text += table(heads, rows)
+
+    text += "\n## One object\n\nA call for each object: ns of kesl / ns of Eigen's fixed size, inlined.\n\n"
+    one = by_name(parts["one"])
+    cells = [(kind, n) for kind in TYPES for n in (1, 3, 6)]
+    text += table(["function"] + [f"{TYPES[kind]} {n}" for kind, n in cells],
+                  [[f"`{f}`"] + [f"{number(row['ns']['kesl'])} / {number(row['ns'].get('eigen'))}" if row else "–" for row in
+                                 (one.get(f"{f}/{kind}/{n}/packed/one/1t") for kind, n in cells)] for f in FUNCTIONS])
+
+    text += "\n## From memory\n\n128 MiB of packed objects, one thread: GB/s read and written, and the share of a flat add's speed.\n\n"
+    stream = by_name(parts["stream"])
+    cells = [(kind, n) for kind in TYPES for n in (3, 6, 16)]
+    text += table(["function"] + [f"{TYPES[kind]} {n}" for kind, n in cells],
+                  [[f"`{f}`"] + [f"{row['bytes'] / row['ns']['kesl']:.0f} {row['flat_add'] / row['ns']['kesl']:.2f}" if row else "–"
+                                 for row in (stream.get(f"{f}/{kind}/{n}/packed/stream/1t") for kind, n in cells)]
+                   for f in FUNCTIONS if any(f"{f}/32f/{n}/packed/stream/1t" in stream for n in (3, 6, 16))])
+
+    text += ("\n## Threads\n\nOne thread's time / two threads', calls of both in turns: on two idle processors, and beside busy "
+             "processes.\n\n" + Path(folder, "threads.md").read_text())
+    Path(docs, "performance.md").write_text(text)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 3:
+        sys.exit(__doc__)
+    main(*sys.argv[1:])

@@ -19,8 +19,8 @@ products, and the companion library keslmx. Made by one command, which needs som
   (32 at most), `eig` asks for right vectors.
 - **Time** is the least of some turns, all contenders in random order in one process.
 - **The others** are compiled with `-O3 -march=native`, fused operations allowed. Eigen's fixed-size classes take part at orders
-  1 to 8; those of the decompositions, which take ten seconds each to compile, at 3 and 6. Eigen's objects are made once, not for each
-  matrix. Its closed forms of order 2 and 3 for eigenvalues are less accurate and stand aside. LAPACK is the one of the system, here
+  1 to 8 in products, to 4 and at 6 in what goes by LU and triangles; those of the other decompositions, which take ten seconds each to
+  compile, at 3 and 6. Eigen's objects are made once, not for each matrix. Its closed forms of order 2 and 3 for eigenvalues are less accurate and stand aside. LAPACK is the one of the system, here
   the reference implementation of Debian, on one thread; it costs no copy but those that it needs itself.
 - **The levels** of kesl, v4 (AVX-512), v3 (AVX2) and plain x86-64, run on the same processor. Their results are the same bits.
 - Before anything is measured all results are compared.
@@ -32,6 +32,17 @@ products, and the companion library keslmx. Made by one command, which needs som
 ![Symmetric eigenproblems](performance_symmetric.svg)
 ![General eigenproblems](performance_general.svg)
 ![Singular values](performance_singular.svg)
+"""
+THREADS = """
+## Threads
+
+Matrices of order 4 in float, as many as take two milliseconds on one thread, or a million; calls on one thread and on as many as the
+library takes by itself, in turns. *Wins from*: the count from which on threads are a tenth faster, and its microseconds on
+one thread; a dash, if they are not. *Idle*: one thread's time / that of threads, the medians, with nothing else running. *Busy*: the
+same beside four processes that compute without end, of the sums of all times, which the longest calls decide, and of the medians.
+
+| call | wins from | µs | objects | idle | busy, sums | busy, medians |
+|---|--:|--:|--:|--:|--:|--:|
 """
 FAMILIES = {
     "products": ["matmul", "vecdot", "norm", "trace"],
@@ -107,7 +118,9 @@ def number(x):
 
 
 def main(folder, docs):
-    parts = {part: load(folder, part) for part in ("best-32f", "best-64f", "v3", "plain", "layouts", "one", "stream")}
+    parts = {part: load(folder, part) for part in ("best-32f", "best-64f", "plain", "layouts", "one", "stream")}
+    if Path(folder, "v3.json").exists():
+        parts["v3"] = load(folder, "v3")
     best = {**by_name(parts["best-32f"]), **by_name(parts["best-64f"])}
     level = parts["best-32f"]["level"]
     times = {}
@@ -115,7 +128,7 @@ def main(folder, docs):
         function, kind, order = name.split("/")[:3]
         for key, ns in row["ns"].items():
             times[key, function, kind, int(order)] = ns
-    for lower in ("v3", "plain"):
+    for lower in {"v3", "plain"} & parts.keys():
         for name, row in by_name(parts[lower]).items():
             function, kind, order = name.split("/")[:3]
             times[lower, function, kind, int(order)] = row["ns"]["kesl"]
@@ -168,8 +181,7 @@ def main(folder, docs):
                                  for row in (stream.get(f"{f}/{kind}/{n}/packed/stream/1t") for kind, n in cells)]
                    for f in FUNCTIONS if any(f"{f}/32f/{n}/packed/stream/1t" in stream for n in (3, 6, 16))])
 
-    text += ("\n## Threads\n\nOne thread's time / two threads', calls of both in turns: on two idle processors, and beside busy "
-             "processes.\n\n" + Path(folder, "threads.md").read_text())
+    text += THREADS + "".join(Path(folder, f"threads-{library}.md").read_text() for library in ("kesl", "keslmx"))
     Path(docs, "performance.md").write_text(text)
 
 

@@ -51,8 +51,9 @@ std::function<void(Range)> libraryOn(const Problem&);
 // Alternatives, by the name of a function. They do the objects of a range one after the other.
 struct Alternative {
     std::string function, name;
-    void (*run[2])(const Problem&, Range); // float, double
-    int order = 0;                         // the only one; 0: any
+    int bytes; // of an element
+    void (*run)(const Problem&, Range);
+    int order = 0; // the only one; 0: any
     bool (*suits)(const Problem&) = nullptr;
     bool isAside = false, isSlow = false; // slow ones are not measured on 128 MiB
 };

@@ -34,10 +34,9 @@ Prepared prepare(const Function& f, int order, int bytes, Layout layout, Size si
     row.contenders.push_back(contenderOf("kesl", size, libraryOn(*problem)));
     row.contenders.back().threadsItself = true;
     for (const Alternative& other : alternatives()) {
-        if (other.function != f.name || (other.order != 0 && other.order != order)) continue;
+        if (other.function != f.name || other.bytes != bytes || (other.order != 0 && other.order != order)) continue;
         if ((other.suits && !other.suits(*problem)) || (other.isSlow && size == Size::stream)) continue;
-        const auto run = other.run[bytes == 8];
-        row.contenders.push_back(contenderOf(other.name, size, [=](Range range) { run(*problem, range); }));
+        row.contenders.push_back(contenderOf(other.name, size, [=, run = other.run](Range range) { run(*problem, range); }));
         row.contenders.back().aside = other.isAside;
     }
     return row;

@@ -1,26 +1,24 @@
-// bench_threads: what a second thread gains in kesl, and what it costs on a machine that has other things to do. Calls with one
-// and with two threads alternate, so that both meet the same company. Prints a Markdown table.
+// bench_threads kesl|keslmx: what threads gain in a library, and what they cost on a machine that has other things to do. Prints the
+// rows of a Markdown table. Calls on one thread and on as many as the library takes alternate, so that both meet the same company.
 #include "../stacks/problem.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
+#include <keslcorex.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Stands in for the companion's function of this name.
-static int threads = 1;
-extern "C" [[gnu::visibility("default")]] int ownGetNumThreads() { return threads; }
-
 namespace {
 using namespace bench;
-using Clock = std::chrono::steady_clock;
+using namespace bench::stacks;
 
 double secondsOf(auto&& work)
 {
+    using Clock = std::chrono::steady_clock;
     const auto start = Clock::now();
     work();
     return std::chrono::duration<double>(Clock::now() - start).count();
@@ -48,63 +46,90 @@ public:
     }
 };
 
-struct Times {
-    double one, gain, typicalGain; // seconds on one thread; the ratio of the sums, and of the medians
+// A function and its objects: so many as take the library two milliseconds on one thread.
+struct Subject {
+    std::string name;
+    std::shared_ptr<Problem> problem;
+    std::function<void(Range)> run;
+    int count = 0, winsFrom = 0;
+    double microseconds = 0, gain = 0; // of winsFrom on one thread; of all objects
 };
-Times compare(const std::function<void(Range)>& run, int count, double seconds)
+
+// One thread's time / that of threads: of the medians, or of the sums, which the longest calls decide.
+struct Gain {
+    double median, mean, one; // seconds on one thread
+};
+Gain gainOf(const Subject& subject, int count, double seconds)
 {
     std::vector<double> times[2];
-    double spent = 0;
-    while (spent < seconds || times[0].size() < 20)
+    double spent = 0, sums[2] = {};
+    while (spent < seconds || times[0].size() < 5)
         for (int t : {0, 1}) {
-            threads = 1 + t;
-            times[t].push_back(secondsOf([&] { run({0, count}); }));
-            spent += times[t].back();
+            keslCoreSetNumThreads(t == 0 ? 1 : 0);
+            times[t].push_back(secondsOf([&] { subject.run({0, count}); }));
+            sums[t] += times[t].back(), spent += times[t].back();
         }
-    double sums[2] = {}, medians[2];
-    for (int t : {0, 1}) {
-        for (double time : times[t]) sums[t] += time;
-        std::nth_element(times[t].begin(), times[t].begin() + std::ptrdiff_t(times[t].size() / 2), times[t].end());
-        medians[t] = times[t][times[t].size() / 2];
-    }
-    return {medians[0], sums[0] / sums[1], medians[0] / medians[1]};
+    const auto medianOf = [](std::vector<double>& v) {
+        std::nth_element(v.begin(), v.begin() + std::ptrdiff_t(v.size() / 2), v.end());
+        return v[v.size() / 2];
+    };
+    const double one = medianOf(times[0]), all = medianOf(times[1]);
+    return {one / all, sums[0] / sums[1], one};
 }
 
-void row(const char* name, int order, int bytes, double milliseconds, double seconds, int company)
+// An empty one if the library has no such function.
+Subject subjectOf(const ::stacks::Function& f, bool isKesl)
 {
-    constexpr int few = 512;
-    const auto& f = ::stacks::function(name);
-    threads = 1;
-    const auto sample = bench::stacks::problemOf(f, order, bytes, Layout::packed, few);
-    const auto trial = bench::stacks::libraryOn(sample);
-    double time = 1;
-    for (int i = 0; i < 20; ++i) time = std::min(time, secondsOf([&] { trial({0, few}); }));
-    const int count = std::max(1, int(milliseconds * 1e-3 / time * few));
-
-    const auto problem = bench::stacks::problemOf(f, order, bytes, Layout::packed, count);
-    const auto run = bench::stacks::libraryOn(problem);
-    for (threads = 1; threads <= 2; ++threads) run({0, count}); // workers are started once
-    const Times idle = compare(run, count, seconds);
-    const Company others(company);
-    const Times busy = compare(run, count, 4 * seconds);
-    std::printf("| `kesl_%s_%s`, order %d | %d | %.2f | %.2f | %.2f | %.2f |\n", name, bytes == 4 ? "32f" : "64f", order,
-                count, idle.one * 1e3, idle.typicalGain, busy.gain, busy.typicalGain);
-    std::fflush(stdout);
+    const int order = f.sizes.empty() ? 3 : 4, most = 1 << 20;
+    const auto runOf = [&](const std::shared_ptr<Problem>& problem) -> std::function<void(Range)> {
+        if (isKesl) return [problem, run = libraryOn(*problem)](Range range) { run(range); };
+        for (const Alternative& other : alternatives())
+            if (other.function == f.name && other.suits(*problem))
+                return [problem, run = other.run](Range range) { run(*problem, range); };
+        return nullptr;
+    };
+    keslCoreSetNumThreads(1);
+    Subject subject;
+    for (double work = 0; work < 2e-3 && subject.count < most;) { // again and again, until they fill the time
+        const double enough = work > 0 ? 2.2e-3 / work * subject.count : 1000;
+        subject.count = int(std::min<double>(most, enough));
+        subject.problem = std::make_shared<Problem>(problemOf(f, order, sizeof(float), Layout::packed, subject.count));
+        subject.run = runOf(subject.problem);
+        if (!subject.run) return {};
+        work = 1;
+        for (int i = 0; i < 10; ++i) work = std::min(work, secondsOf([&] { subject.run({0, subject.count}); }));
+    }
+    subject.name = (isKesl ? "kesl_" : "keslmx ") + f.name;
+    return subject;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const bool isQuick = argc > 1 && std::strcmp(argv[1], "--quick") == 0;
-    const double seconds = isQuick ? 0.05 : 0.5;
-    const int company = 4;
-    std::printf("| call | objects | one thread, ms | gain, idle: median | gain, %d busy processes: mean | median |\n"
-                "|---|--:|--:|--:|--:|--:|\n",
-                company);
-    for (double milliseconds : {0.1, 0.3, 1.0, 3.0, 10.0}) {
-        row("inv", 4, 4, milliseconds, seconds, company);
-        row("eigh", 3, 4, milliseconds, seconds, company);
-        row("svd", 6, 8, milliseconds, seconds, company);
+    const std::string library = argc == 2 ? argv[1] : "";
+    if (library != "kesl" && library != "keslmx") return std::fprintf(stderr, "bench_threads kesl|keslmx\n"), 2;
+    std::vector<Subject> subjects;
+    for (const auto& f : ::stacks::functions()) {
+        Subject subject = subjectOf(f, library == "kesl");
+        if (!subject.run) continue;
+        keslCoreSetNumThreads(0);
+        for (int i = 0; i < 3; ++i) subject.run({0, subject.count}); // workers are started once
+        subject.gain = gainOf(subject, subject.count, 0.1).median;
+        for (int count = subject.count; count > 50; count /= 2) {
+            const Gain here = gainOf(subject, count, 0.02);
+            if (here.median < 1.1) break;
+            subject.winsFrom = count, subject.microseconds = here.one * 1e6;
+        }
+        subjects.push_back(std::move(subject));
+    }
+    const Company others(4);
+    for (const Subject& s : subjects) {
+        const Gain busy = gainOf(s, s.count, 1);
+        const std::string wins =
+            s.winsFrom ? std::to_string(s.winsFrom) + " | " + std::to_string(std::lround(s.microseconds)) : "– | –";
+        std::printf("| `%s` | %s | %d | %.2f | %.2f | %.2f |\n", s.name.c_str(), wins.c_str(), s.count, s.gain, busy.mean,
+                    busy.median);
+        std::fflush(stdout);
     }
 }

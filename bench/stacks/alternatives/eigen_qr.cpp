@@ -22,7 +22,7 @@ struct Qr {
     }
 };
 
-const bool registered = addEigen<Qr>("qr", some);
+const bool registered = addEigen<Qr>("qr", few);
 
 } // namespace
 } // namespace bench::stacks

@@ -35,7 +35,7 @@ struct CholeskySolve {
     }
 };
 
-const bool registered = addEigen<Cholesky>("cholesky", some) && addEigen<CholeskySolve>("cholesky_solve", all);
+const bool registered = addEigen<Cholesky>("cholesky", few) && addEigen<CholeskySolve>("cholesky_solve", some);
 
 } // namespace
 } // namespace bench::stacks

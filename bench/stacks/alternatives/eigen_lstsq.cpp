@@ -26,7 +26,7 @@ struct Lstsq {
     }
 };
 
-const bool registered = addEigen<Lstsq>("lstsq", some);
+const bool registered = addEigen<Lstsq>("lstsq", few);
 
 } // namespace
 } // namespace bench::stacks

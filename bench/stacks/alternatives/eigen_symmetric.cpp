@@ -39,7 +39,7 @@ template <bool isClosed> struct Eigh {
 };
 
 // The closed forms of orders 2 and 3 are of less accuracy.
-const bool registered = addEigen<Eigvalsh<false>>("eigvalsh", some) && addEigen<Eigh<false>>("eigh", some) &&
+const bool registered = addEigen<Eigvalsh<false>>("eigvalsh", few) && addEigen<Eigh<false>>("eigh", few) &&
                         addEigen<Eigvalsh<true>, 2>("eigvalsh", "eigen-direct", true) &&
                         addEigen<Eigvalsh<true>, 3>("eigvalsh", "eigen-direct", true) &&
                         addEigen<Eigh<true>, 2>("eigh", "eigen-direct", true) &&

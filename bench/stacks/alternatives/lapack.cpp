@@ -19,13 +19,9 @@ namespace {
 
 constexpr int columns = LAPACK_COL_MAJOR, limit = ::stacks::limit;
 
-template <class T> constexpr auto chosen(auto single, auto twice)
-{
-    if constexpr (sizeof(T) == 4) return single;
-    else return twice;
-}
-#define BLAS(name) template <class T> constexpr auto name = chosen<T>(s##name##_, d##name##_)
-#define LAPACK(name) template <class T> constexpr auto name = chosen<T>(LAPACKE_s##name##_work, LAPACKE_d##name##_work)
+using T = Element;
+#define BLAS(name) constexpr auto name = chosen(s##name##_, d##name##_)
+#define LAPACK(name) constexpr auto name = chosen(LAPACKE_s##name##_work, LAPACKE_d##name##_work)
 BLAS(gemm);
 BLAS(dot);
 BLAS(nrm2);
@@ -43,7 +39,7 @@ LAPACK(geev);
 LAPACK(gesdd);
 
 // Storage of one object, and what LAPACK works in.
-template <class T> struct Local {
+struct Local {
     using Matrix = Eigen::Matrix<T, Eigen::Dynamic, Eigen::Dynamic>;
     const Problem& p;
     const int n;
@@ -72,134 +68,134 @@ template <class T> struct Local {
 };
 
 // A body does object k of the problem.
-template <class T, class Body> void inTurn(const Problem& p, Range range)
+template <class Body> void inTurn(const Problem& p, Range range)
 {
-    Local<T> local(p);
+    Local local(p);
     for (int k = range.begin; k < range.end; ++k) Body{}(local, k);
 }
 
 template <class Body> bool add(const char* function, Body)
 {
-    alternatives().push_back({function, "lapack", {inTurn<float, Body>, inTurn<double, Body>}, 0, nullptr, false, true});
+    alternatives().push_back({function, "lapack", sizeof(T), inTurn<Body>, 0, nullptr, false, true});
     return true;
 }
 const bool registered =
     add("matmul",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             const T one = 1, zero = 0;
             l.load(k, 0, l.a), l.load(k, 1, l.b);
-            gemm<T>("N", "N", &l.n, &l.n, &l.n, &one, l.a.data(), &l.n, l.b.data(), &l.n, &zero, l.c.data(), &l.n);
+            gemm("N", "N", &l.n, &l.n, &l.n, &one, l.a.data(), &l.n, l.b.data(), &l.n, &zero, l.c.data(), &l.n);
             l.store(k, 2, l.c);
         }) &&
     add("vecdot",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             const Array &a = l.p.arrays[0], &b = l.p.arrays[1];
             const int aStep = int(a.stride1) / a.bytes, bStep = int(b.stride1) / b.bytes;
-            const T x = dot<T>(&l.n, &a.at<T>(k, 0, 0), &aStep, &b.at<T>(k, 0, 0), &bStep);
+            const T x = dot(&l.n, &a.at<T>(k, 0, 0), &aStep, &b.at<T>(k, 0, 0), &bStep);
             l.store(k, 2, &x);
         }) &&
     add("norm",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             const Array& a = l.p.arrays[0];
             const int step = int(a.stride1) / a.bytes;
-            const T x = nrm2<T>(&l.n, &a.at<T>(k, 0, 0), &step);
+            const T x = nrm2(&l.n, &a.at<T>(k, 0, 0), &step);
             l.store(k, 1, &x);
         }) &&
     add("det",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            getrf<T>(columns, l.n, l.n, l.a.data(), l.n, l.pivots);
+            getrf(columns, l.n, l.n, l.a.data(), l.n, l.pivots);
             T x = 1;
             for (int i = 0; i < l.n; ++i) x *= l.pivots[i] == i + 1 ? l.a(i, i) : -l.a(i, i);
             l.store(k, 1, &x);
         }) &&
     add("inv",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            getrf<T>(columns, l.n, l.n, l.a.data(), l.n, l.pivots);
-            getri<T>(columns, l.n, l.a.data(), l.n, l.pivots, l.work, l.length);
+            getrf(columns, l.n, l.n, l.a.data(), l.n, l.pivots);
+            getri(columns, l.n, l.a.data(), l.n, l.pivots, l.work, l.length);
             l.store(k, 1, l.a);
         }) &&
     add("solve",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a), l.load(k, 1, l.b);
-            gesv<T>(columns, l.n, 1, l.a.data(), l.n, l.pivots, l.b.data(), l.n);
+            gesv(columns, l.n, 1, l.a.data(), l.n, l.pivots, l.b.data(), l.n);
             l.store(k, 2, l.b);
         }) &&
     add("lu",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            getrf<T>(columns, l.n, l.n, l.a.data(), l.n, l.pivots);
+            getrf(columns, l.n, l.n, l.a.data(), l.n, l.pivots);
             l.store(k, 1, l.a), l.store(k, 2, l.pivots);
         }) &&
     add("lu_solve",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a), l.load(k, 2, l.b);
-            for (int i = 0; i < l.n; ++i) l.pivots[i] = l.p.arrays[1].template at<int>(k, i, 0);
-            getrs<T>(columns, 'N', l.n, 1, l.a.data(), l.n, l.pivots, l.b.data(), l.n);
+            for (int i = 0; i < l.n; ++i) l.pivots[i] = l.p.arrays[1].at<int>(k, i, 0);
+            getrs(columns, 'N', l.n, 1, l.a.data(), l.n, l.pivots, l.b.data(), l.n);
             l.store(k, 3, l.b);
         }) &&
     add("cholesky",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            potrf<T>(columns, 'L', l.n, l.a.data(), l.n);
-            l.a.template triangularView<Eigen::StrictlyUpper>().setZero();
+            potrf(columns, 'L', l.n, l.a.data(), l.n);
+            l.a.triangularView<Eigen::StrictlyUpper>().setZero();
             l.store(k, 1, l.a);
         }) &&
     add("cholesky_solve",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a), l.load(k, 1, l.b);
-            potrs<T>(columns, 'L', l.n, 1, l.a.data(), l.n, l.b.data(), l.n);
+            potrs(columns, 'L', l.n, 1, l.a.data(), l.n, l.b.data(), l.n);
             l.store(k, 2, l.b);
         }) &&
     add("qr",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            geqrf<T>(columns, l.n, l.n, l.a.data(), l.n, l.t, l.work, l.length);
-            l.b = l.a.template triangularView<Eigen::Upper>();
-            orgqr<T>(columns, l.n, l.n, l.n, l.a.data(), l.n, l.t, l.work, l.length);
+            geqrf(columns, l.n, l.n, l.a.data(), l.n, l.t, l.work, l.length);
+            l.b = l.a.triangularView<Eigen::Upper>();
+            orgqr(columns, l.n, l.n, l.n, l.a.data(), l.n, l.t, l.work, l.length);
             l.store(k, 1, l.a), l.store(k, 2, l.b);
         }) &&
     add("lstsq",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a), l.load(k, 1, l.b);
             const int m = int(l.a.rows());
-            gels<T>(columns, 'N', m, l.n, 1, l.a.data(), m, l.b.data(), m, l.work, l.length);
+            gels(columns, 'N', m, l.n, 1, l.a.data(), m, l.b.data(), m, l.work, l.length);
             l.store(k, 2, l.b.data());
         }) &&
     add("eigvalsh",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            syev<T>(columns, 'N', 'L', l.n, l.a.data(), l.n, l.s, l.work, l.length);
+            syev(columns, 'N', 'L', l.n, l.a.data(), l.n, l.s, l.work, l.length);
             l.store(k, 1, l.s);
         }) &&
     add("eigh",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            syev<T>(columns, 'V', 'L', l.n, l.a.data(), l.n, l.s, l.work, l.length);
+            syev(columns, 'V', 'L', l.n, l.a.data(), l.n, l.s, l.work, l.length);
             l.store(k, 1, l.s), l.store(k, 2, l.a);
         }) &&
     add("eigvals",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            geev<T>(columns, 'N', 'N', l.n, l.a.data(), l.n, l.s, l.t, nullptr, 1, nullptr, 1, l.work, l.length);
+            geev(columns, 'N', 'N', l.n, l.a.data(), l.n, l.s, l.t, nullptr, 1, nullptr, 1, l.work, l.length);
             l.store(k, 1, l.s), l.store(k, 2, l.t);
         }) &&
     add("eig",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            geev<T>(columns, 'N', 'V', l.n, l.a.data(), l.n, l.s, l.t, nullptr, 1, l.b.data(), l.n, l.work, l.length);
+            geev(columns, 'N', 'V', l.n, l.a.data(), l.n, l.s, l.t, nullptr, 1, l.b.data(), l.n, l.work, l.length);
             l.store(k, 1, l.s), l.store(k, 2, l.t), l.store(k, 3, l.b);
         }) &&
     add("svdvals",
-        []<class T>(Local<T>& l, int k) {
+        [](Local& l, int k) {
             l.load(k, 0, l.a);
-            gesdd<T>(columns, 'N', l.n, l.n, l.a.data(), l.n, l.s, nullptr, 1, nullptr, 1, l.work, l.length, l.pivots);
+            gesdd(columns, 'N', l.n, l.n, l.a.data(), l.n, l.s, nullptr, 1, nullptr, 1, l.work, l.length, l.pivots);
             l.store(k, 1, l.s);
         }) &&
-    add("svd", []<class T>(Local<T>& l, int k) {
+    add("svd", [](Local& l, int k) {
         l.load(k, 0, l.a);
-        gesdd<T>(columns, 'S', l.n, l.n, l.a.data(), l.n, l.s, l.b.data(), l.n, l.c.data(), l.n, l.work, l.length, l.pivots);
+        gesdd(columns, 'S', l.n, l.n, l.a.data(), l.n, l.s, l.b.data(), l.n, l.c.data(), l.n, l.work, l.length, l.pivots);
         l.store(k, 1, l.b), l.store(k, 2, l.s), l.store(k, 3, l.c);
     });
 

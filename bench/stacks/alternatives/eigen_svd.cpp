@@ -36,7 +36,7 @@ template <bool withVectors> struct Svd {
     }
 };
 
-const bool registered = addEigen<Svd<false>>("svdvals", some) && addEigen<Svd<true>>("svd", some);
+const bool registered = addEigen<Svd<false>>("svdvals", few) && addEigen<Svd<true>>("svd", few);
 
 } // namespace
 } // namespace bench::stacks

@@ -1,6 +1,6 @@
 // Eigen as an alternative. A body is a struct with a template run<T, N>, N being the order or Eigen::Dynamic.
 #pragma once
-#include "problem.h"
+#include "element.h"
 
 #include <Eigen/Core>
 
@@ -68,23 +68,22 @@ public:
     }
 };
 
-template <class Body, int N> bool addEigen(const char* function, const char* name, bool isAside = false)
+// Inlined it would be compiled once for each caller, and that takes seconds.
+template <class Solver, class... A> [[gnu::noinline]] void compute(Solver& solver, const A&... a) { solver.compute(a...); }
+
+template <class Body, int N> static bool addEigen(const char* function, const char* name, bool isAside = false)
 {
-    alternatives().push_back({function,
-                              name,
-                              {Body::template run<float, N>, Body::template run<double, N>},
-                              N == Eigen::Dynamic ? 0 : N,
-                              nullptr,
-                              isAside,
-                              N == Eigen::Dynamic});
+    alternatives().push_back({function, name, sizeof(Element), Body::template run<Element, N>, N == Eigen::Dynamic ? 0 : N,
+                              nullptr, isAside, N == Eigen::Dynamic});
     return true;
 }
 // Fixed orders, and the dynamic size. Decompositions take seconds to compile for each, so they have fewer.
-template <class Body, int... N> bool addEigen(const char* function, std::integer_sequence<int, N...>)
+template <class Body, int... N> static bool addEigen(const char* function, std::integer_sequence<int, N...>)
 {
     return (addEigen<Body, N>(function, "eigen") && ...) && addEigen<Body, Eigen::Dynamic>(function, "eigen-dynamic");
 }
 inline constexpr std::integer_sequence<int, 1, 2, 3, 4, 5, 6, 7, 8> all{};
-inline constexpr std::integer_sequence<int, 3, 6> some{};
+inline constexpr std::integer_sequence<int, 1, 2, 3, 4, 6> some{};
+inline constexpr std::integer_sequence<int, 3, 6> few{};
 
 } // namespace bench::stacks

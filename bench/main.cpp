@@ -1,6 +1,7 @@
 // The library beside its alternatives: chooses the rows, checks and measures them, and reports.
 #include "flat.h"
 #include "measure.h"
+#include "peak.h"
 #include "report.h"
 
 #include <cstdio>
@@ -14,7 +15,7 @@ namespace {
 
 struct Options {
     bool quick = false, smoke = false, list = false, alone = false;
-    std::string filter = ".", level = "best", goals, out;
+    std::string filter = ".", level = "best", goals, operations, out;
 };
 
 Options parse(int argc, char** argv)
@@ -30,10 +31,11 @@ Options parse(int argc, char** argv)
         else if (const char* filter = value("--filter=")) options.filter = filter;
         else if (const char* level = value("--level=")) options.level = level;
         else if (const char* goals = value("--goals=")) options.goals = goals;
+        else if (const char* operations = value("--operations=")) options.operations = operations;
         else if (const char* out = value("--out=")) options.out = out;
         else
-            throw std::runtime_error(
-                "options: --filter=REGEX --level=best|v3|plain --quick --alone --smoke --list --goals=FILE --out=PREFIX");
+            throw std::runtime_error("options: --filter=REGEX --level=best|v3|plain --quick --alone --smoke --list "
+                                     "--goals=FILE --operations=FILE --out=PREFIX");
     }
     return options;
 }
@@ -65,16 +67,36 @@ void yardsticks(Collector& collector, Flat& flat, bool quick)
     }
 }
 
-Result measure(Collector& collector, Flat& flat, const Row& row, const Prepared& prepared, bool quick)
+// What no row is faster than: operations in a nanosecond, none fused, and the bytes of a flat add, which each row measures itself.
+class Limits {
+    Operations operations;
+    double peak[2] = {NAN, NAN}; // float, double
+
+public:
+    Limits(const std::string& file, Collector& collector) : operations(file)
+    {
+        if (file.empty()) return;
+        constexpr std::int64_t n = 1 << 20;
+        const auto times = measure(collector, "yardstick/peak",
+                                   {{"32f", [] { compute<float>(n); }}, {"64f", [] { compute<double>(n); }}}, {15, 1e-3});
+        for (std::size_t i : {0, 1}) peak[i] = double(n) / times[i] / 1e9;
+        std::printf("Peak of products and sums, none fused: %.0f in a nanosecond in float, %.0f in double\n", peak[0],
+                    peak[1]);
+    }
+    bool isKnown(const Row& row) const { return row.size == Size::cache && !std::isnan(operations(row)); }
+    double of(const Row& row, double flat) const { return std::fmax(operations(row) / peak[row.type == "64f"], flat); }
+};
+
+Result measure(Collector& collector, Flat& flat, const Limits& limits, const Row& row, const Prepared& prepared, bool quick)
 {
-    const bool stream = row.size == Size::stream;
     std::vector<Task> tasks;
     for (const auto& contender : prepared.contenders)
         tasks.push_back({contender.name, [&] { run(contender, prepared.count, row.threads); }});
     if (row.threads > 1) tasks.push_back({"one-thread", [&] { run(prepared.contenders[0], prepared.count, 1); }});
     const std::int64_t bytes = prepared.bytesRead + prepared.bytesWritten;
     const bool two = prepared.bytesRead >= 2 * prepared.bytesWritten;
-    if (stream) flat.use(bytes), tasks.push_back({"flat-add", [&] { flat.add(bytes, two, row.threads); }});
+    if (row.size == Size::stream || limits.isKnown(row))
+        flat.use(bytes), tasks.push_back({"flat-add", [&] { flat.add(bytes, two, row.threads); }});
 
     const auto times = measure(collector, row.name(), tasks, paceOf(row, quick));
 
@@ -87,6 +109,7 @@ Result measure(Collector& collector, Flat& flat, const Row& row, const Prepared&
         if (i < prepared.contenders.size()) result.names.push_back(tasks[i].first), result.ns.push_back(ns);
         else (tasks[i].first == "flat-add" ? result.flat : result.single) = ns;
     }
+    if (limits.isKnown(row)) result.limit = limits.of(row, result.flat);
     return result;
 }
 
@@ -129,6 +152,7 @@ void runAll(const Options& options)
         std::printf("The machine is busy (load %.1f, %d processors): rows with two threads mean little.\n", load,
                     omp_get_num_procs());
     if (options.filter == ".") yardsticks(collector, flat, options.quick);
+    const Limits limits(options.operations, collector);
     std::fflush(stdout);
 
     std::vector<Result> results;
@@ -136,7 +160,7 @@ void runAll(const Options& options)
         Prepared prepared = row.prepare(countOf(row, false));
         const auto errors = verify(row, prepared);
         if (options.alone) prepared.contenders.resize(1);
-        results.push_back(measure(collector, flat, row, prepared, options.quick));
+        results.push_back(measure(collector, flat, limits, row, prepared, options.quick));
         for (std::size_t c = 0; c < prepared.contenders.size(); ++c)
             results.back().asideErrors.push_back(prepared.contenders[c].aside ? errors[c] : NAN);
         progress(results.size() - 1, rows.size(), results.back());

@@ -1,15 +1,17 @@
 #!/usr/bin/python3
-"""page.py RESULTS DOCS: writes DOCS/performance.md and its plots from what tools/performance has measured."""
+"""page.py RESULTS DOCS RATIOS: writes DOCS/performance.md and its plots from what tools/performance has measured; RATIOS has bench/run's."""
 import json
 import subprocess
 import sys
 from pathlib import Path
 
+from summary import summary
+
 HEAD = """\
-# Performance of kesl
+# Performance
 
 How long kesl takes for an object, beside what one would take instead: Eigen's classes of fixed and of dynamic size, LAPACK, libxsmm for
-products, and the companion library keslmx. Made by one command, which needs some six minutes of a machine with nothing else to do:
+products, and the companion library keslmx. Made by one command, which needs some minutes of a machine with nothing else to do:
 
     tools/performance            # builds, measures, writes this page and its plots
     bench/run --stacks --filter '^inv/64f/.*/packed/cache'    # a look at some rows, with their goals
@@ -44,6 +46,15 @@ same beside four processes that compute without end, of the sums of all times, w
 | call | wins from | µs | objects | idle | busy, sums | busy, medians |
 |---|--:|--:|--:|--:|--:|--:|
 """
+KESLMX = """
+## keslmx
+
+Best alternative / keslmx, over packed rows of orders 2 to 8 in cache, one thread, the alternatives compiled for the same level (the best one
+for the processor at hand). The limit is the least time that the bytes or the operations of a row can take, as measured by flat additions
+and by products and sums that wait for nothing; rows that iterate have none. `bench/run --summary` prints this; [bench](../bench/README.md)
+tells what the rows are.
+
+"""
 FAMILIES = {
     "products": ["matmul", "vecdot", "norm", "trace"],
     "systems": ["det", "inv", "solve"],
@@ -61,7 +72,6 @@ LINES = [("kesl", "kesl, {}", "#1d3557", 1, 3), ("v3", "kesl, v3", "#457b9d", 2,
          ("keslmx", "keslmx", "#2a9d8f", 4, 1), ("eigen", "Eigen, fixed size", "#e76f51", 5, 1),
          ("eigen-direct", "Eigen, closed form", "#f4a261", 6, 1), ("eigen-dynamic", "Eigen, dynamic size", "#e9c46a", 7, 1),
          ("lapack", "LAPACK", "#888888", 8, 1), ("libxsmm", "libxsmm", "#9b5de5", 9, 1)]
-RIVALS = ("eigen", "eigen-dynamic", "lapack", "libxsmm")
 
 
 def load(folder, part):
@@ -117,7 +127,7 @@ def number(x):
     return "–" if x is None else f"{x:.0f}" if x >= 10 else f"{x:.1f}" if x >= 1 else f"{x:.2f}"
 
 
-def main(folder, docs):
+def main(folder, docs, ratios):
     parts = {part: load(folder, part) for part in ("best-32f", "best-64f", "plain", "layouts", "one", "stream")}
     if Path(folder, "v3.json").exists():
         parts["v3"] = load(folder, "v3")
@@ -135,21 +145,25 @@ def main(folder, docs):
     for family in FAMILIES:
         plot(docs, family, times, level)
 
-    def ratio(function, kind, n, rivals):
-        others = [times[key, function, kind, n] for key in rivals if (key, function, kind, n) in times]
-        own = times.get(("kesl", function, kind, n))
-        return min(others) / own if others and own else None
+    def ratio(function, kind, n):
+        row = best.get(f"{function}/{kind}/{n}/packed/cache/1t")
+        return number(row["ratio"]) + ("*" if row["missed"] else "") if row and row["ratio"] else "–"
+
+    def beside_keslmx(function, kind, n):
+        other, own = (times.get((key, function, kind, n)) for key in ("keslmx", "kesl"))
+        return number(other / own) if other else "–"
 
     text = HEAD
     processor = next(line.split(":")[1].strip() for line in open("/proc/cpuinfo") if line.startswith("model name"))
     text += f"\nMeasured on: {processor}; library level {level}; g++ {parts['best-32f']['compiler']}, -march=native.\n"
     for kind, title in TYPES.items():
-        text += f"\n## Ratios, {title}\n\nBest of Eigen, LAPACK and libxsmm / kesl, by order: above 1 kesl is faster.\n\n"
+        text += f"\n## Ratios, {title}\n\nBest of Eigen, LAPACK and libxsmm / kesl, by order: above 1 kesl is faster. A star is under \
+its goal: 1 at orders 3 to 6, 3 at other orders to 16, in all that factors or iterates.\n\n"
         text += table(["function"] + [str(n) for n in ORDERS],
-                      [[f"`{f}`"] + [number(ratio(f, kind, n, RIVALS)) for n in ORDERS] for f in FUNCTIONS])
+                      [[f"`{f}`"] + [ratio(f, kind, n) for n in ORDERS] for f in FUNCTIONS])
     text += "\n## Beside keslmx\n\nkeslmx / kesl at the orders for which keslmx has kernels: float 3, 4, 5, 6, then double.\n\n"
     text += table(["function"] + [f"{TYPES[kind]} {n}" for kind in TYPES for n in (3, 4, 5, 6)],
-                  [[f"`{f}`"] + [number(ratio(f, kind, n, ["keslmx"])) for kind in TYPES for n in (3, 4, 5, 6)]
+                  [[f"`{f}`"] + [beside_keslmx(f, kind, n) for kind in TYPES for n in (3, 4, 5, 6)]
                    for f in FUNCTIONS if any(("keslmx", f, kind, 3) in times for kind in TYPES)])
 
     layouts = by_name(parts["layouts"])
@@ -182,10 +196,13 @@ def main(folder, docs):
                    for f in FUNCTIONS if any(f"{f}/32f/{n}/packed/stream/1t" in stream for n in (3, 6, 16))])
 
     text += THREADS + "".join(Path(folder, f"threads-{library}.md").read_text() for library in ("kesl", "keslmx"))
+    files = [file for file in (Path(ratios, f"ratios-{name}.json") for name in ("best", "v3", "plain")) if file.exists()]
+    if files:
+        text += KESLMX + summary(files)
     Path(docs, "performance.md").write_text(text)
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
+    if len(sys.argv) != 4:
         sys.exit(__doc__)
     main(*sys.argv[1:])

@@ -57,6 +57,34 @@ double Goals::operator()(const Row& row) const
     return NAN;
 }
 
+// ---- Operations
+
+Operations::Operations(const std::string& file)
+{
+    if (file.empty()) return;
+    std::ifstream in(file);
+    if (!in) throw std::runtime_error("cannot read the operations: " + file);
+    for (std::string text; std::getline(in, text);) {
+        if (text.empty() || text[0] == '#') continue;
+        std::istringstream words(text);
+        Line& line = lines.emplace_back();
+        words >> line.family >> line.orders;
+        for (double& c : line.coefficients) words >> c;
+        if (!words) throw std::runtime_error(file + ": not a family, orders and four coefficients: " + text);
+    }
+}
+
+double Operations::operator()(const Row& row) const
+{
+    for (const auto& line : lines)
+        if (line.family == row.family && isAmong(row.order, line.orders)) {
+            double sum = 0;
+            for (const double c : line.coefficients) sum = sum * row.order + c;
+            return sum;
+        }
+    return NAN;
+}
+
 // Out of cache a row is as fast as it can be if it moves its bytes as a flat add does, or takes the time that it takes
 // in cache; elsewhere the goal is a ratio to the best alternative.
 void judge(std::vector<Result>& results, const Goals& goals)
@@ -133,11 +161,14 @@ void tables(const std::vector<Result>& results)
 {
     const auto ratio = [](const Result& r) {
         const auto goal = std::isnan(r.goal) ? std::string("(-)") : format("(%.2f)", r.goal);
-        return format("%.2f %6s%c", r.ratio(), goal.c_str(), r.missed ? '*' : ' ');
+        const auto share = std::isnan(r.share()) ? std::string() : format("%.2f", r.share());
+        return format("%.2f %6s%c %4s", r.ratio(), goal.c_str(), r.missed ? '*' : ' ', share.c_str());
     };
-    table(results, Size::cache, 1, 13,
-          "1,000 objects in cache, one thread: best alternative / library (goal), * under its goal, by order", ratio);
-    table(results, Size::many, 2, 20,
+    table(results, Size::cache, 1, 18,
+          "1,000 objects in cache, one thread: best alternative / library (goal), * under its goal; share of the limit, by "
+          "order",
+          ratio);
+    table(results, Size::many, 2, 25,
           "20,000 objects, two threads: best alternative / library (goal), and the gain from the second thread, by order",
           [&](const Result& r) { return format("%s x%.1f", ratio(r).c_str(), r.single / r.ns[0]); });
     for (const int threads : {1, 2})
@@ -177,7 +208,8 @@ void writeJson(const std::string& path, const std::vector<Result>& results, cons
             f, "%s\n  {\"name\": \"%s\", \"count\": %d, \"bytes\": %.0f, \"ratio\": %s, \"goal\": %s, \"missed\": %s, ",
             &r == &results[0] ? "" : ",", r.row.name().c_str(), r.count, r.bytes, number(r.ratio()).c_str(),
             number(r.goal).c_str(), r.missed ? "true" : "false");
-        std::fprintf(f, "\"flat_add\": %s, \"one_thread\": %s, \"ns\": {", number(r.flat).c_str(), number(r.single).c_str());
+        std::fprintf(f, "\"share\": %s, \"flat_add\": %s, \"one_thread\": %s, \"ns\": {", number(r.share()).c_str(),
+                     number(r.flat).c_str(), number(r.single).c_str());
         for (std::size_t c = 0; c < r.ns.size(); ++c)
             std::fprintf(f, "%s\"%s\": %s", c ? ", " : "", r.names[c].c_str(), number(r.ns[c]).c_str());
         std::fprintf(f, "}}");

@@ -22,6 +22,7 @@ struct Result {
     double bytes = 0;       // per object
     double goal = NAN;
     bool missed = false;
+    double limit = NAN; // the time that its bytes or its operations take at least
 
     std::vector<double> asideErrors; // NaN for those that are not aside
 
@@ -33,6 +34,7 @@ struct Result {
         return least;
     }
     double ratio() const { return best() / ns[0]; }
+    double share() const { return limit / ns[0]; }
     double at(const char* name) const
     {
         const auto i = std::find(names.begin(), names.end(), name);
@@ -49,6 +51,18 @@ class Goals {
 public:
     Goals(const std::string& file, const std::string& level);
     double operator()(const Row&) const; // NaN: none
+};
+
+class Operations { // of an object
+    struct Line {
+        std::string family, orders;
+        double coefficients[4];
+    };
+    std::vector<Line> lines;
+
+public:
+    explicit Operations(const std::string& file); // none: nothing is known
+    double operator()(const Row&) const;          // NaN: not known
 };
 
 void judge(std::vector<Result>&, const Goals&);

@@ -80,12 +80,14 @@ template <class T> void fillFirst(std::vector<T>& a, int n, int m, Data data, Ra
 
 template <class T> void fill(Problem& p, Random& random)
 {
-    const bool isDet = p.function->name == "det"; // contenders differ where it cancels
+    const std::string& name = p.function->name; // contenders differ where a sum cancels
+    const bool isDet = name == "det", isSum = name == "vecdot" || name == "trace";
     for (int k = 0; k < p.count; ++k)
         for (std::size_t s = 0; s < p.function->sources.size(); ++s) {
             const Array& a = p.arrays[s];
             std::vector<T> object(std::size_t(a.rows * a.cols));
             fillFirst(object, a.rows, a.cols, s > 0 ? Data::any : isDet ? Data::regular : p.function->data, random);
+            for (T& x : object) x = isSum ? std::abs(x) : x;
             for (int i = 0; i < a.rows; ++i)
                 for (int j = 0; j < a.cols; ++j) {
                     if (a.isInteger) a.at<int>(k, i, j) = i + 1 + int((random() + 1) / 2 * (a.rows - i)); // pivots

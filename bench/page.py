@@ -27,13 +27,13 @@ products, and the companion library keslmx. Made by one command, which needs som
 - **The levels** of kesl, v4 (AVX-512), v3 (AVX2) and plain x86-64, run on the same processor. Their results are the same bits.
 - Before anything is measured all results are compared.
 
-![Products and sums](performance_products.svg)
-![Determinant, inverse, solution](performance_systems.svg)
-![Factors and solutions with factors](performance_factors.svg)
-![QR, least squares](performance_orthogonal.svg)
-![Symmetric eigenproblems](performance_symmetric.svg)
-![General eigenproblems](performance_general.svg)
-![Singular values](performance_singular.svg)
+![Products and sums](performance_products.png)
+![Determinant, inverse, solution](performance_systems.png)
+![Factors and solutions with factors](performance_factors.png)
+![QR, least squares](performance_orthogonal.png)
+![Symmetric eigenproblems](performance_symmetric.png)
+![General eigenproblems](performance_general.png)
+![Singular values](performance_singular.png)
 """
 THREADS = """
 ## Threads
@@ -99,12 +99,12 @@ def plot(docs, family, times, level):
                 curves.append(f'$d{len(blocks)} using 1:2 with linespoints lw {width} lc rgb "{colour}" pt {mark} ps 0.5 '
                               f'title "{title.format(level)}"')
                 blocks.append(f"$d{len(blocks)} << EOD\n" + "".join(f"{x} {y:.4g}\n" for x, y in points) + "EOD\n")
-            key = "set key top left reverse Left samplen 1.5 font ',9'" if not panels else "unset key"
+            key = "set key bottom right samplen 1.5 font ',8'" if not panels else "unset key"
             panels.append(f'{key}\nset title "{function}, {TYPES[kind]}"\nplot ' + ", ".join(curves) + "\n")
     tics = ", ".join(f'"{n}" {i}' for i, n in enumerate(ORDERS))
     script = "".join(blocks) + f"""
-set terminal svg size {330 * len(functions) + 60}, 700 font "sans-serif,11" background "#ffffff" noenhanced
-set output "{docs}/performance_{family}.svg"
+set terminal pngcairo size {300 * len(functions) + 40}, 640 font "sans,9" background "#ffffff" noenhanced
+set output "{docs}/performance_{family}.png"
 set multiplot layout 2, {len(functions)}
 set logscale y
 set format y "%g"

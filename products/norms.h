@@ -10,6 +10,8 @@ namespace kesl {
 
 template <class V> V squared(V x) { return x * x; }
 template <class V> V rootOf(V x) { return sqrt(x); }
+constexpr auto toSquare = [](auto x) { return squared(x); };
+constexpr auto toRoot = [](auto sum) { return rootOf(sum); };
 
 // ---- The order of the sums in lengths and orders 3 to 6: how many of the last terms come ahead of the others, which
 // ascend.
@@ -35,8 +37,7 @@ struct L2Norm {
                     [&](auto x) {
                         return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
                             V p[+n];
-                            termsOf<n>(
-                                k, p, [](V e) { return squared(e); }, x);
+                            termsOf<n>(k, p, toSquare, x);
                             storePack<V>(dst.p + k.first, rootOf(sumOfFew<n, ahead>(p)));
                             return KeslStatus(keslStatusOk);
                         });
@@ -45,12 +46,17 @@ struct L2Norm {
             } else if constexpr (F == S && single)
                 *dst.p = rootOf(sumOfMany<T>(len, [&]<class V>(std::int64_t k) { return squared(loadPack<V>(src.p + k)); }));
             else {
+                if constexpr (F == S && !single)
+                    if (len == 2 && isRunOf(src, 2)) {
+                        sumsOfRuns<2>(dst.p, count, src.p, toSquare, toRoot);
+                        return KeslStatus(keslStatusOk);
+                    }
                 bool packs = false;
                 if constexpr (!single && !inL(F)) packs = isSideBySide(src);
                 sumsInOrder(
                     dst.p, count, len, packs,
                     [&]<class V>(int k, std::int64_t j) { return squared(valueIn<true, V>(seen(src, k, 0), j, 0)); },
-                    [](auto sum) { return rootOf(sum); });
+                    toRoot);
             }
             return KeslStatus(keslStatusOk);
         });
@@ -94,6 +100,15 @@ struct FrobNorm {
                         storePack<V>(dst.p + k.first, rootOf(sumOfMany<n * n>(x.e[0])));
                         return KeslStatus(keslStatusOk);
                     });
+                if constexpr (F == S && Src::isArray) { // orders 1 and 2
+                    const std::int64_t each = std::int64_t(width) * height;
+                    const auto ofRuns = [&](auto elements) {
+                        return sumsOfRuns<elements>(dst.p, count, src.p, toSquare, toRoot), KeslStatus(keslStatusOk);
+                    };
+                    const bool runs = record && src.stride0 == each * src.elementSize;
+                    if (runs && each == 1) return ofRuns(Fixed<1>{});
+                    if (runs && each == 4) return ofRuns(Fixed<4>{});
+                }
                 for (int k = 0; k < count; ++k)
                     dst.p[k] = rootOf(record ? run<T>(src.address(k), std::int64_t(width) * height)
                                              : byRows<T>(src, k, width, height));
@@ -165,6 +180,12 @@ struct Trace {
         bool packs = false;
         if constexpr (decltype(src)::isArray && !inL(F)) packs = isSideBySide(src);
         const auto at = [&]<class V>(int k, std::int64_t i) { return valueIn<true, V>(seen(src, k, order), i, i); };
+        const auto same = [](auto x) { return x; };
+        if constexpr (F == S && decltype(src)::isArray) {
+            const int row = 2 * src.elementSize;
+            if (order == 2 && src.stride1 == row && src.stride0 == 2 * row)
+                return sumsOfRuns<4, 3>(dst.p, count, src.p, same, same), KeslStatus(keslStatusOk);
+        }
         withOrder(order, [&](auto n) {
             if constexpr (n > 0) {
                 const auto sum = [&]<class V>(int k) {
@@ -176,7 +197,7 @@ struct Trace {
                 if (packs)
                     for (; count - k >= lanes<Pack<T>>; k += lanes<Pack<T>>) sum.template operator()<Pack<T>>(k);
                 for (; k < count; ++k) sum.template operator()<T>(k);
-            } else sumsInOrder(dst.p, count, order, packs, at, [](auto sum) { return sum; });
+            } else sumsInOrder(dst.p, count, order, packs, at, same);
         });
         return keslStatusOk;
     }

@@ -95,5 +95,18 @@ template <class T>
         for (int o = 0; o < r; ++o) dst[done + i + o] = finish(sum[o]);
     });
 }
+// The same for runs of n elements without gaps between them, by packs: of every step-th of them.
+template <int n, int step = 1, class T>
+[[gnu::always_inline]] inline void sumsOfRuns(T* dst, int count, const T* run, auto term, auto finish)
+{
+    eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+        V x[n], sum{};
+        if constexpr (n == 1) x[0] = loadPack<V>(run + k.first);
+        else loadTable<n>(run + std::int64_t(k.first) * n, x);
+#pragma GCC unroll 4
+        for (int i = 0; i < n; i += step) sum = sum + term(x[i]);
+        storePack<V>(dst + k.first, finish(sum));
+    });
+}
 
 } // namespace kesl

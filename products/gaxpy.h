@@ -38,31 +38,37 @@ struct MatrixTimesVectorPlusVector {
     template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
     kernel(auto a, int width, int height, auto x, int, auto y, int, auto dst, Count count = {})
     {
-        using X = decltype(x);
-        return withOrder(width == height ? width : 0, [&](auto n) {
-            if constexpr (n == 0) {
+        withOrder(width == height ? width : 0, [&](auto n) KESL_INLINE {
+            if constexpr (n > 0) square<T, F, n>(a, x, y, dst, count);
+            else
                 for (int k = 0; k < count; ++k) {
-                    const auto p = seen(a, k, width);
-                    const auto q = seen(x, k, 0), r = seen(y, k, 0);
+                    const auto r = seen(y, k, 0);
                     const auto to = seen(dst, k, 0);
-                    product<false>(plusZero<T>, p, q, to, height, 1, width);
+                    product<false>(plusZero<T>, seen(a, k, width), seen(x, k, 0), to, height, 1, width);
                     for (int i = 0; i < height; ++i) to(i, 0) = to(i, 0) + r(i, 0);
                 }
-                return KeslStatus(keslStatusOk);
-            } else {
-                constexpr int ahead = n > 3; // of the last column, comes first
-                if constexpr (F == S && X::isArray)
-                    if (isRunOf(x, n) && isRunOf(dst, n) && isRunOf(y, n)) {
-                        const auto single = load<n, n>(a, Objects<T>{0});
-                        tallProduct<false, ahead, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count, plusRows<n>(y));
-                        return KeslStatus(keslStatusOk);
-                    }
-                return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-                    store(dst, k, plus(timesVector<false, ahead>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
-                    return KeslStatus(keslStatusOk);
-                });
-            }
         });
+        return keslStatusOk;
+    }
+
+    template <class T, Form F, int n> [[gnu::always_inline]] static void square(auto a, auto x, auto y, auto dst, auto count)
+    {
+        constexpr bool array = decltype(dst)::isArray;
+        constexpr int ahead = aheadInGaxpy<n>;
+        if constexpr (F == S && !array) {
+            const Objects<T> one{0};
+            return store(dst, one, plus(timesVector<ahead>(load<n, n>(a, one), load<1, n>(x, one)), load<1, n>(y, one)));
+        }
+        if constexpr (F == S && array)
+            if (isRunOf(x, n) && isRunOf(dst, n) && isRunOf(y, n)) {
+                const auto single = load<n, n>(a, Objects<T>{0});
+                return tallProduct<false, ahead, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count, plusRows<n>(y));
+            }
+        if constexpr (contiguousRows(F))
+            eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                store(dst, k, plus(timesVector<ahead>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
+            });
+        else gaxpyAnywhere<n>(factor(a, n, n), factor(x, 1, n), factor(y, 1, n), {dst, 1, n}, count);
     }
 };
 struct Gaxpy_mv : MatrixTimesVectorPlusVector {};

@@ -2,7 +2,8 @@
 #pragma once
 #include "frame/arguments.h"
 #include "frame/call.h"
-#include "products/rows.h"
+#include "products/factors.h"
+#include "products/records.h"
 #include "products/tiles.h"
 
 namespace kesl {
@@ -26,127 +27,109 @@ constexpr Starts singleStarts   = { Start::product, Start::product, Start::produ
 constexpr Starts arraySrc2      = { Start::product, Start::product, Start::zero,    Start::product, Start::product };
 // clang-format on
 
-// ---- Orders 3 to 6 with contiguous rows.
-
-template <bool fromZero, int n, class V>
-[[gnu::always_inline]] inline Block<V, n, n> times(const Block<V, n, n>& a, const Block<V, n, n>& b)
-{
-    Block<V, n, n> x;
-    eachElement<n, n>([&](int i, int j) {
-        const V first = a(i, 0) * b(0, j);
-        V sum = fromZero ? V{} + first : first;
-#pragma GCC unroll 8
-        for (int k = 1; k < n; ++k) sum = sum + a(i, k) * b(k, j);
-        x(i, j) = sum;
-    });
-    return x;
-}
+// ---- Roads of orders 3 to 6 whose operands are known to the compiler; the others are in records.h and factors.h.
 
 // By packs of objects.
-template <bool fromZero, class T, int n>
-[[gnu::always_inline]] inline void productByPacks(auto a, auto b, auto dst, auto count)
+template <class T, int n> [[gnu::always_inline]] inline void productsByPacks(auto a, auto b, auto dst, int count)
 {
-    eachPack<T>(count, [&]<class V>(Objects<V> k) {
-        store(dst, k, times<fromZero>(load<n, n>(a, k), load<n, n>(b, k)));
-        return KeslStatus(keslStatusOk);
-    });
+    eachPack<T>(count, [&]<class V>(Objects<V> k) { store(dst, k, times(load<n, n>(a, k), load<n, n>(b, k))); });
 }
-
-// By rows. All of b is read before anything is stored: dst may lie on it, where both are single objects.
-template <bool fromZero, class T, int n>
-[[gnu::always_inline]] inline void productByRows(auto a, auto b, auto dst, auto count)
+// One object of standard layout. All of b is read before anything is stored: dst may lie on it.
+template <class T, int n> [[gnu::always_inline]] inline void productOfOne(auto a, auto b, auto dst)
 {
-    using A = decltype(a);
-    using B = decltype(b);
-    Row<T, n> rows[n];
-    const auto readB = [&](int k) {
-        const auto from = b.object(k, n, n);
+    if constexpr (n == 3) store(dst, Objects<T>{0}, times(load<n, n>(a, Objects<T>{0}), load<n, n>(b, Objects<T>{0})));
+    else {
+        const auto from = a.object(0, n, n), factor = b.object(0, n, n);
+        const auto to = dst.object(0, n, n);
+        Row<T, n> rows[n];
 #pragma GCC unroll 8
         for (int i = 0; i < n; ++i)
-            if constexpr (isTransposed<B>) rows[i] = Row<T, n>::gathered([&](int j) { return from(i, j); });
-            else rows[i] = Row<T, n>::from(from.row(i));
-    };
-    const auto product = [&](auto from, int k) {
-        if constexpr (B::isArray) readB(k);
-        const auto to = dst.object(k, n, n);
+            if constexpr (isTransposed<decltype(b)>) rows[i] = Row<T, n>::gathered([&](int j) { return factor(i, j); });
+            else rows[i] = Row<T, n>::from(factor.row(i));
 #pragma GCC unroll 8
-        for (int i = 0; i < n; ++i) rowTimes<fromZero, 0>(from, i, rows).to(to.row(i));
-    };
-    if constexpr (!B::isArray) readB(0);
-    // A single a is kept, unless the rows of b take so many registers that its elements would be spilled as packs.
-    if constexpr (!A::isArray && B::isArray && n * Row<T, n>::pieces < 12) {
-        const auto kept = load<n, n>(a, Objects<T>{0});
-        for (int k = 0; k < count; ++k) product(kept, k);
-    } else
-        for (int k = 0; k < count; ++k) product(a.object(A::isArray ? k : 0, n, n), k);
+        for (int i = 0; i < n; ++i) rowTimes<false, 0>(from, i, rows).to(to.row(i));
+    }
+}
+
+// Structures of arrays, in S2 and P, of a fixed order n or any.
+template <class T, int n> [[gnu::always_inline]] inline void productsSideBySide(T start, auto a, int w1, auto b, int w2,
+                                                                                auto dst, int M, int K, int N, int count)
+{
+    constexpr bool aVaries = decltype(a)::isArray, bVaries = decltype(b)::isArray;
+    eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+        const auto x = seen(a, k.first, w1), y = seen(b, k.first, w2);
+        const auto to = seen(dst, k.first, N);
+        if constexpr (lanes<V> == 1) product<false>(start, x, y, to, M, N, K);
+        else if constexpr (n > 0 && sizeof(V) == widest) productOfLanes<n, V, aVaries, bVaries>(x, y, to);
+        else productOfLanes<V, aVaries, bVaries>(start, x, y, to, M, N, K);
+    });
 }
 
 // ---- The family.
 template <Starts starts> struct ProductOfMatrices {
     static constexpr Threshold threshold = setB;
 
-    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
-    kernel(auto a, int w1, int h1, auto b, int w2, int h2, auto dst, Count count = {})
+    // Squares of order n.
+    template <class T, Form F, int n> [[gnu::always_inline]] static void square(auto a, auto b, auto dst, auto count)
     {
         using A = decltype(a);
         using B = decltype(b);
-        using D = decltype(dst);
-        const int M = isTransposed<A> ? w1 : h1, K = isTransposed<A> ? h1 : w1, N = isTransposed<B> ? h2 : w2;
-        const int order = M == K && K == N ? M : 0;
-        constexpr bool fromZero = starts.of(F) == Start::zero;
-        const T start = fromZero || order < 3 || order > 6 ? plusZero<T> : noStart<T>;
+        constexpr bool fromZero = starts.of(F) == Start::zero, array = decltype(dst)::isArray;
+        constexpr bool fillsPack = n * sizeof(T) == 32; // such rows need no joining with others
+        constexpr bool mayBeTall = F == S && A::isArray && !B::isArray && !isTransposed<A> && !fillsPack;
+        constexpr bool asStored = !isTransposed<A> && !isTransposed<B>;
 
-        if constexpr (contiguousRows(F))
-            withOrder(order, [&](auto n) {
-                constexpr bool fills = n * sizeof(T) == 32; // a row as long as a pack needs no joining with others
-                if constexpr (n > 0 && !fills && F == S && A::isArray && !B::isArray && !isTransposed<A>)
-                    if (isPacked(a, n, n) && isPacked(dst, n, n)) {
-                        const auto single = load<n, n>(b, Objects<T>{0});
-                        return tallProduct<fromZero, 0, n>(a.p, single, dst.p, std::int64_t(n) * count);
-                    }
-                if constexpr (n == 3) productByPacks<fromZero, T, n>(a, b, dst, count);
-                else if constexpr (n > 0) productByRows<fromZero, T, n>(a, b, dst, count);
-                else {
-                    if constexpr (F == S && A::isArray && !B::isArray)
-                        if (isPacked(a, M, K) && isPacked(dst, M, N)) { // one tall matrix
-                            constexpr std::int64_t e = sizeof(T);
-                            product<!isTransposed<B>>(start, Grid<const T>{a.p, K * e, e}, seen(b, 0, w2),
-                                                      Grid<T>{dst.p, N * e, e}, std::int64_t(M) * count, N, K);
-                            return;
-                        }
-                    withOrder(isTransposed<B> ? 0 : N, [&](auto columns) {
-                        if constexpr (columns > 0 && !isTransposed<B>) {
-                            const int atOnce = F == S ? int(count) : 1;
-                            for (int k = 0; k < count; k += atOnce)
-                                narrowProducts<columns>(start, equidistant<const T>(a, k, w1),
-                                                        equidistant<const T>(b, k, w2), equidistant<T>(dst, k, N), atOnce, M,
-                                                        K);
-                        } else
-                            for (int k = 0; k < count; ++k)
-                                product<!isTransposed<B>>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
-                    });
-                }
-            });
+        if constexpr (mayBeTall)
+            if (isPacked(a, n, n) && isPacked(dst, n, n))
+                return tallProducts<n>(a.p, load<n, n>(b, Objects<T>{0}), dst.p, std::int64_t(n) * count);
+        if constexpr (F == S && !array) productOfOne<T, n>(a, b, dst);
+        else if constexpr (F == S && n == 3 && asStored) productsByPacks<T, n>(a, b, dst, count);
+        else if constexpr (contiguousRows(F) && n > 3)
+            productsByRows<fromZero, n, T>(objectsOrBlock<n>(a), objectsOrBlock<n>(b), rowsAtOf(dst), count);
         else {
-            if constexpr (D::isArray && !inL(F))
-                if (isSideBySide(a) && isSideBySide(b) && isSideBySide(dst)) {
-                    sideBySide<T>(0, count, [&]<class V>(V, std::int64_t at) {
-                        const auto x = along(seen(a, 0, w1), A::isArray ? at : 0),
-                                   y = along(seen(b, 0, w2), B::isArray ? at : 0);
-                        const auto z = along(seen(dst, 0, N), at);
-                        withOrder(order, [&](auto n) {
-                            if constexpr (n > 0 && sizeof(V) == widest)
-                                productOfLanes<n, V, A::isArray, B::isArray>(x, y, z);
-                            else productOfLanes<V, A::isArray, B::isArray>(start, x, y, z, M, N, K);
-                        });
-                    });
-                    return keslStatusOk;
-                }
-            for (int k = 0; k < count; ++k)
-                if (order >= 3 && order <= 6)
-                    productAfterReading<T>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), order);
-                else product<false>(start, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
+            constexpr T start = fromZero ? plusZero<T> : noStart<T>;
+            if constexpr (!contiguousRows(F) && !inL(F) && array && n > 4) // more than there are registers for
+                if (isSideBySide(a) && isSideBySide(b) && isSideBySide(dst))
+                    return productsSideBySide<T, n>(start, a, n, b, n, dst, n, n, n, count);
+            productsAnywhere<n>(start, factor(a, n, n), factor(b, n, n), {dst, n, n}, count);
         }
+    }
+
+    // Other sizes: sums begin at zero.
+    template <class T, Form F>
+    [[gnu::always_inline]] static void rectangles(auto a, int w1, auto b, int w2, auto dst, int M, int K, int N, auto count)
+    {
+        using A = decltype(a);
+        using B = decltype(b);
+        constexpr bool array = decltype(dst)::isArray, rows = contiguousRows(F) && !isTransposed<B>;
+        constexpr std::int64_t e = sizeof(T);
+
+        if constexpr (F == S && A::isArray && !B::isArray)
+            if (isPacked(a, M, K) && isPacked(dst, M, N)) // one tall matrix
+                return product<rows>(plusZero<T>, Grid<const T>{a.p, K * e, e}, seen(b, 0, w2), Grid<T>{dst.p, N * e, e},
+                                     std::int64_t(M) * count, N, K);
+        if constexpr (rows)
+            if (N >= 3 && N <= 6)
+                return withOrder(N, [&](auto columns) {
+                    if constexpr (columns > 0)
+                        narrowProducts<columns>(plusZero<T>, anywhere(a, M, K), anywhere(b, K, N), anywhere(dst, M, N),
+                                                count, M, K);
+                });
+        if constexpr (!contiguousRows(F) && !inL(F) && array)
+            if (isSideBySide(a) && isSideBySide(b) && isSideBySide(dst))
+                return productsSideBySide<T, 0>(plusZero<T>, a, w1, b, w2, dst, M, K, N, count);
+        for (int k = 0; k < count; ++k) product<rows>(plusZero<T>, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
+    }
+
+    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
+    kernel(auto a, int w1, int h1, auto b, int w2, int h2, auto dst, Count count = {})
+    {
+        constexpr bool aTransposed = isTransposed<decltype(a)>, bTransposed = isTransposed<decltype(b)>;
+        const int M = aTransposed ? w1 : h1, K = aTransposed ? h1 : w1, N = bTransposed ? h2 : w2;
+        withOrder(M == K && K == N ? M : 0, [&](auto n) KESL_INLINE {
+            if constexpr (n > 0) square<T, F, n>(a, b, dst, count);
+            else rectangles<T, F>(a, w1, b, w2, dst, M, K, N, count);
+        });
         return keslStatusOk;
     }
 };

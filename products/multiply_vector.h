@@ -11,74 +11,81 @@ namespace kesl {
 struct MatrixTimesVector {
     static constexpr Threshold threshold = setB;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto a, int width, int height, auto x, int, auto dst, Count count = {})
+    // Square matrices of order n.
+    template <class T, Form F, int n> [[gnu::always_inline]] static void square(auto a, auto x, auto dst, auto count)
     {
         using A = decltype(a);
         using X = decltype(x);
-        using D = decltype(dst);
-        const int M = isTransposed<A> ? width : height, K = isTransposed<A> ? height : width;
-        const int order = M == K ? M : 0;
-        constexpr bool fromZero = F == L;
-        const T start = fromZero || order < 3 || order > 6 ? plusZero<T> : noStart<T>;
-        bool done = false;
+        constexpr bool array = decltype(dst)::isArray, asStored = !isTransposed<A>, fromZero = F == L;
+        constexpr bool matrices = A::isArray && asStored;
+        constexpr T start = fromZero ? plusZero<T> : noStart<T>;
 
-        if constexpr (contiguousRows(F))
-            done = withOrder(order, [&](auto n) {
-                if constexpr (n == 0) return false;
-                else {
-                    if constexpr (F == S && !A::isArray && X::isArray && asRows<n, T>)
-                        if (isRunOf(x, n) && isRunOf(dst, n)) {
-                            const auto single = load<n, n>(a, Objects<T>{0});
-                            tallProduct<fromZero, 0, n>(x.p, Flipped<Block<T, n, n>>{single}, dst.p, count);
-                            return true;
-                        }
-                    if constexpr (n > 4 && sizeof(T) == 8 && A::isArray && !isTransposed<A>) {
-                        for (int k = 0; k < count; ++k)
-                            timesByPairs<fromZero, n>(a.object(k, n, n), x.address(X::isArray ? k : 0), dst.address(k));
-                        return true;
-                    }
-                    int begin = 0;
-                    if constexpr (n == 4 && F == S && A::isArray && X::isArray && !isTransposed<A> && widest == 64)
-                        if (isRecord(a, n, n) && isRunOf(dst, n)) begin = fourObjects<fromZero, T>(a, x, dst, count);
-                    withRuns<n>(
-                        [&](auto from, auto to) {
-                            const auto rest = [&]<class V>(Objects<V> k) KESL_INLINE {
-                                k.first += begin;
-                                store(to, k, timesVector<fromZero, 0>(load<n, n>(a, k), load<1, n>(from, k)));
-                                return KeslStatus(keslStatusOk);
-                            };
-                            if constexpr (D::isArray) eachPack<T>(count - begin, rest);
-                            else eachPack<T>(count, rest);
-                        },
-                        x, dst);
-                    return true;
-                }
-            });
-        else if constexpr (D::isArray && !inL(F))
+        if constexpr (F == S && !array)
+            return store(dst, Objects<T>{0}, timesVector<0>(load<n, n>(a, Objects<T>{0}), load<1, n>(x, Objects<T>{0})));
+        if constexpr (F == S && !A::isArray && array && asRows<n, T>)
+            if (isRunOf(x, n) && isRunOf(dst, n)) {
+                const auto single = load<n, n>(a, Objects<T>{0});
+                Block<T, n, n> flipped;
+                eachElement<n, n>([&](int i, int j) { flipped(i, j) = single(j, i); });
+                return tallProducts<n>(x.p, flipped, dst.p, count);
+            }
+        if constexpr (contiguousRows(F) && matrices && n > 4 && sizeof(T) == 8)
+            for (int k = 0; k < count; ++k)
+                timesByPairs<fromZero, n>(a.object(k, n, n), x.address(X::isArray ? k : 0), dst.address(k));
+        else if constexpr (contiguousRows(F) && array && (asStored || !A::isArray)) {
+            int done = 0;
+            if constexpr (n == 4 && F == S && matrices && X::isArray && widest == 64)
+                if (isRecord(a, n, n) && isRunOf(dst, n)) done = fourObjects<fromZero, T>(a, x, dst, count);
+            const auto rest = [done](const auto& o) { return o.slice(done, 0, nullptr); };
+            timesVectors<fromZero, n>(rest(a), rest(x), rest(dst), count - done);
+        } else if constexpr (!array || A::isArray)
+            vectorProductsAnywhere<n>(start, factor(a, n, n), factor(x, 1, n), {dst, 1, n}, count);
+        else vectorsByOneAnywhere<n>(start, factor(a, n, n), {x, 1, n}, {dst, 1, n}, count);
+    }
+
+    // Other sizes: sums begin at zero.
+    template <class T, Form F>
+    [[gnu::always_inline]] static void rectangles(auto a, int width, auto x, auto dst, int M, int K, auto count)
+    {
+        using A = decltype(a);
+        using X = decltype(x);
+        constexpr bool array = decltype(dst)::isArray;
+        constexpr int most = 16;
+
+        if constexpr (!contiguousRows(F) && !inL(F) && array)
             if (isSideBySide(a) && isSideBySide(x) && isSideBySide(dst)) {
-                sideBySide<T>(0, count, [&]<class V>(V, std::int64_t at) {
-                    const auto p = along(seen(a, 0, width), A::isArray ? at : 0),
-                               q = along(seen(x, 0, 0), X::isArray ? at : 0);
-                    productOfLanes<V, A::isArray, X::isArray>(start, p, q, along(seen(dst, 0, 0), at), M, 1, K);
+                eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                    const auto p = seen(a, k.first, width), q = seen(x, k.first, 0);
+                    const auto to = seen(dst, k.first, 0);
+                    if constexpr (lanes<V> == 1) product<false>(plusZero<T>, p, q, to, M, 1, K);
+                    else productOfLanes<V, A::isArray, X::isArray>(plusZero<T>, p, q, to, M, 1, K);
                 });
-                done = true;
+                return;
             }
         // Many vectors by one matrix are the rows of a tall one, if a row of dst is contiguous.
-        constexpr int most = 16;
         if constexpr (F == S && !A::isArray && X::isArray)
-            if (!done && M <= most && K <= most) {
+            if (M <= most && K <= most) {
                 T kept[most * most];
                 const auto from = seen(a, 0, width);
                 for (int k = 0; k < K; ++k)
                     for (int i = 0; i < M; ++i) kept[k * M + i] = from(i, k);
                 constexpr std::int64_t e = sizeof(T);
-                product<true>(start, Grid<const T>{x.p, x.stride0, e}, Grid<const T>{kept, M * e, e},
-                              Grid<T>{dst.p, dst.stride0, e}, count, M, K);
-                done = true;
+                return product<true>(plusZero<T>, Grid<const T>{x.p, x.stride0, e}, Grid<const T>{kept, M * e, e},
+                                     Grid<T>{dst.p, dst.stride0, e}, count, M, K);
             }
-        for (int k = 0; k < count && !done; ++k)
-            product<false>(start, seen(a, k, width), seen(x, k, 0), seen(dst, k, 0), M, 1, K);
+        for (int k = 0; k < count; ++k)
+            product<false>(plusZero<T>, seen(a, k, width), seen(x, k, 0), seen(dst, k, 0), M, 1, K);
+    }
+
+    template <class T, Form F, class Count = One>
+    [[gnu::always_inline]] static KeslStatus kernel(auto a, int width, int height, auto x, int, auto dst, Count count = {})
+    {
+        constexpr bool transposed = isTransposed<decltype(a)>;
+        const int M = transposed ? width : height, K = transposed ? height : width;
+        withOrder(M == K ? M : 0, [&](auto n) KESL_INLINE {
+            if constexpr (n > 0) square<T, F, n>(a, x, dst, count);
+            else rectangles<T, F>(a, width, x, dst, M, K, count);
+        });
         return keslStatusOk;
     }
 };

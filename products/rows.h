@@ -71,7 +71,10 @@ template <class T, int n> struct Row {
 // The order in which the n terms of a sum are added: the last `ahead` of them, downward, and then the others, upward.
 constexpr int term(int k, int n, int ahead) { return k < ahead ? n - 1 - k : k - ahead; }
 
-// How a sum begins: with its first product, or at zero.
+// How a sum begins: with its first product, or at zero. One that starts at +0 ends as +0 where all its products are -0; one
+// that starts at -0 is the sum without a start, to the last bit.
+template <class T> constexpr T plusZero = T(0);
+template <class T> constexpr T noStart = -T(0);
 template <bool fromZero, class V> [[gnu::always_inline]] inline V begun(V product)
 {
     if constexpr (fromZero) return V{} + product;

@@ -1,31 +1,26 @@
 // Square matrices of order 3 to 6 times vectors: by packs of objects, four objects at a time, one by one; and many vectors
 // by one matrix as rows of a tall one.
 #pragma once
-#include "products/rows.h"
+#include "products/factors.h"
+#include "products/records.h"
 #include "products/tiles.h"
 
 namespace kesl {
 
-// ---- Orders 3 to 6, by packs of objects.
-
-template <bool fromZero, int ahead, int n, class V>
-[[gnu::always_inline]] inline Block<V, 1, n> timesVector(const Block<V, n, n>& a, const Block<V, 1, n>& x)
+// ---- By packs of objects.
+template <bool fromZero, int n, class D> KESL_ONCE void timesVectors(auto a, auto x, D dst, int count)
 {
-    Block<V, 1, n> y;
-#pragma GCC unroll 8
-    for (int i = 0; i < n; ++i) {
-        y(0, i) = begun<fromZero>(a(i, term(0, n, ahead)) * x(0, term(0, n, ahead)));
-#pragma GCC unroll 8
-        for (int k = 1; k < n; ++k) y(0, i) = y(0, i) + a(i, term(k, n, ahead)) * x(0, term(k, n, ahead));
-    }
-    return y;
-}
-
-template <int n, class V> [[gnu::always_inline]] inline Block<V, 1, n> plus(Block<V, 1, n> x, const Block<V, 1, n>& y)
-{
-#pragma GCC unroll 8
-    for (int i = 0; i < n; ++i) x(0, i) = x(0, i) + y(0, i);
-    return x;
+    using T = typename D::Element;
+    withRuns<n>(
+        [&](auto from, auto to) {
+            eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                const auto matrix = load<n, n>(a, k);
+                const auto vector = load<1, n>(from, k);
+                if constexpr (fromZero) store(to, k, timesVector<0>(matrix, vector, plusZero<T>));
+                else store(to, k, timesVector<0>(matrix, vector));
+            });
+        },
+        x, dst);
 }
 
 // Order 4, four objects at a time, for packs of two rows or of four: the products of their elements are brought into the
@@ -111,7 +106,6 @@ template <bool fromZero, int n, class T> [[gnu::always_inline]] inline void time
 #pragma GCC unroll 6
     for (int i = 0; i < n; ++i) dst[i] = y[i];
 }
-
 // The matrix as the right factor of vectors that are rows.
 template <class A> struct Flipped {
     const A& a;

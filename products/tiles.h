@@ -1,13 +1,9 @@
 // Products of matrices of any size, by tiles of accumulators: dst(i, j) = start + a(i, 0) * b(0, j) + a(i, 1) * b(1, j)
-// ... in ascending order. A sum that starts at +0 ends as +0 where all its products are -0; one that starts at -0 is
-// the sum without a start, to the last bit.
+// ... in ascending order.
 #pragma once
 #include "products/rows.h"
 
 namespace kesl {
-
-template <class T> constexpr T plusZero = T(0);
-template <class T> constexpr T noStart = -T(0);
 
 // ---- An object as it is read, whether it is transposed or not: one type for strides, one for pointers of elements.
 template <class T> struct ListedElements {
@@ -98,52 +94,37 @@ template <int R, int n, class T>
 }
 
 // One product. `packs`: the rows of b and of dst are contiguous runs.
-template <bool packs, class T, class A, class B, class Destination>
-[[gnu::noinline]] void product(T start, A a, B b, Destination dst, std::int64_t M, int N, int K)
+template <bool packs, class T, template <class> class View>
+[[gnu::noinline]] void product(T start, View<const T> a, View<const T> b, View<T> dst, std::int64_t M, int N, int K)
 {
     byFours(M, [&](auto r, std::int64_t i) {
         columns<r, packs ? widest : int(sizeof(T)), packs>(start, a, b, dst, i, 0, N, K);
     });
 }
 
-// `count` of them, with n columns: objects first, first + stride0 bytes, ...; 0 for a single operand.
-template <class T> struct Equidistant {
-    Grid<T> first;
-    std::int64_t stride0;
-    Grid<T> operator()(int k) const { return along(first, k * stride0); }
-};
-template <class T> Equidistant<T> equidistant(const auto& o, int k, int width)
+// `count` of them, with n columns.
+template <int n, class T> [[gnu::noinline]] void narrowProducts(T start, const Anywhere<const T>& a,
+                                                                const Anywhere<const T>& b, const Anywhere<T>& dst,
+                                                                int count, std::int64_t M, int K)
 {
-    if constexpr (o.form == S && o.isArray) return {seen(o, k, width), o.stride0};
-    else return {seen(o, k, width), 0};
-}
-template <int n, class T> [[gnu::noinline]] void narrowProducts(T start, Equidistant<const T> a, Equidistant<const T> b,
-                                                                Equidistant<T> dst, int count, std::int64_t M, int K)
-{
-    for (int k = 0; k < count; ++k)
-        byFours(M, [&](auto r, std::int64_t i) KESL_INLINE { fewColumns<r, n>(start, a(k), b(k), dst(k), i, K); });
-}
-
-// One product of order n up to 6 that reads all of b before it stores anything: dst may lie on it.
-template <class T> void productAfterReading(T start, auto a, auto b, auto dst, int n)
-{
-    T kept[6 * 6];
-    for (int i = 0; i < n; ++i)
-        for (int j = 0; j < n; ++j) kept[i * n + j] = b(i, j);
-    product<false>(start, a, Grid<const T>{kept, n * std::int64_t(sizeof(T)), sizeof(T)}, dst, n, n, n);
+    for (int k = 0; k < count; ++k) {
+        const auto x = gridOf(a, k), y = gridOf(b, k);
+        const auto to = gridOf(dst, k);
+        byFours(M, [&](auto r, std::int64_t i) KESL_INLINE { fewColumns<r, n>(start, x, y, to, i, K); });
+    }
 }
 
 // As many products as V has lanes, of objects that lie side by side.
-template <class V, bool aVaries, bool bVaries, class Source, class Destination>
-[[gnu::noinline]] void productOfLanes(ElementOf<V> start, Source a, Source b, Destination dst, int M, int N, int K)
+template <class V, bool aVaries, bool bVaries, class T, template <class> class View>
+[[gnu::noinline]] void productOfLanes(T start, View<const T> a, View<const T> b, View<T> dst, int M, int N, int K)
 {
     byFours(M, [&](auto r, std::int64_t i) {
         for (int j = 0; j < N; ++j) tile<r, V, aVaries, bVaries>(start, a, b, dst, i, j, K);
     });
 }
+
 // The same for square matrices of order n, a column at a time.
-template <int n, class V, bool aVaries, bool bVaries, class Source, class Destination>
-[[gnu::noinline]] void productOfLanes(Source a, Source b, Destination dst)
+template <int n, class V, bool aVaries, bool bVaries> [[gnu::noinline]] void productOfLanes(auto a, auto b, auto dst)
 {
 #pragma GCC unroll 1
     for (int j = 0; j < n; ++j) {
@@ -160,13 +141,36 @@ template <int n, class V, bool aVaries, bool bVaries, class Source, class Destin
     }
 }
 
-// body(V, bytes) for `count` objects that lie side by side: by the widest packs, then by those of 16 bytes, then one by
-// one.
-template <class T, int bytes = widest> [[gnu::always_inline]] inline void sideBySide(int done, int count, auto body)
-{
-    using V = PackOrElement<T, bytes>;
-    for (; count - done >= lanes<V>; done += lanes<V>) body(V{}, done * std::int64_t(sizeof(T)));
-    if constexpr (bytes > sizeof(T)) sideBySide<T, (bytes > 16 ? 16 : int(sizeof(T)))>(done, count, body);
-}
+// ---- Compiled once (contiguous_32f.cpp, contiguous_64f.cpp).
+// clang-format off
+#ifdef __AVX2__
+#define KESL_FLOAT_PACKS(X, ...) X(__VA_ARGS__, Pack<float>) X(__VA_ARGS__, Four<float>)
+#else
+#define KESL_FLOAT_PACKS(X, ...) X(__VA_ARGS__, Pack<float>)
+#endif
+#ifdef __AVX512F__
+#define KESL_DOUBLE_PACKS(X, ...) X(__VA_ARGS__, Pack<double>) X(__VA_ARGS__, Four<double>)
+#else
+#define KESL_DOUBLE_PACKS(X, ...) X(__VA_ARGS__, Pack<double>)
+#endif
+#define KESL_PRODUCT_FUNCTION(how, packs, T, View) \
+    how template void product<packs, T, View>(T, View<const T>, View<const T>, View<T>, std::int64_t, int, int);
+#define KESL_NARROW_FUNCTION(how, n, T) \
+    how template void narrowProducts<n>(T, const Anywhere<const T>&, const Anywhere<const T>&, const Anywhere<T>&, int, std::int64_t, int);
+#define KESL_LANES_FUNCTION(how, T, a, b, View, V) \
+    how template void productOfLanes<V, a, b>(T, View<const T>, View<const T>, View<T>, int, int, int);
+#define KESL_LANES_FUNCTIONS(how, T, V)                                                                             \
+    KESL_LANES_FUNCTION(how, T, true, true, Grid, V)  KESL_LANES_FUNCTION(how, T, true, true, ListedElements, V)      \
+    KESL_LANES_FUNCTION(how, T, true, false, Grid, V) KESL_LANES_FUNCTION(how, T, true, false, ListedElements, V)     \
+    KESL_LANES_FUNCTION(how, T, false, true, Grid, V) KESL_LANES_FUNCTION(how, T, false, true, ListedElements, V)
+#define KESL_TILE_FUNCTIONS(how, T, PACKS)                                                                          \
+    KESL_PRODUCT_FUNCTION(how, true, T, Grid) KESL_PRODUCT_FUNCTION(how, false, T, Grid)                              \
+    KESL_PRODUCT_FUNCTION(how, false, T, ListedElements)                                                              \
+    KESL_NARROW_FUNCTION(how, 3, T) KESL_NARROW_FUNCTION(how, 4, T)                                                   \
+    KESL_NARROW_FUNCTION(how, 5, T) KESL_NARROW_FUNCTION(how, 6, T)                                                   \
+    PACKS(KESL_LANES_FUNCTIONS, how, T)
+KESL_TILE_FUNCTIONS(extern, float, KESL_FLOAT_PACKS)
+KESL_TILE_FUNCTIONS(extern, double, KESL_DOUBLE_PACKS)
+// clang-format on
 
 } // namespace kesl

@@ -11,6 +11,19 @@ namespace kesl {
 struct MatrixTimesVector {
     static constexpr Threshold threshold = setB;
 
+    // Structures of arrays, in S2 and P.
+    template <class T>
+    [[gnu::always_inline]] static void timesSideBySide(T start, auto a, int width, auto x, auto dst, int M, int K, int count)
+    {
+        constexpr bool matrices = decltype(a)::isArray, vectors = decltype(x)::isArray;
+        eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+            const auto p = seen(a, k.first, width), q = seen(x, k.first, 0);
+            const auto to = seen(dst, k.first, 0);
+            if constexpr (lanes<V> == 1) product<false>(start, p, q, to, M, 1, K);
+            else productOfLanes<V, matrices, vectors>(start, p, q, to, M, 1, K);
+        });
+    }
+
     // Square matrices of order n.
     template <class T, Form F, int n> [[gnu::always_inline]] static void square(auto a, auto x, auto dst, auto count)
     {
@@ -38,9 +51,12 @@ struct MatrixTimesVector {
                 if (isRecord(a, n, n) && isRunOf(dst, n)) done = fourObjects<fromZero, T>(a, x, dst, count);
             const auto rest = [done](const auto& o) { return o.slice(done, 0, nullptr); };
             timesVectors<fromZero, n>(rest(a), rest(x), rest(dst), count - done);
-        } else if constexpr (!array || A::isArray)
+        } else if constexpr (!array || A::isArray) {
+            if constexpr (!contiguousRows(F) && !inL(F) && array && n > 4) // more than there are registers for
+                if (isSideBySide(a) && isSideBySide(x) && isSideBySide(dst))
+                    return timesSideBySide<T>(start, a, n, x, dst, n, n, count);
             vectorProductsAnywhere<n>(start, factor(a, n, n), factor(x, 1, n), {dst, 1, n}, count);
-        else vectorsByOneAnywhere<n>(start, factor(a, n, n), {x, 1, n}, {dst, 1, n}, count);
+        } else vectorsByOneAnywhere<n>(start, factor(a, n, n), {x, 1, n}, {dst, 1, n}, count);
     }
 
     // Other sizes: sums begin at zero.
@@ -53,15 +69,8 @@ struct MatrixTimesVector {
         constexpr int most = 16;
 
         if constexpr (!contiguousRows(F) && !inL(F) && array)
-            if (isSideBySide(a) && isSideBySide(x) && isSideBySide(dst)) {
-                eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-                    const auto p = seen(a, k.first, width), q = seen(x, k.first, 0);
-                    const auto to = seen(dst, k.first, 0);
-                    if constexpr (lanes<V> == 1) product<false>(plusZero<T>, p, q, to, M, 1, K);
-                    else productOfLanes<V, A::isArray, X::isArray>(plusZero<T>, p, q, to, M, 1, K);
-                });
-                return;
-            }
+            if (isSideBySide(a) && isSideBySide(x) && isSideBySide(dst))
+                return timesSideBySide<T>(plusZero<T>, a, width, x, dst, M, K, count);
         // Many vectors by one matrix are the rows of a tall one, if a row of dst is contiguous.
         if constexpr (F == S && !A::isArray && X::isArray)
             if (M <= most && K <= most) {

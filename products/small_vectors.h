@@ -14,8 +14,8 @@ template <bool fromZero, int n, class D> KESL_ONCE void timesVectors(auto a, aut
     withRuns<n>(
         [&](auto from, auto to) {
             eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                const auto vector = load<1, n>(from, k); // first: the matrix needs most of the registers
                 const auto matrix = load<n, n>(a, k);
-                const auto vector = load<1, n>(from, k);
                 if constexpr (fromZero) store(to, k, timesVector<0>(matrix, vector, plusZero<T>));
                 else store(to, k, timesVector<0>(matrix, vector));
             });

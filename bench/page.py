@@ -128,7 +128,7 @@ def number(x):
 
 
 def main(folder, docs, ratios):
-    parts = {part: load(folder, part) for part in ("best-32f", "best-64f", "plain", "layouts", "one", "stream")}
+    parts = {part: load(folder, part) for part in ("best-32f", "best-64f", "plain", "layouts", "one", "stream-32f", "stream-64f")}
     if Path(folder, "v3.json").exists():
         parts["v3"] = load(folder, "v3")
     best = {**by_name(parts["best-32f"]), **by_name(parts["best-64f"])}
@@ -188,7 +188,7 @@ its goal: 1 at orders 3 to 6, 3 at other orders to 16, in all that factors or it
                                  (one.get(f"{f}/{kind}/{n}/packed/one/1t") for kind, n in cells)] for f in FUNCTIONS])
 
     text += "\n## From memory\n\n128 MiB of packed objects, one thread: GB/s read and written, and the share of a flat add's speed.\n\n"
-    stream = by_name(parts["stream"])
+    stream = {**by_name(parts["stream-32f"]), **by_name(parts["stream-64f"])}
     cells = [(kind, n) for kind in TYPES for n in (3, 6, 16)]
     text += table(["function"] + [f"{TYPES[kind]} {n}" for kind, n in cells],
                   [[f"`{f}`"] + [f"{row['bytes'] / row['ns']['kesl']:.0f} {row['flat_add'] / row['ns']['kesl']:.2f}" if row else "–"

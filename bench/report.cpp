@@ -161,14 +161,16 @@ void tables(const std::vector<Result>& results)
 {
     const auto ratio = [](const Result& r) {
         const auto goal = std::isnan(r.goal) ? std::string("(-)") : format("(%.2f)", r.goal);
-        const auto share = std::isnan(r.share()) ? std::string() : format("%.2f", r.share());
-        return format("%.2f %6s%c %4s", r.ratio(), goal.c_str(), r.missed ? '*' : ' ', share.c_str());
+        const auto share = std::isnan(r.share()) ? std::string() : format(" %.2f", r.share());
+        return format("%.2f %6s%c", r.ratio(), goal.c_str(), r.missed ? '*' : ' ') + share;
     };
-    table(results, Size::cache, 1, 18,
+    const bool hasShares =
+        std::any_of(results.begin(), results.end(), [](const Result& r) { return !std::isnan(r.share()); });
+    table(results, Size::cache, 1, hasShares ? 18 : 13,
           "1,000 objects in cache, one thread: best alternative / library (goal), * under its goal; share of the limit, by "
           "order",
           ratio);
-    table(results, Size::many, 2, 25,
+    table(results, Size::many, 2, 20,
           "20,000 objects, two threads: best alternative / library (goal), and the gain from the second thread, by order",
           [&](const Result& r) { return format("%s x%.1f", ratio(r).c_str(), r.single / r.ns[0]); });
     for (const int threads : {1, 2})

@@ -35,7 +35,7 @@ Prepared prepare(const Function& f, int order, int bytes, Layout layout, Size si
     row.contenders.back().threadsItself = true;
     for (const Alternative& other : alternatives()) {
         if (other.function != f.name || other.bytes != bytes || (other.order != 0 && other.order != order)) continue;
-        if ((other.suits && !other.suits(*problem)) || (other.isSlow && size == Size::stream)) continue;
+        if ((other.isSlow && size == Size::stream) || (other.suits && !other.suits(*problem))) continue;
         row.contenders.push_back(contenderOf(other.name, size, [=, run = other.run](Range range) { run(*problem, range); }));
         row.contenders.back().aside = other.isAside;
     }

@@ -45,7 +45,7 @@ template <auto function, class List> bool suits(const Problem& p)
 
 template <auto function, class List> bool add(const char* name, List)
 {
-    alternatives().push_back({name, "keslmx", sizeof(Element), run<function, List>, 0, suits<function, List>, true, false});
+    alternatives().push_back({name, "keslmx", sizeof(Element), run<function, List>, 0, suits<function, List>, true, true});
     return true;
 }
 #define KESLMX(name) chosen(kesl##name##_32f, kesl##name##_64f)

@@ -46,8 +46,8 @@ inline KeslStatus share(Kernel kernel, General general, const Args&... args)
     const auto run = [](const void* context, int start, int objects, int thread) {
         return (*static_cast<decltype(slice)*>(context))(start, objects, thread);
     };
-    const KeslStatus merged = shareOut(
-        count, threads, requires { Member::canFail; }, run, &slice);
+    constexpr bool canFail = requires { Member::canFail; };
+    const KeslStatus merged = shareOut(count, together ? threads : 1, canFail, run, &slice);
     if constexpr (hasScratch) omp_free(scratch, omp_default_mem_alloc);
     return merged;
 }

@@ -29,8 +29,8 @@
  * not overlap another operand, nor its own objects each other. That is not tested.
  *
  * UNITS. There are no thresholds: a matrix times 2^k gives the results times a power of two, to the bit, as long as nothing
- * over- or underflows; the factor of Cholesky for even k, since 2^k must have a root. Subnormal and huge matrices are
- * ordinary.
+ * over- or underflows; the factor of Cholesky for even k, since 2^k must have a root. Subnormal and huge matrices are ordinary,
+ * but subnormal elements may count as 0 beside huge ones: by a factor of 2^200 in 32f, 2^1500 in 64f.
  *
  * BITS. Every processor, level, layout, count and number of threads gives the same bits, but for the kind of a NaN.
  *
@@ -127,7 +127,7 @@ ptrdiff_t kesl_trace_64f(ptrdiff_t n, ptrdiff_t count,
 
 /* --------------------------------------------------------------------------------------- Linear systems: orders up to 32 */
 
-/* x = the determinant, (n,n) -> (). Over- or underflows only if the determinant itself does.
+/* x = the determinant, (n,n) -> (). Over- or underflows only if the determinant itself does, within the ranges of UNITS.
  *
  * Method   elimination with partial pivoting (Golub & Van Loan, Matrix Computations, 3.4), the product of the pivots with its
  *          exponent apart; up to order 5 products where they are as accurate. A singular matrix is no failure.

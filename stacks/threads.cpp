@@ -19,11 +19,12 @@ std::ptrdiff_t sumOfChunks(std::ptrdiff_t chunks, std::ptrdiff_t (*chunk)(const 
         for (std::ptrdiff_t i; (i = next.fetch_add(1, std::memory_order_relaxed)) < chunks;) own += chunk(context, i);
         sum.fetch_add(own, std::memory_order_relaxed);
     };
-    // oneTBB would ignore what exceeds its own limit, and write a warning to the program's standard error output.
-    const auto most = std::ptrdiff_t(tbb::global_control::active_value(tbb::global_control::max_allowed_parallelism));
-    const int threads = int(std::min({std::ptrdiff_t(ownGetNumThreads()), most, chunks}));
+    const int threads = int(std::min<std::ptrdiff_t>(ownGetNumThreads(), chunks));
     if (threads > 1) try {
-            tbb::task_arena(threads).execute([&] { tbb::parallel_for(0, threads, [&](int) { work(); }); });
+            // oneTBB would ignore what exceeds its own limit, and write a warning to the program's standard error output.
+            const auto most = tbb::global_control::active_value(tbb::global_control::max_allowed_parallelism);
+            const int team = int(std::min(std::size_t(threads), most));
+            tbb::task_arena(team).execute([&] { tbb::parallel_for(0, team, [&](int) { work(); }); });
         } catch (...) { // no memory or no threads: this one does what is left
         }
     work();

@@ -1,5 +1,7 @@
-#include "products/rows.h"
+#include "products/tiles.h"
 #include "stacks/names.h"
+
+#include <climits>
 
 namespace kesl::stacks {
 namespace {
@@ -25,6 +27,12 @@ template <int n, class T>
     for (int i = 0; i < n; ++i) rows[i] = Row<T, n>::from(b.row(i));
 #pragma GCC unroll 8
     for (int i = 0; i < n; ++i) rowTimes<false, 0>(a, i, rows).to(c.row(i));
+}
+
+// Of any size, where c is neither a nor b.
+template <class T> [[gnu::noinline]] void multiplyByRows(Grid<const T> a, Grid<const T> b, Grid<T> c, int m, int k, int n)
+{
+    byFours(m, [&](auto height, std::int64_t i) { kesl::columns<height, widest, true>(noStart<T>, a, b, c, i, 0, n, k); });
 }
 
 struct Matmul {
@@ -64,9 +72,27 @@ struct Matmul {
         c.store(objects, x);
     }
 
-    // Any sizes, block by block of c. Whole tiles if they are large enough, so that c may be a or b.
+    // Any sizes. Long contiguous rows of b and c, or columns of a and c, go object by object.
     template <class V> static void pack(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n, const auto& a,
                                         const auto& b, const auto& c)
+    {
+        constexpr std::ptrdiff_t isLong = 7;
+        const bool isInPlace = c.isAt(a) || c.isAt(b);
+        if (isInPlace || k == 0 || std::max({m, k, n}) > INT_MAX) return packByBlocks<V>(objects, m, k, n, a, b, c);
+        if (n >= isLong && b.hasRows() && c.hasRows())
+            for (int l = 0; l < objects.count; ++l)
+                multiplyByRows(a.grid(objects, l), b.grid(objects, l), c.grid(objects, l), int(m), int(k), int(n));
+        else if (m >= isLong && a.hasColumns() && c.hasColumns()) // c^T = b^T a^T
+            for (int l = 0; l < objects.count; ++l)
+                multiplyByRows(b.transpose(objects, l), a.transpose(objects, l), c.transpose(objects, l), int(n), int(k),
+                               int(m));
+        else packByBlocks<V>(objects, m, k, n, a, b, c);
+    }
+
+private:
+    // Block by block of c. Whole tiles if they are large enough, so that c may be a or b.
+    template <class V> static void packByBlocks(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n,
+                                                const auto& a, const auto& b, const auto& c)
     {
         const std::ptrdiff_t block = std::max({m, k, n}) <= largestSize ? largestSize : 8;
         const auto part = [&](std::ptrdiff_t size, std::ptrdiff_t from, std::ptrdiff_t most) {
@@ -87,7 +113,6 @@ struct Matmul {
             }
     }
 
-private:
     template <class V> static void scaleToZero(Tile<V, int, int>& x)
     {
         for (int i = 0; i < x.n; ++i)

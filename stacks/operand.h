@@ -137,6 +137,10 @@ public:
     bool hasColumns() const { return stride1 == size; }
     auto rows(Objects k) const { return single(moved(p, k.first * stride0), stride0, stride1); }
     auto columns(Objects k) const { return single(moved(p, k.first * stride0), stride0, stride2); }
+    // Object l of a pack, or its transpose, wherever its elements lie.
+    Grid<T> grid(Objects k, int l) const { return {moved(p, (k.first + l) * stride0), stride1, stride2}; }
+    Grid<T> transpose(Objects k, int l) const { return {moved(p, (k.first + l) * stride0), stride2, stride1}; }
+    bool isAt(const auto& other) const { return p == other.p; }
 
 private:
     using Stored = Pack<T, lanes<V>* int(sizeof(T))>;

@@ -79,11 +79,12 @@ template <Starts starts> struct ProductOfMatrices {
         constexpr bool mayBeTall = F == S && A::isArray && !B::isArray && !isTransposed<A> && !fillsPack;
         constexpr bool asStored = !isTransposed<A> && !isTransposed<B>;
 
+        if constexpr (F == S)
+            if (count == 1) return productOfOne<T, n>(a, b, dst);
         if constexpr (mayBeTall)
             if (isPacked(a, n, n) && isPacked(dst, n, n))
                 return tallProducts<n>(a.p, load<n, n>(b, Objects<T>{0}), dst.p, std::int64_t(n) * count);
-        if constexpr (F == S && !array) productOfOne<T, n>(a, b, dst);
-        else if constexpr (F == S && n == 3 && asStored) productsByPacks<T, n>(a, b, dst, count);
+        if constexpr (F == S && n == 3 && array && asStored) productsByPacks<T, n>(a, b, dst, count);
         else if constexpr (contiguousRows(F) && n > 3)
             productsByRows<fromZero, n, T>(objectsOrBlock<n>(a), objectsOrBlock<n>(b), rowsAtOf(dst), count);
         else {

@@ -76,13 +76,13 @@ struct Matmul {
     template <class V> static void pack(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n, const auto& a,
                                         const auto& b, const auto& c)
     {
-        constexpr std::ptrdiff_t isLong = 7;
+        constexpr std::ptrdiff_t longRow = 7;
         const bool isInPlace = c.isAt(a) || c.isAt(b);
         if (isInPlace || k == 0 || std::max({m, k, n}) > INT_MAX) return packByBlocks<V>(objects, m, k, n, a, b, c);
-        if (n >= isLong && b.hasRows() && c.hasRows())
+        if (n >= longRow && b.hasRows() && c.hasRows())
             for (int l = 0; l < objects.count; ++l)
                 multiplyByRows(a.grid(objects, l), b.grid(objects, l), c.grid(objects, l), int(m), int(k), int(n));
-        else if (m >= isLong && a.hasColumns() && c.hasColumns()) // c^T = b^T a^T
+        else if (m >= longRow && a.hasColumns() && c.hasColumns()) // c^T = b^T a^T
             for (int l = 0; l < objects.count; ++l)
                 multiplyByRows(b.transpose(objects, l), a.transpose(objects, l), c.transpose(objects, l), int(n), int(k),
                                int(m));

@@ -1,16 +1,13 @@
 // bench_threads kesl|keslmx: what threads gain in a library, and what they cost on a machine that has other things to do. Prints the
 // rows of a Markdown table. Calls on one thread and on as many as the library takes alternate, so that both meet the same company.
+#include "../../tests/company.h"
 #include "../stacks/problem.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
 #include <keslcorex.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 using namespace bench;
@@ -23,28 +20,6 @@ double secondsOf(auto&& work)
     work();
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
-
-// Processes that compute as long as this object lives.
-class Company {
-    std::vector<pid_t> children;
-
-public:
-    explicit Company(int n)
-    {
-        for (int i = 0; i < n; ++i) {
-            const pid_t child = fork();
-            if (child == 0) {
-                prctl(PR_SET_PDEATHSIG, SIGKILL);
-                for (volatile unsigned x = 0;;) x = x + 1;
-            }
-            if (child > 0) children.push_back(child);
-        }
-    }
-    ~Company()
-    {
-        for (pid_t child : children) kill(child, SIGKILL), waitpid(child, nullptr, 0);
-    }
-};
 
 // A function and its objects: so many as take the library two milliseconds on one thread.
 struct Subject {

@@ -1,9 +1,9 @@
 #include "core/cgroup.h"
 #include "keslcorex.h"
+#include "tests/company.h"
 #include <algorithm>
 #include <atomic>
 #include <climits>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -161,28 +161,6 @@ TEST_F(Threads, BoundThreadsStillUseAllProcessors)
         EXPECT_EQ(freshProcess("OMP_PROC_BIND=" + std::string(bind)), twice(bound)) << bind;
     EXPECT_EQ(freshProcess("OMP_PROC_BIND=false"), twice(bound));
 }
-
-// Processes that compute as long as this object lives.
-class Company {
-    std::vector<pid_t> children;
-
-public:
-    explicit Company(int n)
-    {
-        for (int i = 0; i < n; ++i) {
-            const pid_t child = fork();
-            if (child == 0) {
-                alarm(60); // should the test die
-                for (volatile unsigned x = 0;;) x = x + 1;
-            }
-            if (child > 0) children.push_back(child);
-        }
-    }
-    ~Company()
-    {
-        for (const pid_t child : children) kill(child, SIGKILL), waitpid(child, nullptr, 0);
-    }
-};
 
 TEST_F(Threads, OneWhereOtherWorkTakesAllProcessors)
 {

@@ -20,17 +20,12 @@ template <class T>
 KeslStatus eigenValues(const Array<const T>& src, Table<T> re, Table<T> im, int order, int count, T* buffer);
 
 // ---- The family.
-struct EigenValues {
+struct EigenValues : Iterative {
     static constexpr Threshold threshold = Threshold::everywhere(10001);
     static constexpr bool canFail = true;
 
-    template <class T, Form>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im, Size order, Buffer<T> buffer)
-    {
-        return eigenValues<T>({src, order, order}, re, im, order, 1, buffer);
-    }
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> re, Table<T> im, Size order,
-                                                                             Count count, Buffer<T> buffer)
+                                                                             Buffer<T> buffer, int count)
     {
         return eigenValues<T>({src, order, order}, re, im, order, count, buffer);
     }

@@ -30,34 +30,24 @@ template <GeneralRules rules, class T> KeslStatus eigenVectors(const Array<const
                                                                Table<T> im, int order, int count, T* buffer);
 
 // ---- The families.
-struct GeneralVectors {
+struct GeneralVectors : Iterative {
     static constexpr Threshold threshold = Threshold::everywhere(7001);
     static constexpr bool canFail = true;
 };
 template <GeneralRules rules> struct BothSides : GeneralVectors {
     template <class T, Form> [[gnu::always_inline]] static KeslStatus
-    kernel(auto src, auto right, auto left, Table<T> re, Table<T> im, Size n, int count, Buffer<T> buffer)
+    kernel(auto src, auto right, auto left, Table<T> re, Table<T> im, Size n, Buffer<T> buffer, int count)
     {
         constexpr GeneralRules own = sizeof(T) == 4 ? generalVectors : rules; // floats have the same shifts by both
         return eigenVectors<own, T>({src, n, n}, {Sides::both, {right, n, n}, {left, n, n}}, re, im, n, count, buffer);
     }
-    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto right, auto left, Table<T> re,
-                                                                               Table<T> im, Size n, Buffer<T> buffer)
-    {
-        return kernel<T, F>(src, right, left, re, im, n, 1, buffer);
-    }
 };
 template <Sides side> struct OneSide : GeneralVectors {
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Table<T> re, Table<T> im,
-                                                                             Size n, int count, Buffer<T> buffer)
+                                                                             Size n, Buffer<T> buffer, int count)
     {
         const Array<T> to(dst, n, n);
         return eigenVectors<generalVectors, T>({src, n, n}, {side, to, to}, re, im, n, count, buffer);
-    }
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Table<T> re, Table<T> im, Size n, Buffer<T> buffer)
-    {
-        return kernel<T, F>(src, dst, re, im, n, 1, buffer);
     }
 };
 

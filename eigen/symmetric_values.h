@@ -56,8 +56,8 @@ template <SymRules rules, class T> [[gnu::noinline]] KeslStatus symValuesCommon(
 }
 
 // ---- The family.
-struct EigenValuesSym {
-    static constexpr Threshold threshold = setW;
+struct EigenValuesSym : Iterative {
+    static constexpr Threshold threshold = thresholds::usual;
     static constexpr bool canFail = true;
 
     // Order 2: a determinant up to this is singular. One member is more patient than its type.
@@ -127,7 +127,7 @@ struct EigenValuesSym {
     }
 
     template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, Table<T> dst, Size order, int count = 1)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, Table<T> dst, Size order, int count)
     {
         constexpr bool array = src.isArray;
         return all<array, T>({src, order, order}, buffer, dst, order, count, singularUpTo<T, F, array>);

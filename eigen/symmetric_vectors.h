@@ -116,7 +116,7 @@ template <class V> [[gnu::noinline]] bool symVectorsTile(Tile<V> x, V* values, i
 }
 
 // ---- The family.
-struct EigenValuesVectorsSym {
+struct EigenValuesVectorsSym : Iterative {
     static constexpr Threshold threshold = Threshold::everywhere(1701);
     static constexpr bool canFail = true;
 
@@ -205,7 +205,7 @@ struct EigenValuesVectorsSym {
     }
 
     template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst,
-                                                                               Table<T> dstValues, Size order, int count = 1)
+                                                                               Table<T> dstValues, Size order, int count)
     {
         constexpr bool array = src.isArray;
         return all<array, T>({src, order, order}, buffer, {dst, order, order}, dstValues, order, count, limits<T, F, array>);

@@ -10,10 +10,10 @@ namespace kesl {
 
 // ---- The family.
 template <class Op> struct SumOfMatrices : ElementByElement {
-    static constexpr Threshold threshold = setA;
+    static constexpr Threshold threshold = thresholds::matrixSums;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, int width, int height, Count count = {})
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, int width, int height, auto count)
     {
         map(height, width, count, Op{}, dst, src1, src2);
         return keslStatusOk;

@@ -13,26 +13,21 @@ namespace kesl {
 
 // ---- The family. Each member has its own measure of work.
 template <class Op> struct SumOfVectors : ElementByElement {
-    static constexpr Threshold threshold = setV;
+    static constexpr Threshold threshold = thresholds::vectorSums;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len, Count count = {})
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len, auto count)
     {
         map(One{}, len, count, Op{}, dst, src1, src2);
         return keslStatusOk;
     }
 };
-// With a constant by value, which is the last argument.
+// With a constant by value.
 template <class Op> struct SumWithConstant : ElementByElement {
-    static constexpr Threshold threshold = setV;
+    static constexpr Threshold threshold = thresholds::vectorSums;
 
-    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size len, c<T> val)
-    {
-        map(One{}, len, One{}, Op{}, dst, src, val);
-        return keslStatusOk;
-    }
     template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size len, Count count, c<T> val)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size len, c<T> val, auto count)
     {
         map(One{}, len, count, Op{}, dst, src, val);
         return keslStatusOk;

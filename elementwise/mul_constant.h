@@ -8,31 +8,20 @@
 
 namespace kesl {
 
-// ---- The family. A constant by value is the last argument.
+// ---- The family.
 struct ScaledMatrix : ElementByElement {
     template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size width, Size height, c<T> val)
-    {
-        map(int(height), width, One{}, Times{}, dst, src, val);
-        return keslStatusOk;
-    }
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size width, Size height, Count count, c<T> val)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size width, Size height, c<T> val, auto count)
     {
         map(int(height), width, count, Times{}, dst, src, val);
         return keslStatusOk;
     }
-    static constexpr Threshold threshold = setK;
+    static constexpr Threshold threshold = thresholds::scaledMatrices;
     static unsigned measure(unsigned width, unsigned height, unsigned count) { return 2 * width * height * count; }
 };
 struct ScaledVector : ElementByElement {
-    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size len, c<T> val)
-    {
-        map(One{}, len, One{}, Times{}, dst, src, val);
-        return keslStatusOk;
-    }
     template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size len, Count count, c<T> val)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size len, c<T> val, auto count)
     {
         map(One{}, len, count, Times{}, dst, src, val);
         return keslStatusOk;
@@ -40,7 +29,7 @@ struct ScaledVector : ElementByElement {
 };
 // A constant for each object.
 struct ScaledVectors : ElementByElement {
-    static constexpr Threshold threshold = setB1;
+    static constexpr Threshold threshold = thresholds::scaledVectors;
 
     template <class T, Form F>
     [[gnu::always_inline]] static KeslStatus kernel(auto src, auto val, auto dst, Size len, Count count)
@@ -58,7 +47,7 @@ struct Mul_mac : ScaledMatrix {};
 struct Mul_tac : ScaledMatrix {};
 struct Mul_vc  : ScaledVector {};
 struct Mul_vac : ScaledVector {
-    static constexpr Threshold threshold = setB;
+    static constexpr Threshold threshold = thresholds::products;
     static unsigned measure(unsigned len, unsigned count) { return 2 * len * count; }
 };
 struct Mul_vaca : ScaledVectors {

@@ -8,34 +8,22 @@
 
 namespace kesl {
 
-// ---- The families. The constants are the last arguments.
+// ---- The families.
 struct Saxpy : ElementByElement {
     static constexpr Threshold threshold = Threshold::everywhere(40001);
 
     template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len, c<T> val)
-    {
-        map(One{}, len, One{}, TimesPlus{}, dst, src1, src2, val);
-        return keslStatusOk;
-    }
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len, Count count, c<T> val)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len, c<T> val, auto count)
     {
         map(One{}, len, count, TimesPlus{}, dst, src1, src2, val);
         return keslStatusOk;
     }
 };
 struct LComb : ElementByElement {
-    static constexpr Threshold threshold = setW;
+    static constexpr Threshold threshold = thresholds::usual;
 
-    template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len, c<T> val1, c<T> val2)
-    {
-        map(One{}, len, One{}, Combine{}, dst, src1, src2, val1, val2);
-        return keslStatusOk;
-    }
     template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size len,
-                                                                               Count count, c<T> val1, c<T> val2)
+                                                                               c<T> val1, c<T> val2, auto count)
     {
         map(One{}, len, count, Combine{}, dst, src1, src2, val1, val2);
         return keslStatusOk;

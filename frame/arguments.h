@@ -118,9 +118,10 @@
 // and `form` of its kernels.
 #define KESL_DECLARE(name, T, F, LIST, ...)  extern "C" KeslStatus name(LIST(KESL_decl, F, T, __VA_ARGS__));
 
+#define KESL_DECLARE_KERNEL(op, shape, T, F, form, ...)  KESL_DECLARE(ownkesl##op##_##shape##_##T##form, T, F, __VA_ARGS__)
 #define KESL_KERNEL(op, shape, T, F, form, LIST, ...)                                                               \
     extern "C" KeslStatus ownkesl##op##_##shape##_##T##form(LIST(KESL_decl, F, T, __VA_ARGS__))                       \
-    { return kesl::op##_##shape::kernel<KESL_T_##T, kesl::F>(LIST(KESL_take, F, T, __VA_ARGS__)); }
+    { return kesl::runKernel<kesl::op##_##shape, KESL_T_##T, kesl::F>(LIST(KESL_take, F, T, __VA_ARGS__)); }
 
 #define KESL_EXPORT(op, shape, T, F, layout, kernel, general, wrapper, LIST, ...)                                   \
     extern "C" [[gnu::visibility("default")]]                                                                       \
@@ -145,113 +146,62 @@
     extern "C" KeslStatus ownkesl##op##_##shape##_##T##form##_com(LIST(KESL_decl, F, T, __VA_ARGS__))                 \
     { return kesl::op##_##shape::common<KESL_T_##T>(LIST(KESL_take, F, T, __VA_ARGS__)); }
 
-// Single objects: two exported functions and three kernels for each type, no threads.
-#define KESL_SINGLE(op, shape, LIST, ...)                                                                           \
-    KESL_SINGLE_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                  \
-    KESL_SINGLE_T(op, shape, 64f, LIST, __VA_ARGS__)
-#define KESL_SINGLE_T(op, shape, T, LIST, ...)                                                                      \
-    KESL_KERNEL(op, shape, T, S,      , LIST, __VA_ARGS__)                                                            \
-    KESL_KERNEL(op, shape, T, S2, _S2, LIST, __VA_ARGS__)                                                             \
-    KESL_KERNEL(op, shape, T, P,  _P,  LIST, __VA_ARGS__)                                                             \
-    KESL_EXPORT(op, shape, T, S2,   , ownkesl##op##_##shape##_##T,     ownkesl##op##_##shape##_##T##_S2, kesl::serial, LIST, __VA_ARGS__) \
-    KESL_EXPORT(op, shape, T, P,  _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P,  kesl::serial, LIST, __VA_ARGS__)
+// ---- The layouts, a row each: list and end of the name of the exported function; of its kernel for contiguous rows; of that
+// for any stride2. ONE kernel takes both in P, and in some families everywhere.
+#define KESL_S(M, ...)      M(S2,    ,   S,   ,   S2,  _S2,  __VA_ARGS__)
+#define KESL_L(M, ...)      M(LS2, _L,   L,   _L, LS2, _LS2, __VA_ARGS__)
+#define KESL_P(M, ...)      M(P,   _P,   P,   _P, ONE, _P,   __VA_ARGS__)
+#define KESL_ONE_S(M, ...)  M(S2,    ,   S2,  ,   ONE, ,     __VA_ARGS__)
+#define KESL_ONE_L(M, ...)  M(LS2, _L,   LS2, _L, ONE, _L,   __VA_ARGS__)
 
-// Arrays: three exported functions and five kernels for each type ...
-#define KESL_ARRAY(op, shape, LIST, ...)                                                                            \
-    KESL_ARRAY_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                   \
-    KESL_ARRAY_T(op, shape, 64f, LIST, __VA_ARGS__)
-#define KESL_ARRAY_T(op, shape, T, LIST, ...)                                                                       \
-    KESL_ARRAY_S(op, shape, T, LIST, __VA_ARGS__)                                                                     \
-    KESL_ARRAY_L(op, shape, T, LIST, __VA_ARGS__)                                                                     \
-    KESL_ARRAY_P(op, shape, T, LIST, __VA_ARGS__)
-#define KESL_ARRAY_S(op, shape, T, LIST, ...)                                                                       \
-    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T, T, S2, LIST, __VA_ARGS__)                                           \
-    KESL_KERNEL(op, shape, T, S,      , LIST, __VA_ARGS__)                                                            \
-    KESL_KERNEL(op, shape, T, S2, _S2, LIST, __VA_ARGS__)                                                             \
-    KESL_EXPORT(op, shape, T, S2, , ownkesl##op##_##shape##_##T, ownkesl##op##_##shape##_##T##_S2,                    \
-                ownOMP_kesl##op##_##shape##_##T, LIST, __VA_ARGS__)
-#define KESL_ARRAY_L(op, shape, T, LIST, ...)                                                                       \
-    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T##_L, T, LS2, LIST, __VA_ARGS__)                                      \
-    KESL_KERNEL(op, shape, T, L,   _L,   LIST, __VA_ARGS__)                                                           \
-    KESL_KERNEL(op, shape, T, LS2, _LS2, LIST, __VA_ARGS__)                                                           \
-    KESL_EXPORT(op, shape, T, LS2, _L, ownkesl##op##_##shape##_##T##_L, ownkesl##op##_##shape##_##T##_LS2,            \
-                ownOMP_kesl##op##_##shape##_##T##_L, LIST, __VA_ARGS__)
-#define KESL_ARRAY_P(op, shape, T, LIST, ...)                                                                       \
-    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T##_P, T, P, LIST, __VA_ARGS__)                                        \
-    KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
-    KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P,                \
-                ownOMP_kesl##op##_##shape##_##T##_P, LIST, __VA_ARGS__)
+#define KESL_SP(M, ...)      KESL_S(M, __VA_ARGS__)      KESL_P(M, __VA_ARGS__)
+#define KESL_SLP(M, ...)     KESL_S(M, __VA_ARGS__)      KESL_L(M, __VA_ARGS__)      KESL_P(M, __VA_ARGS__)
+#define KESL_ONE_SP(M, ...)  KESL_ONE_S(M, __VA_ARGS__)  KESL_P(M, __VA_ARGS__)
+#define KESL_ONE_SLP(M, ...) KESL_ONE_S(M, __VA_ARGS__)  KESL_ONE_L(M, __VA_ARGS__)  KESL_P(M, __VA_ARGS__)
 
-// Arrays without threads.
-#define KESL_SERIAL(op, shape, LIST, ...)                                                                           \
-    KESL_SERIAL_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                  \
-    KESL_SERIAL_T(op, shape, 64f, LIST, __VA_ARGS__)
-#define KESL_SERIAL_T(op, shape, T, LIST, ...)                                                                      \
-    KESL_SERIAL_S(op, shape, T, LIST, __VA_ARGS__)                                                                    \
-    KESL_SERIAL_L(op, shape, T, LIST, __VA_ARGS__)                                                                    \
-    KESL_SERIAL_P(op, shape, T, LIST, __VA_ARGS__)
-#define KESL_SERIAL_S(op, shape, T, LIST, ...)                                                                      \
-    KESL_KERNEL(op, shape, T, S,      , LIST, __VA_ARGS__)                                                            \
-    KESL_KERNEL(op, shape, T, S2, _S2, LIST, __VA_ARGS__)                                                             \
-    KESL_EXPORT(op, shape, T, S2, , ownkesl##op##_##shape##_##T, ownkesl##op##_##shape##_##T##_S2, kesl::serial, LIST, __VA_ARGS__)
-#define KESL_SERIAL_L(op, shape, T, LIST, ...)                                                                      \
-    KESL_KERNEL(op, shape, T, L,   _L,   LIST, __VA_ARGS__)                                                           \
-    KESL_KERNEL(op, shape, T, LS2, _LS2, LIST, __VA_ARGS__)                                                           \
-    KESL_EXPORT(op, shape, T, LS2, _L, ownkesl##op##_##shape##_##T##_L, ownkesl##op##_##shape##_##T##_LS2, kesl::serial, LIST, __VA_ARGS__)
-#define KESL_SERIAL_P(op, shape, T, LIST, ...)                                                                      \
-    KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
-    KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, kesl::serial, LIST, __VA_ARGS__)
+// M for the second kernel of a row, if it has one.
+#define KESL_SECOND_S2(M, op, shape, T, end, ...)   M(op, shape, T, S2, end, __VA_ARGS__)
+#define KESL_SECOND_LS2(M, op, shape, T, end, ...)  M(op, shape, T, LS2, end, __VA_ARGS__)
+#define KESL_SECOND_ONE(...)
 
-// ... and, in their threaded module, three wrappers.
-#define KESL_THREADED(op, shape, LIST, ...)                                                                         \
-    KESL_THREADED_T(op, shape, 32f, LIST, __VA_ARGS__)                                                                \
-    KESL_THREADED_T(op, shape, 64f, LIST, __VA_ARGS__)
-#define KESL_THREADED_T(op, shape, T, LIST, ...)                                                                    \
-    KESL_THREADED_S(op, shape, T, LIST, __VA_ARGS__)                                                                  \
-    KESL_THREADED_L(op, shape, T, LIST, __VA_ARGS__)                                                                  \
-    KESL_THREADED_P(op, shape, T, LIST, __VA_ARGS__)
-#define KESL_THREADED_S(op, shape, T, LIST, ...)                                                                    \
-    KESL_DECLARE(ownkesl##op##_##shape##_##T,      T, S,  LIST, __VA_ARGS__)                                          \
-    KESL_DECLARE(ownkesl##op##_##shape##_##T##_S2, T, S2, LIST, __VA_ARGS__)                                          \
-    KESL_WRAPPER(op, shape, T, S2, , ownkesl##op##_##shape##_##T, ownkesl##op##_##shape##_##T##_S2, LIST, __VA_ARGS__)
-#define KESL_THREADED_L(op, shape, T, LIST, ...)                                                                    \
-    KESL_DECLARE(ownkesl##op##_##shape##_##T##_L,   T, L,   LIST, __VA_ARGS__)                                        \
-    KESL_DECLARE(ownkesl##op##_##shape##_##T##_LS2, T, LS2, LIST, __VA_ARGS__)                                        \
-    KESL_WRAPPER(op, shape, T, LS2, _L, ownkesl##op##_##shape##_##T##_L, ownkesl##op##_##shape##_##T##_LS2, LIST, __VA_ARGS__)
-#define KESL_THREADED_P(op, shape, T, LIST, ...)                                                                    \
-    KESL_DECLARE(ownkesl##op##_##shape##_##T##_P, T, P, LIST, __VA_ARGS__)                                            \
-    KESL_WRAPPER(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, LIST, __VA_ARGS__)
+// What is made of a row: an exported function without threads, and its kernels ...
+#define KESL_SERIAL_ROW(F, layout, S, kernel, S2, general, op, shape, T, ...)                                       \
+    KESL_KERNEL(op, shape, T, S, kernel, __VA_ARGS__)                                                               \
+    KESL_SECOND_##S2(KESL_KERNEL, op, shape, T, general, __VA_ARGS__)                                               \
+    KESL_EXPORT(op, shape, T, F, layout, ownkesl##op##_##shape##_##T##kernel, ownkesl##op##_##shape##_##T##general, \
+                kesl::serial, __VA_ARGS__)
+// ... one with threads, and its kernels ...
+#define KESL_ARRAY_ROW(F, layout, S, kernel, S2, general, op, shape, T, ...)                                        \
+    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T##layout, T, F, __VA_ARGS__)                                        \
+    KESL_KERNEL(op, shape, T, S, kernel, __VA_ARGS__)                                                               \
+    KESL_SECOND_##S2(KESL_KERNEL, op, shape, T, general, __VA_ARGS__)                                               \
+    KESL_EXPORT(op, shape, T, F, layout, ownkesl##op##_##shape##_##T##kernel, ownkesl##op##_##shape##_##T##general, \
+                ownOMP_kesl##op##_##shape##_##T##layout, __VA_ARGS__)
+// ... and, in the threaded module, its wrapper.
+#define KESL_THREADED_ROW(F, layout, S, kernel, S2, general, op, shape, T, ...)                                     \
+    KESL_DECLARE_KERNEL(op, shape, T, S, kernel, __VA_ARGS__)                                                       \
+    KESL_SECOND_##S2(KESL_DECLARE_KERNEL, op, shape, T, general, __VA_ARGS__)                                       \
+    KESL_WRAPPER(op, shape, T, F, layout, ownkesl##op##_##shape##_##T##kernel,                                      \
+                 ownkesl##op##_##shape##_##T##general, __VA_ARGS__)
 
-// Families with one kernel for each exported function, which takes any stride2.
-#define KESL_ONE_SINGLE(op, shape, LIST, ...)                                                                       \
-    KESL_ONE_SINGLE_T(op, shape, 32f, LIST, __VA_ARGS__)                                                              \
-    KESL_ONE_SINGLE_T(op, shape, 64f, LIST, __VA_ARGS__)
-#define KESL_ONE_SINGLE_T(op, shape, T, LIST, ...)                                                                  \
-    KESL_KERNEL(op, shape, T, S2,  , LIST, __VA_ARGS__)                                                               \
-    KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                               \
-    KESL_EXPORT(op, shape, T, S2,  , ownkesl##op##_##shape##_##T,     ownkesl##op##_##shape##_##T,     kesl::serial, LIST, __VA_ARGS__) \
-    KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, kesl::serial, LIST, __VA_ARGS__)
-#define KESL_ONE_ARRAY(op, shape, LIST, ...)                                                                        \
-    KESL_ONE_ARRAY_T(op, shape, 32f, LIST, __VA_ARGS__)                                                               \
-    KESL_ONE_ARRAY_T(op, shape, 64f, LIST, __VA_ARGS__)
-#define KESL_ONE_ARRAY_T(op, shape, T, LIST, ...)                                                                   \
-    KESL_ONE_ARRAY_F(op, shape, T, S2,   , LIST, __VA_ARGS__)                                                         \
-    KESL_ONE_ARRAY_F(op, shape, T, LS2, _L, LIST, __VA_ARGS__)                                                        \
-    KESL_ONE_ARRAY_F(op, shape, T, P,   _P, LIST, __VA_ARGS__)
-#define KESL_ONE_ARRAY_F(op, shape, T, F, layout, LIST, ...)                                                        \
-    KESL_DECLARE(ownOMP_kesl##op##_##shape##_##T##layout, T, F, LIST, __VA_ARGS__)                                    \
-    KESL_KERNEL(op, shape, T, F, layout, LIST, __VA_ARGS__)                                                           \
-    KESL_EXPORT(op, shape, T, F, layout, ownkesl##op##_##shape##_##T##layout, ownkesl##op##_##shape##_##T##layout,    \
-                ownOMP_kesl##op##_##shape##_##T##layout, LIST, __VA_ARGS__)
-#define KESL_ONE_THREADED(op, shape, LIST, ...)                                                                     \
-    KESL_ONE_THREADED_T(op, shape, 32f, LIST, __VA_ARGS__)                                                            \
-    KESL_ONE_THREADED_T(op, shape, 64f, LIST, __VA_ARGS__)
-#define KESL_ONE_THREADED_T(op, shape, T, LIST, ...)                                                                \
-    KESL_ONE_THREADED_F(op, shape, T, S2,   , LIST, __VA_ARGS__)                                                      \
-    KESL_ONE_THREADED_F(op, shape, T, LS2, _L, LIST, __VA_ARGS__)                                                     \
-    KESL_ONE_THREADED_F(op, shape, T, P,   _P, LIST, __VA_ARGS__)
-#define KESL_ONE_THREADED_F(op, shape, T, F, layout, LIST, ...)                                                     \
-    KESL_DECLARE(ownkesl##op##_##shape##_##T##layout, T, F, LIST, __VA_ARGS__)                                        \
-    KESL_WRAPPER(op, shape, T, F, layout, ownkesl##op##_##shape##_##T##layout, ownkesl##op##_##shape##_##T##layout, LIST, __VA_ARGS__)
+// ---- What modules say, with op, shape, LIST and its operand kinds: single objects; arrays without threads; arrays, and in
+// their threaded modules their wrappers. _T, _S, _L and _P take the element type too, behind the shape, for members whose
+// types or layouts differ.
+#define KESL_TYPES(rows, M, op, shape, ...) rows(M, op, shape, 32f, __VA_ARGS__)  rows(M, op, shape, 64f, __VA_ARGS__)
+
+#define KESL_SINGLE(...)        KESL_TYPES(KESL_SP, KESL_SERIAL_ROW, __VA_ARGS__)
+#define KESL_SERIAL(...)        KESL_TYPES(KESL_SLP, KESL_SERIAL_ROW, __VA_ARGS__)
+#define KESL_SERIAL_P(...)      KESL_P(KESL_SERIAL_ROW, __VA_ARGS__)
+#define KESL_ARRAY(...)         KESL_TYPES(KESL_SLP, KESL_ARRAY_ROW, __VA_ARGS__)
+#define KESL_ARRAY_T(...)       KESL_SLP(KESL_ARRAY_ROW, __VA_ARGS__)
+#define KESL_ARRAY_S(...)       KESL_S(KESL_ARRAY_ROW, __VA_ARGS__)
+#define KESL_ARRAY_L(...)       KESL_L(KESL_ARRAY_ROW, __VA_ARGS__)
+#define KESL_THREADED(...)      KESL_TYPES(KESL_SLP, KESL_THREADED_ROW, __VA_ARGS__)
+#define KESL_THREADED_T(...)    KESL_SLP(KESL_THREADED_ROW, __VA_ARGS__)
+#define KESL_THREADED_S(...)    KESL_S(KESL_THREADED_ROW, __VA_ARGS__)
+#define KESL_THREADED_L(...)    KESL_L(KESL_THREADED_ROW, __VA_ARGS__)
+#define KESL_ONE_SINGLE(...)    KESL_TYPES(KESL_ONE_SP, KESL_SERIAL_ROW, __VA_ARGS__)
+#define KESL_ONE_ARRAY(...)     KESL_TYPES(KESL_ONE_SLP, KESL_ARRAY_ROW, __VA_ARGS__)
+#define KESL_ONE_THREADED(...)  KESL_TYPES(KESL_ONE_SLP, KESL_THREADED_ROW, __VA_ARGS__)
 
 // clang-format on

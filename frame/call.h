@@ -19,6 +19,22 @@ template <class... Args> int measured(auto measure, const Args&... args)
     return int(std::apply(measure, std::tuple_cat(args.sizes()...)));
 }
 
+// The body of a kernel is its member's, which takes the count behind all other arguments, and One where there is none.
+template <class Member, class T, Form F, class... Args>
+[[gnu::always_inline]] inline KeslStatus runKernel(const Args&... args)
+{
+    const auto unlessCount = []<class A>(const A& a) KESL_INLINE {
+        if constexpr (std::is_same_v<A, Count>) return std::tuple<>();
+        else return std::tuple<A>(a);
+    };
+    const auto others = std::tuple_cat(unlessCount(args)...);
+    const auto with = [&](auto count) KESL_INLINE {
+        return std::apply([&](const auto&... a) KESL_INLINE { return Member::template kernel<T, F>(a..., count); }, others);
+    };
+    if constexpr ((std::is_same_v<Args, Count> || ...)) return with(Count(countOf(args...)));
+    else return with(One{});
+}
+
 // The kernel for all objects of the call: the one for contiguous rows if every stride2 is the element size.
 template <Form F, class... Args> inline KeslStatus serially(auto kernel, auto general, const Args&... args)
 {
@@ -27,9 +43,16 @@ template <Form F, class... Args> inline KeslStatus serially(auto kernel, auto ge
     else return (args.rowsAreContiguous() && ...) ? call < F == S2 ? S : L > (kernel, args...) : call<F>(general, args...);
 }
 
-// A base of families whose operations are just those of their elements, as one would write them. They may raise what these
-// raise; to write the control word would take longer than their shortest calls.
-struct ElementByElement {};
+// Bases of members that differ from the rule for exceptions: to write the control word takes longer than the shortest calls,
+// so a call on one object raises what its operations raise, and others nothing.
+struct ElementByElement {}; // raise what their operations raise, however many objects
+struct Iterative {};        // raise nothing: one object already is computed as a finished lane of a pack would be
+
+template <class Member> bool isQuiet(int count)
+{
+    if constexpr (std::is_base_of_v<ElementByElement, Member>) return false;
+    return count != 1 || std::is_base_of_v<Iterative, Member>;
+}
 
 // The body of an exported function.
 template <class Member, class T, class Kernel, class General, class Wrapper, class... Args>
@@ -38,8 +61,8 @@ template <class Member, class T, class Kernel, class General, class Wrapper, cla
     constexpr Form F = std::max({Args::form...});
     constexpr Checks checks = checksOf<Member, T, Args...>();
     if (const KeslStatus status = checkAll<Member, checks.of(F)>(args...)) return status;
-    constexpr bool plain = std::is_base_of_v<ElementByElement, Member>;
-    [[maybe_unused]] const std::conditional_t<plain, std::tuple<>, QuietArithmetic> arithmetic{};
+    std::optional<QuietArithmetic> quiet;
+    if (isQuiet<Member>(countOf(args...))) quiet.emplace();
     if constexpr (requires { Member::template first<T>(args...); })
         if (const std::optional<KeslStatus> done = Member::template first<T>(args...)) return *done;
     if constexpr (!std::is_same_v<Wrapper, Serial>) {

@@ -7,9 +7,6 @@
 
 namespace kesl {
 
-template <int n> using Fixed = std::integral_constant<int, n>;
-using One = Fixed<1>; // the count of a member without an array
-
 // f(Fixed<n>) for an order of 3 to 6, which have bodies of their own, and f(Fixed<0>) for any other.
 [[gnu::always_inline]] inline auto withOrder(int order, auto f)
 {

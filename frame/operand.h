@@ -182,6 +182,9 @@ struct Size : Argument {
     template <Form> std::tuple<int> list() const { return n; }
 };
 
+template <int n> using Fixed = std::integral_constant<int, n>;
+using One = Fixed<1>; // the count of a member without an array
+
 struct Count : Argument {
     int n;
     explicit Count(int value) : n(value) {}

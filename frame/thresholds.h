@@ -21,16 +21,19 @@ struct Threshold {
     static constexpr Threshold everywhere(int t) { return {t, t, t, t, t}; }
 };
 
+// Named for those that they serve; `usual` is that of many families.
 // clang-format off
-//                          S                S2               L                LS2              P
-constexpr Threshold setA  = { 36864,           18432,           18432,           18432,            9216 };
-constexpr Threshold setB  = { 36865,           18433,           18433,           18433,            9217 };
-constexpr Threshold setB1 = { 36865,           36865,           18433,           18433,            9217 };
-constexpr Threshold setV  = { 20001,           20001,          {40001, 20001},  {40001, 20001},   20001 };
-constexpr Threshold setW  = { 20001,           20001,          {40001, 20001},   20001,           20001 };
-constexpr Threshold setX  = { 40001,           20001,           40001,           20001,          {20001, 40001} };
-constexpr Threshold setK  = { 35001,           35001,           35001,          {15001, 35001},   17001 };
-constexpr Threshold setQ  = {  2801,            2801,            1801,            1801,            1801 };
+namespace thresholds {
+//                                     S                S2               L                LS2              P
+constexpr Threshold matrixSums     = { 36864,           18432,           18432,           18432,            9216 };
+constexpr Threshold products       = { 36865,           18433,           18433,           18433,            9217 };
+constexpr Threshold scaledVectors  = { 36865,           36865,           18433,           18433,            9217 };
+constexpr Threshold scaledMatrices = { 35001,           35001,           35001,          {15001, 35001},   17001 };
+constexpr Threshold vectorSums     = { 20001,           20001,          {40001, 20001},  {40001, 20001},   20001 };
+constexpr Threshold dotProducts    = { 40001,           20001,           40001,           20001,          {20001, 40001} };
+constexpr Threshold usual          = { 20001,           20001,          {40001, 20001},   20001,           20001 };
+constexpr Threshold orthogonal     = {  2801,            2801,            1801,            1801,            1801 };
+}
 // clang-format on
 
 } // namespace kesl

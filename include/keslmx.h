@@ -109,9 +109,10 @@
  * direction, flush-to-zero and denormals-are-zero that the calling thread has set, and with another direction the sign of a
  * zero may differ between processors.
  *
- * EXCEPTIONS. Infinities and NaN run through the arithmetic. keslAdd, keslSub, keslSaxpy, keslLComb and keslMul by constants raise
- * the floating-point exceptions of their operations, as the same expressions in C do; in threads they raise none. All other
- * calls neither trap nor leave a flag that was not set before, whatever the data.
+ * EXCEPTIONS. Infinities and NaN run through the arithmetic. A call on one object, but for the eigenproblems, and any call of
+ * keslAdd, keslSub, keslSaxpy, keslLComb and keslMul by constants raises the floating-point exceptions of its operations, as the
+ * same expressions in C do; in threads none. All other calls neither trap nor leave a flag that was not set before, whatever
+ * the data.
  *
  * STATUS. Every function returns a KeslStatus. Arguments are tested class by class, in an order that each family states by
  * these letters, and the first test that fails gives the status; then no operand has been read or written.

@@ -9,8 +9,8 @@ namespace kesl {
 // The sizes are those of the source, and stand behind it. The source is taken as an operand that is read transposed, so
 // that the destination has `width` rows.
 struct Transpose {
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Size width, Size height, auto dst, Count count = {})
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Size width, Size height, auto dst, auto count)
     {
         map(int(width), height, count, Move{}, dst, src);
         return keslStatusOk;

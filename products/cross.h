@@ -8,10 +8,9 @@ namespace kesl {
 
 // ---- The order of the checks differs with the shape. Deliberate: in vav the count comes after the strides.
 struct CrossProduct {
-    static constexpr Threshold threshold = setV;
+    static constexpr Threshold threshold = thresholds::vectorSums;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, auto dst, Count count = {})
+    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, auto dst, auto count)
     {
         return withRuns<3>(
             [&](auto first, auto second, auto to) {
@@ -50,7 +49,8 @@ struct CrossProduct_vava : CrossProduct {
 
 #define KESL_CROSS_VV(X) X(CrossProduct, vv, KESL_CROSS, v, v, v)
 #define KESL_CROSS_VAV(X) X(CrossProduct, vav, KESL_CROSSES, va, v, va)
-#define KESL_CROSS_VVA_32F(X) X(CrossProduct, vva, 32f, KESL_CROSSES, v, va, va)
-#define KESL_CROSS_VVA_64F(X)                                                                                          \
-    X(CrossProduct, vva, 64f, KESL_CROSSES, v, va, va) // standard and L; deliberate: P is never threaded
+// Deliberate: P of 64f is never threaded.
+#define KESL_CROSS_VVA(X) X##_T(CrossProduct, vva, 32f, KESL_CROSSES, v, va, va)  X##_S(CrossProduct, vva, 64f, KESL_CROSSES, v, va, va) \
+                          X##_L(CrossProduct, vva, 64f, KESL_CROSSES, v, va, va)
+#define KESL_CROSS_VVA_SERIAL(X) X##_P(CrossProduct, vva, 64f, KESL_CROSSES, v, va, va)
 #define KESL_CROSS_VAVA(X) X(CrossProduct, vava, KESL_CROSSES, va, va, va)

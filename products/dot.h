@@ -17,10 +17,10 @@ constexpr int aheadInDot[2][4] =  {          { 0, 0, 0, 0 },   // S  L  P
 // clang-format on
 
 struct DotProduct {
-    static constexpr Threshold threshold = setX;
+    static constexpr Threshold threshold = thresholds::dotProducts;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, Table<T> dst, int len, Count count = {})
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto a, auto b, Table<T> dst, int len, auto count)
     {
         using A = decltype(a);
         using B = decltype(b);

@@ -1,7 +1,7 @@
 // Square products of order 3 to 6 of operands that lie anywhere: a body for each element type and order, reached from all shapes
 // and layouts but those that have a road of their own.
 #pragma once
-#include "frame/array_blocks.h"
+#include "frame/array_vectors.h"
 #include "products/rows.h"
 
 namespace kesl {

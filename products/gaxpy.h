@@ -35,8 +35,8 @@ struct MatrixTimesVectorPlusVector {
         return w == len2 && h == len3;
     };
 
-    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
-    kernel(auto a, int width, int height, auto x, int, auto y, int, auto dst, Count count = {})
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto a, int width, int height, auto x, int,
+                                                                               auto y, int, auto dst, auto count)
     {
         withOrder(width == height ? width : 0, [&](auto n) KESL_INLINE {
             if constexpr (n > 0) square<T, F, n>(a, x, y, dst, count);

@@ -1,4 +1,4 @@
 // keslFrobNorm on one matrix.
 #include "products/norms.h"
 
-KESL_FROBNORM_M(KESL_FROBNORM_SINGLE)
+KESL_FROBNORM_M(KESL_ONE_SINGLE)

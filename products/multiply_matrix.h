@@ -67,7 +67,7 @@ template <class T, int n> [[gnu::always_inline]] inline void productsSideBySide(
 
 // ---- The family.
 template <Starts starts> struct ProductOfMatrices {
-    static constexpr Threshold threshold = setB;
+    static constexpr Threshold threshold = thresholds::products;
 
     // Squares of order n.
     template <class T, Form F, int n> [[gnu::always_inline]] static void square(auto a, auto b, auto dst, auto count)
@@ -122,8 +122,8 @@ template <Starts starts> struct ProductOfMatrices {
         for (int k = 0; k < count; ++k) product<rows>(plusZero<T>, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
     }
 
-    template <class T, Form F, class Count = One> [[gnu::always_inline]] static KeslStatus
-    kernel(auto a, int w1, int h1, auto b, int w2, int h2, auto dst, Count count = {})
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto a, int w1, int h1, auto b, int w2, int h2, auto dst, auto count)
     {
         constexpr bool aTransposed = isTransposed<decltype(a)>, bTransposed = isTransposed<decltype(b)>;
         const int M = aTransposed ? w1 : h1, K = aTransposed ? h1 : w1, N = bTransposed ? h2 : w2;

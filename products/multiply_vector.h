@@ -9,7 +9,7 @@ namespace kesl {
 // ---- keslMul. Sums are in ascending order and, where the matrix is square of order 3 to 6, begin with their first
 // product; otherwise they begin at zero. Deliberate: in L functions on contiguous vectors they always begin at zero.
 struct MatrixTimesVector {
-    static constexpr Threshold threshold = setB;
+    static constexpr Threshold threshold = thresholds::products;
 
     // Structures of arrays, in S2 and P.
     template <class T>
@@ -33,8 +33,9 @@ struct MatrixTimesVector {
         constexpr bool matrices = A::isArray && asStored;
         constexpr T start = fromZero ? plusZero<T> : noStart<T>;
 
-        if constexpr (F == S && !array)
-            return store(dst, Objects<T>{0}, timesVector<0>(load<n, n>(a, Objects<T>{0}), load<1, n>(x, Objects<T>{0})));
+        if constexpr (F == S)
+            if (count == 1)
+                return store(dst, Objects<T>{0}, timesVector<0>(load<n, n>(a, Objects<T>{0}), load<1, n>(x, Objects<T>{0})));
         if constexpr (F == S && !A::isArray && array && asRows<n, T>)
             if (isRunOf(x, n) && isRunOf(dst, n)) {
                 const auto single = load<n, n>(a, Objects<T>{0});
@@ -86,8 +87,8 @@ struct MatrixTimesVector {
             product<false>(plusZero<T>, seen(a, k, width), seen(x, k, 0), seen(dst, k, 0), M, 1, K);
     }
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto a, int width, int height, auto x, int, auto dst, Count count = {})
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto a, int width, int height, auto x, int, auto dst, auto count)
     {
         constexpr bool transposed = isTransposed<decltype(a)>;
         const int M = transposed ? width : height, K = transposed ? height : width;

@@ -25,8 +25,7 @@ constexpr int aheadInTrace[4] =           { 0, 1, 1, 2 };
 struct L2Norm {
     static constexpr Threshold threshold = Threshold::everywhere(20001);
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> dst, int len, Count count = {})
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<T> dst, int len, auto count)
     {
         using Src = decltype(src);
         constexpr bool single = !Src::isArray;
@@ -83,10 +82,10 @@ struct L2Norm_va : L2Norm {
 // clang-format on
 // Deliberate: 32f and 64f differ in single matrices, and the layouts in the low bits.
 struct FrobNorm {
-    static constexpr Threshold threshold = setW;
+    static constexpr Threshold threshold = thresholds::usual;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, int width, int height, Table<T> dst, Count count = {})
+    template <class T, Form F>
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, int width, int height, Table<T> dst, auto count)
     {
         using Src = decltype(src);
         if constexpr (F == S || F == L) {
@@ -172,10 +171,9 @@ struct FrobNorm_ma : FrobNorm {
 
 // ---- keslTrace: the sum of the diagonal; other orders than 3 to 6 in ascending order from zero.
 struct Trace {
-    static constexpr Threshold threshold = setW;
+    static constexpr Threshold threshold = thresholds::usual;
 
-    template <class T, Form F, class Count = One>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, int order, Table<T> dst, Count count = {})
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, int order, Table<T> dst, auto count)
     {
         bool packs = false;
         if constexpr (decltype(src)::isArray && !inL(F)) packs = isSideBySide(src);
@@ -224,15 +222,3 @@ struct Trace_ma : Trace {
 #define KESL_FROBNORM_MA(X) X(FrobNorm, ma, KESL_FROBNORMS, ma)
 #define KESL_TRACE_M(X) X(Trace, m, KESL_TRACE, m)
 #define KESL_TRACE_MA(X) X(Trace, ma, KESL_TRACES, ma)
-
-// One kernel serves a single matrix with any stride2.
-#define KESL_FROBNORM_SINGLE(op, shape, LIST, ...)                                                                     \
-    KESL_FROBNORM_SINGLE_T(op, shape, 32f, LIST, __VA_ARGS__)                                                          \
-    KESL_FROBNORM_SINGLE_T(op, shape, 64f, LIST, __VA_ARGS__)
-#define KESL_FROBNORM_SINGLE_T(op, shape, T, LIST, ...)                                                                \
-    KESL_KERNEL(op, shape, T, S2, , LIST, __VA_ARGS__)                                                                 \
-    KESL_KERNEL(op, shape, T, P, _P, LIST, __VA_ARGS__)                                                                \
-    KESL_EXPORT(op, shape, T, S2, , ownkesl##op##_##shape##_##T, ownkesl##op##_##shape##_##T, kesl::serial, LIST,      \
-                __VA_ARGS__)                                                                                           \
-    KESL_EXPORT(op, shape, T, P, _P, ownkesl##op##_##shape##_##T##_P, ownkesl##op##_##shape##_##T##_P, kesl::serial,   \
-                LIST, __VA_ARGS__)

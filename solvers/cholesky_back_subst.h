@@ -2,6 +2,7 @@
 #pragma once
 #include "frame/any_order.h"
 #include "frame/arguments.h"
+#include "frame/array_vectors.h"
 #include "frame/call.h"
 #include "solvers/triangle.h"
 
@@ -124,7 +125,7 @@ struct CholeskyBackSubst {
         all<T, !src1.isArray>({src1, order, order}, {src2, 1, order}, {dst, 1, order}, order, count);
         return keslStatusOk;
     }
-    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size order)
+    template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, auto src2, auto dst, Size order, One)
     {
         const auto matrix = src1.object(0, order, order);
         withOrder(order, [&](auto n) {

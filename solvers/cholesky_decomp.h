@@ -152,7 +152,7 @@ struct CholeskyDecomp {
     {
         return all<T>({src, order, order}, {dst, order, order}, order, count, bound<T, F, true>(order));
     }
-    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size order)
+    template <class T, Form F> [[gnu::always_inline]] static KeslStatus kernel(auto src, auto dst, Size order, One)
     {
         const auto to = dst.object(0, order, order);
         const T limit = bound<T, F, false>(order);

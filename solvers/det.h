@@ -91,7 +91,7 @@ template <class T, class V> [[gnu::noinline]] bool detTile(Tile<V> a, int n, V& 
 
 // ---- The family.
 struct Det {
-    static constexpr Threshold threshold = setW;
+    static constexpr Threshold threshold = thresholds::usual;
 
     template <class T, int n> [[gnu::noinline]] static void fixed(const Array<const T>& from, Table<T> dst, int count)
     {
@@ -136,7 +136,7 @@ struct Det {
         return keslStatusOk;
     }
     template <class T, Form>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Size order, Buffer<T> buffer, Table<T> dst)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Size order, Buffer<T> buffer, Table<T> dst, One)
     {
         withOrder(order, [&](auto n) {
             if constexpr (n == 0) *dst.p = detCommon<T, false>(src.object(0, order, order), buffer.p, order);

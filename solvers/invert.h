@@ -21,7 +21,7 @@ namespace kesl {
 
 // ---- The family.
 struct Invert {
-    static constexpr Threshold threshold = setW;
+    static constexpr Threshold threshold = thresholds::usual;
     static constexpr bool canFail = true;
 
     // Order 1 is finished before any work measure, so never in threads.
@@ -83,7 +83,7 @@ struct Invert {
         return all<T>({src, order, order}, buffer, {dst, order, order}, order, count);
     }
     template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size order, One)
     {
         return withOrder(order, [&](auto n) -> KeslStatus {
             if constexpr (n == 0) return call<F>(Invert_com<T, F>, src, buffer, dst, order);

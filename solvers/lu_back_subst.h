@@ -2,6 +2,7 @@
 #pragma once
 #include "frame/any_order.h"
 #include "frame/arguments.h"
+#include "frame/array_vectors.h"
 #include "frame/call.h"
 #include "solvers/indices.h"
 
@@ -217,7 +218,7 @@ struct LUBackSubst {
         return keslStatusOk;
     }
     template <class T, Form>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src1, Table<const int> index, auto src2, auto dst, Size order)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src1, Table<const int> index, auto src2, auto dst, Size order, One)
     {
         withOrder(order, [&](auto n) {
             if constexpr (n == 0)

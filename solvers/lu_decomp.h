@@ -160,7 +160,7 @@ template <class V> [[gnu::noinline]] bool luTile(Tile<V> a, MaskOf<V>* p, int n)
 
 // ---- The family.
 struct LUDecomp {
-    static constexpr Threshold threshold = setW;
+    static constexpr Threshold threshold = thresholds::usual;
     static constexpr bool canFail = true;
 
     template <class T, int n>
@@ -219,7 +219,7 @@ struct LUDecomp {
         return all<T>({src, order, order}, index, {dst, order, order}, order, count);
     }
     template <class T, Form F>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<int> index, auto dst, Size order)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Table<int> index, auto dst, Size order, One)
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n == 0) return call<F>(LUDecomp_com<T, F>, src, index, dst, order);

@@ -2,6 +2,7 @@
 // wide.
 #pragma once
 #include "frame/arguments.h"
+#include "frame/array_vectors.h"
 #include "frame/call.h"
 #include "solvers/tall.h"
 
@@ -72,7 +73,7 @@ template <class X, class V> [[gnu::noinline]] void qrSolveTile(auto a, V* b, int
 
 // ---- The family.
 struct QRBackSubst {
-    static constexpr Threshold threshold = setQ;
+    static constexpr Threshold threshold = thresholds::orthogonal;
     static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
 
     // A matrix for each vector, or one for all.
@@ -167,7 +168,7 @@ struct QRBackSubst {
         return keslStatusOk;
     }
     template <class T, Form> [[gnu::always_inline]] static KeslStatus kernel(auto src1, Buffer<T> buffer, auto src2,
-                                                                             auto dst, Size width, Size height)
+                                                                             auto dst, Size width, Size height, One)
     {
         withShape(width, height, [&](auto w, auto h) {
             if constexpr (isFixed<decltype(h)>) {

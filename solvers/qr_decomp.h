@@ -101,7 +101,7 @@ template <class V> [[gnu::noinline]] bool qrTile(Tile<V> a, int width, int heigh
 
 // ---- The family.
 struct QRDecomp {
-    static constexpr Threshold threshold = setQ;
+    static constexpr Threshold threshold = thresholds::orthogonal;
     static constexpr bool canFail = true;
     static constexpr auto sizesMatch = [](unsigned width, unsigned height, auto...) { return width <= height; };
 
@@ -166,7 +166,7 @@ struct QRDecomp {
         return all<T>({src, height, width}, buffer, {dst, height, width}, width, height, count);
     }
     template <class T, Form>
-    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size width, Size height)
+    [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size width, Size height, One)
     {
         return withShape(width, height, [&](auto w, auto h) -> KeslStatus {
             if constexpr (isFixed<decltype(h)>) {

@@ -103,7 +103,7 @@ int call(const Function& f, void* address, const std::vector<Value>& values)
     for (size_t i = 0; i < values.size(); ++i) pointers[i] = const_cast<Value*>(&values[i]);
     ffi_arg status;
     ++callsMade;
-    const bool unmasked = strict && !f.raises();
+    const bool unmasked = strict && !f.raises(values);
     const unsigned own = _mm_getcsr(), during = unmasked ? own & ~unsigned(_MM_MASK_MASK | _MM_EXCEPT_MASK) : own;
     _mm_setcsr(during);
     ffi_call(&interface.cif, FFI_FN(address), &status, pointers);

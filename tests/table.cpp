@@ -493,9 +493,11 @@ int Function::expected(const std::vector<Value>& values) const
     return Ok;
 }
 
-bool Function::raises() const
+bool Function::raises(const std::vector<Value>& values) const
 {
-    return among(operation, "Add Sub Saxpy LComb") || (operation == "Mul" && shape.find('c') != std::string::npos);
+    if (among(operation, "Add Sub Saxpy LComb") || (operation == "Mul" && shape.find('c') != std::string::npos)) return true;
+    const int count = at("count");
+    return (count < 0 || values[size_t(count)].i == 1) && operation.find("EigenValues") != 0;
 }
 bool Function::threaded() const { return measured() && !among(name, measuredOnly); }
 

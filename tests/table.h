@@ -84,7 +84,7 @@ struct Function {
     int expected(const std::vector<Value>&) const; // the first check that fails, or Ok
     bool tested(const Argument&) const;            // false for the arguments that no check looks at
 
-    bool raises() const;                              // works element by element, and may raise what that raises
+    bool raises(const std::vector<Value>&) const;     // may raise what its operations raise
     bool threaded() const;                            // has a parallel form
     bool measured() const { return work != nullptr; } // compares a work measure, though perhaps to no end
     int measure(const std::vector<Value>&) const;     // wraps

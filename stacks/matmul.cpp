@@ -17,23 +17,57 @@ template <class V, class M, class K, class N>
     });
 }
 
-// The same for single objects without gaps in their rows, by rows of b. All of b is read before anything is stored, and a row
-// of a before that of c: c may be either of them.
-template <int n, class T>
-[[gnu::always_inline]] inline void multiplyByRows(kesl::Rows<const T> a, kesl::Rows<const T> b, kesl::Rows<T> c)
+// The same for single objects, by rows of b, which have no gaps. Square ones: all of b is read before anything is stored, and a
+// row of a before that of c, so c may be either of them.
+template <int n> [[gnu::always_inline]] inline void multiplySquares(int count, auto a, auto b, auto c)
 {
-    Row<T, n> rows[n];
-#pragma GCC unroll 8
-    for (int i = 0; i < n; ++i) rows[i] = Row<T, n>::from(b.row(i));
-#pragma GCC unroll 8
-    for (int i = 0; i < n; ++i) rowTimes<false, 0>(a, i, rows).to(c.row(i));
+    using Row = kesl::Row<std::decay_t<decltype(c(0)(0, 0))>, n>;
+    for (int l = 0; l < count; ++l) {
+        const auto left = a(l), right = b(l);
+        const auto to = c(l);
+        Row rows[n];
+#pragma GCC unroll 10
+        for (int i = 0; i < n; ++i) rows[i] = Row::from(right.row(i));
+#pragma GCC unroll 10
+        for (int i = 0; i < n; ++i) rowTimes<false, 0>(left, i, rows).to(to.row(i));
+    }
+}
+constexpr int longRow = 7, largestSquare = 10; // squares of such orders have code of their own
+template <int n = largestSquare> [[gnu::noinline]] void multiplySquares(int count, int order, auto a, auto b, auto c)
+{
+    if constexpr (n > longRow)
+        if (order < n) return multiplySquares<n - 1>(count, order, a, b, c);
+    multiplySquares<n>(count, a, b, c);
 }
 
-// Of any size, where c is neither a nor b.
-template <class T> [[gnu::noinline]] void multiplyByRows(Grid<const T> a, Grid<const T> b, Grid<T> c, int m, int k, int n)
+// Of any size, where c is neither a nor b; and with so few columns that four rows of sums stay in registers.
+[[gnu::noinline]] void multiplyByRows(int count, int m, int k, int n, auto a, auto b, auto c)
 {
-    byFours(m, [&](auto height, std::int64_t i) { kesl::columns<height, widest, true>(noStart<T>, a, b, c, i, 0, n, k); });
+    for (int l = 0; l < count; ++l)
+        byFours(m, [&, left = a(l), right = b(l), to = c(l)](auto height, std::int64_t i) {
+            kesl::columns<height, widest, true>(noStart<std::decay_t<decltype(to(0, 0))>>, left, right, to, i, 0, n, k);
+        });
 }
+template <class T> constexpr int fewColumnsAre = std::min(16, 2 * lanes<Pack<T>>);
+template <int few> [[gnu::noinline]] void multiplyFewColumns(int count, int m, int k, int n, auto a, auto b, auto c)
+{
+    if constexpr (few < longRow) return multiplyByRows(count, m, k, n, a, b, c);
+    else if (n < few) return multiplyFewColumns<few - 1>(count, m, k, n, a, b, c);
+    else
+        for (int l = 0; l < count; ++l)
+            byFours(m, [&, left = a(l), right = b(l), to = c(l)](auto height, std::int64_t i) KESL_INLINE {
+                fewColumns<height, few>(noStart<std::decay_t<decltype(to(0, 0))>>, left, right, to, i, k);
+            });
+}
+
+// An operand as its transpose.
+template <class O> struct TransposeOf {
+    const O& o;
+    bool hasRows() const { return o.hasColumns(); }
+    auto rows(Objects k) const { return o.columns(k); }
+    auto grids(Objects k) const { return o.transposes(k); }
+};
+template <class O> TransposeOf(const O&) -> TransposeOf<O>;
 
 struct Matmul {
     static constexpr bool neverFails = true;
@@ -56,13 +90,12 @@ struct Matmul {
     static void pack(Objects objects, N m, N k, C n, const auto& a, const auto& b, const auto& c)
     {
         if constexpr (std::is_same_v<N, C> && m >= 4) {
-            const auto eachObject = [&](auto left, auto right, auto to) {
-                for (int l = 0; l < objects.count; ++l) multiplyByRows<n>(left(l), right(l), to(l));
+            const auto byRows = [&](const auto& left, const auto& right, const auto& to) {
+                if (!left.hasRows() || !right.hasRows() || !to.hasRows()) return false;
+                multiplySquares<n>(objects.count, left.rows(objects), right.rows(objects), to.rows(objects));
+                return true;
             };
-            if (a.hasRows() && b.hasRows() && c.hasRows())
-                return eachObject(a.rows(objects), b.rows(objects), c.rows(objects));
-            if (a.hasColumns() && b.hasColumns() && c.hasColumns()) // c^T = b^T a^T
-                return eachObject(b.columns(objects), a.columns(objects), c.columns(objects));
+            if (byRows(a, b, c) || byRows(TransposeOf{b}, TransposeOf{a}, TransposeOf{c})) return;
         }
         Tile<V, N, N> s(m, k);
         Tile<V, N, C> t(k, n), x(m, n);
@@ -76,17 +109,22 @@ struct Matmul {
     template <class V> static void pack(Objects objects, std::ptrdiff_t m, std::ptrdiff_t k, std::ptrdiff_t n, const auto& a,
                                         const auto& b, const auto& c)
     {
-        constexpr std::ptrdiff_t longRow = 7;
-        const bool isInPlace = c.isAt(a) || c.isAt(b);
-        if (isInPlace || k == 0 || std::max({m, k, n}) > INT_MAX) return packByBlocks<V>(objects, m, k, n, a, b, c);
-        if (n >= longRow && b.hasRows() && c.hasRows())
-            for (int l = 0; l < objects.count; ++l)
-                multiplyByRows(a.grid(objects, l), b.grid(objects, l), c.grid(objects, l), int(m), int(k), int(n));
-        else if (m >= longRow && a.hasColumns() && c.hasColumns()) // c^T = b^T a^T
-            for (int l = 0; l < objects.count; ++l)
-                multiplyByRows(b.transpose(objects, l), a.transpose(objects, l), c.transpose(objects, l), int(n), int(k),
-                               int(m));
-        else packByBlocks<V>(objects, m, k, n, a, b, c);
+        const bool mayStore = k > 0 && !c.isAt(a) && !c.isAt(b); // before all of a and b is read
+        const auto byRows = [&](std::ptrdiff_t height, std::ptrdiff_t width, const auto& left, const auto& right,
+                                const auto& to) {
+            if (width < longRow || std::max({height, k, width}) > INT_MAX || !right.hasRows() || !to.hasRows()) return false;
+            const int count = objects.count, h = int(height), d = int(k), w = int(width);
+            const auto at = [&](const auto& x) { return x.rows(objects); };
+            if (left.hasRows() && h == d && d == w && w <= largestSquare)
+                multiplySquares(count, w, at(left), at(right), at(to));
+            else if (!mayStore) return false;
+            else if (constexpr int few = fewColumnsAre<ElementOf<V>>; left.hasRows() && w <= few)
+                multiplyFewColumns<few>(count, h, d, w, at(left), at(right), at(to));
+            else multiplyByRows(count, h, d, w, left.grids(objects), right.grids(objects), to.grids(objects));
+            return true;
+        };
+        if (byRows(m, n, a, b, c) || byRows(n, m, TransposeOf{b}, TransposeOf{a}, TransposeOf{c})) return; // c^T = b^T a^T
+        packByBlocks<V>(objects, m, k, n, a, b, c);
     }
 
 private:

@@ -35,6 +35,14 @@ template <class T> struct Addresses {
     Addresses operator+(int elements) const { return {first + elements, offset}; }
 };
 
+// One object by its contiguous rows, or columns.
+template <class T> struct Lines {
+    T* p;
+    std::ptrdiff_t stride;
+    T* row(std::ptrdiff_t i) const { return moved(p, i * stride); }
+    T& operator()(std::ptrdiff_t i, std::ptrdiff_t j) const { return row(i)[j]; }
+};
+
 // n elements of each of the records that begin at p. Very short ones are read as whole packs, unless that takes more shuffles.
 template <int lanes, int which> struct Alternate { // 0 2 4 ... or 1 3 5 ... of two packs, and back
     static constexpr int of(int l) { return 2 * l + which; }
@@ -137,9 +145,9 @@ public:
     bool hasColumns() const { return stride1 == size; }
     auto rows(Objects k) const { return single(moved(p, k.first * stride0), stride0, stride1); }
     auto columns(Objects k) const { return single(moved(p, k.first * stride0), stride0, stride2); }
-    // Object l of a pack, or its transpose, wherever its elements lie.
-    Grid<T> grid(Objects k, int l) const { return {moved(p, (k.first + l) * stride0), stride1, stride2}; }
-    Grid<T> transpose(Objects k, int l) const { return {moved(p, (k.first + l) * stride0), stride2, stride1}; }
+    // The same, or their transposes, wherever their elements lie.
+    auto grids(Objects k) const { return grids(moved(p, k.first * stride0), stride0, stride1, stride2); }
+    auto transposes(Objects k) const { return grids(moved(p, k.first * stride0), stride0, stride2, stride1); }
     bool isAt(const auto& other) const { return p == other.p; }
 
 private:
@@ -172,7 +180,11 @@ private:
 
     static auto single(T* first, std::ptrdiff_t distance, std::ptrdiff_t stride)
     {
-        return [=](int l) { return kesl::Rows<T>{moved(first, l * distance), stride}; };
+        return [=](int l) { return Lines<T>{moved(first, l * distance), stride}; };
+    }
+    static auto grids(T* first, std::ptrdiff_t distance, std::ptrdiff_t ofRows, std::ptrdiff_t ofColumns)
+    {
+        return [=](int l) { return Grid<T>{moved(first, l * distance), ofRows, ofColumns}; };
     }
     static V asLanes(Stored x)
     {

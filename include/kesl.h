@@ -82,8 +82,10 @@ ptrdiff_t kesl_matmul_64f(ptrdiff_t m, ptrdiff_t k, ptrdiff_t n, ptrdiff_t count
                           const double *b, ptrdiff_t bStride0, ptrdiff_t bStride1, ptrdiff_t bStride2,
                           double *c, ptrdiff_t cStride0, ptrdiff_t cStride1, ptrdiff_t cStride2, int *info);
 
-/* x = the sum of a[i] b[i], (n) (n) -> (), in ascending order, each product rounded before it is added.
+/* x = the sum of a[i] b[i], (n) (n) -> (), each product rounded before it is added.
  *
+ * Sums     in ascending order up to n = 16 (8 in 64f). Of longer vectors every 16th (8th) product belongs to the same partial
+ *          sum; each of these is formed in ascending order, and their sum is, too.
  * Info     always 0.
  * Cost     2 n */
 ptrdiff_t kesl_vecdot_32f(ptrdiff_t n, ptrdiff_t count, const float *a, ptrdiff_t aStride0, ptrdiff_t aStride1,

@@ -50,14 +50,22 @@ template <int lanes, int which> struct Alternate { // 0 2 4 ... or 1 3 5 ... of 
 template <int lanes, int half> struct Mixed {
     static constexpr int of(int l) { return half * lanes / 2 + l / 2 + l % 2 * lanes; }
 };
+template <int n> constexpr bool areShort = n <= 4 || n == 6;
+template <int n, class V> [[gnu::always_inline]] inline void packsToObjects(const V* packs, V* x)
+{
+    if constexpr (n == 1) *x = *packs;
+    else if constexpr (n == 2) {
+        const V a = packs[0], b = packs[1];
+        x[0] = shuffled<Alternate<lanes<V>, 0>, lanes<V>>(a, b), x[1] = shuffled<Alternate<lanes<V>, 1>, lanes<V>>(a, b);
+    } else runToObjects<n>(packs, x);
+}
 template <int n, class V, class T> [[gnu::always_inline]] inline void loadRecords(T* p, V* x)
 {
-    if constexpr (n == 1) *x = loadPack<V>(p);
-    else if constexpr (n == 2) {
-        const V a = loadPack<V>(p), b = loadPack<V>(p + lanes<V>);
-        x[0] = shuffled<Alternate<lanes<V>, 0>, lanes<V>>(a, b), x[1] = shuffled<Alternate<lanes<V>, 1>, lanes<V>>(a, b);
-    } else if constexpr (n <= 4 || n == 6) loadTable<n>(p, x);
-    else loadRun<n>(Records<T, n>{p}, x);
+    if constexpr (areShort<n>) {
+        V packs[n];
+        loop<Fixed<n>>(0, n, [&](int i) KESL_INLINE { packs[i] = loadPack<V>(p + i * lanes<V>); });
+        packsToObjects<n>(packs, x);
+    } else loadRun<n>(Records<T, n>{p}, x);
 }
 template <int n, class V, class T> [[gnu::always_inline]] inline void storeRecords(T* p, const V* x)
 {
@@ -150,6 +158,16 @@ public:
     auto transposes(Objects k) const { return grids(moved(p, k.first * stride0), stride0, stride2, stride1); }
     bool isAt(const auto& other) const { return p == other.p; }
 
+    // Vectors: whether those of a pack are contiguous, and have no gaps between them either; where their elements lie.
+    bool areRuns() const { return road == Road::records || road == Road::rows; }
+    bool areRecords() const { return road == Road::records; }
+    bool areScattered() const { return road == Road::any; }
+    T* element(Objects k, int l, std::ptrdiff_t j) const { return moved(p, (k.first + l) * stride0 + j * stride2); }
+    Addresses<T> addresses(Objects k, std::ptrdiff_t i = 0, std::ptrdiff_t j = 0) const
+    {
+        return {address(k, i, j), offset};
+    }
+
 private:
     using Stored = Pack<T, lanes<V>* int(sizeof(T))>;
     static constexpr bool isLane = sizeof(T) == sizeof(ElementOf<V>), isTransposable = sizeof(Stored) >= 16;
@@ -201,7 +219,6 @@ private:
         return moved(p, k.first * stride0 + i * stride1 + j * stride2);
     }
     // The other roads, by functions that bodies of all sizes share: rows or columns with gaps, and lane by lane.
-    Addresses<T> addresses(Objects k, std::ptrdiff_t i, std::ptrdiff_t j) const { return {address(k, i, j), offset}; }
     // Rows without gaps are one long row.
     void joinRows(int& rows, int& columns) const
     {

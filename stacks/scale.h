@@ -26,6 +26,22 @@ template <class V> V larger(V x, V y)
 #endif
 }
 
+// x < y ? x : y, likewise.
+template <class V> V smaller(V x, V y)
+{
+    constexpr bool single = sizeof(ElementOf<V>) == 4;
+    if constexpr (sizeof(V) == 16 && single) return V(_mm_min_ps(__m128(x), __m128(y)));
+    else if constexpr (sizeof(V) == 16) return V(_mm_min_pd(__m128d(x), __m128d(y)));
+#if defined(__AVX2__)
+    else if constexpr (sizeof(V) == 32 && single) return V(_mm256_min_ps(__m256(x), __m256(y)));
+    else if constexpr (sizeof(V) == 32) return V(_mm256_min_pd(__m256d(x), __m256d(y)));
+#endif
+#if defined(__AVX512F__)
+    else if constexpr (single) return V(_mm512_min_ps(__m512(x), __m512(y)));
+    else return V(_mm512_min_pd(__m512d(x), __m512d(y)));
+#endif
+}
+
 // The largest magnitude, NaN aside.
 template <class V, class N, class M> [[gnu::always_inline]] inline V largestOf(const Tile<V, N, M>& x)
 {

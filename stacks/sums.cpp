@@ -7,43 +7,141 @@ namespace {
 
 using One = Fixed<1>;
 
-// f(tile, element) for n elements of vectors: all at once if n is Fixed, otherwise as many as a tile has.
-template <class V, class N> [[gnu::always_inline]] inline void eachPart(N n, auto f)
+// Long sums have several partial ones, of every 64 bytes' terms, so that they can be formed inside packs of one object: term i
+// belongs to partial sum i % partialSums. Each is formed in ascending order, and so is the sum of them.
+template <class V> constexpr int partialSums = 64 / int(sizeof(ElementOf<V>));
+template <class V> [[gnu::always_inline]] inline V total(const V* partial, std::ptrdiff_t n)
 {
-    if constexpr (isFixed<N>) {
-        Tile<V, One, N> all({}, n);
-        f(all, 0);
-    } else
-        for (N from = 0; from < n; from += largestSize) {
-            Tile<V, One, int> part({}, int(std::min<N>(n - from, largestSize)));
-            f(part, from);
-        }
+    if (n == 0) return V{};
+    V sum = partial[0];
+    if (n < partialSums<V>)
+        for (int i = 1; i < n; ++i) sum += partial[i];
+    else loop<Fixed<partialSums<V>>>(1, partialSums<V>, [&](int i) KESL_INLINE { sum += partial[i]; });
+    return sum;
 }
 
-template <class V> void storeNumber(Objects k, V value, const auto& x)
+// term(i, x...) is the term of a sum from an element of each operand; i only tells one from the next. Elements of one object or
+// of many may be in the lanes: it is cheaper to exchange lanes of terms than those of all elements. Here: the terms of contiguous
+// vectors from element e on, some bytes of each, as packs of objects.
+template <int bytes, class V> [[gnu::always_inline]] inline void loadTerms(std::ptrdiff_t e, V* t, auto& term, auto... at)
+{
+    constexpr int c = perPiece<bytes, V>;
+    V y[c];
+    loop<Fixed<c>>(0, c, [&](int r) KESL_INLINE {
+        y[r] = term(r, joined<V, bytes>([&](int i) { return loadPack<Pack<ElementOf<V>, bytes>>(at(r + i * c) + e); })...);
+    });
+    transpose<bytes>(y);
+    loop<Fixed<c>>(0, c, [&](int r) KESL_INLINE { t[r] = y[r]; });
+}
+// The same to element n, by pieces of which the last may overlap the one before.
+template <int bytes, class V>
+[[gnu::always_inline]] inline void loadTermsTo(std::ptrdiff_t n, std::ptrdiff_t e, V* t, auto& term, auto... at)
+{
+    constexpr int c = perPiece<bytes, V>;
+    for (std::ptrdiff_t next = e; next < n; next += c) {
+        const std::ptrdiff_t from = std::min(next, n - c);
+        loadTerms<bytes>(from, t + (from - e), term, at...);
+    }
+}
+
+// All n terms of short vectors.
+template <int n, class V> [[gnu::always_inline]] inline void loadAllTerms(Objects k, V* t, auto& term, const auto&... a)
+{
+    if constexpr (areShort<n>)
+        if ((a.areRecords() && ...)) {
+            V packs[n];
+            loop<Fixed<n>>(0, n,
+                           [&](int i) KESL_INLINE { packs[i] = term(i, loadPack<V>(a.element(k, 0, i * lanes<V>))...); });
+            return packsToObjects<n>(packs, t);
+        }
+    if constexpr (n >= perPiece<16, V>)
+        if ((a.areRuns() && ...)) return loadTermsTo<16>(n, 0, t, term, a.addresses(k)...);
+    const auto loaded = [&](const auto& operand) KESL_INLINE {
+        Tile<V, One, Fixed<n>> x({}, {});
+        operand.load(k, x);
+        return x;
+    };
+    [&](const auto&... x)
+        KESL_INLINE { loop<Fixed<n>>(0, n, [&](int i) KESL_INLINE { t[i] = term(i, x(0, i)...); }); }(loaded(a)...);
+}
+
+// Sums of long contiguous vectors: partial sums of whole blocks inside packs of one object, then what is left.
+template <class V> [[gnu::noinline]] V sumOfRuns(std::ptrdiff_t n, auto& known, auto... at)
+{
+    auto term = known; // in registers
+    constexpr int p = partialSums<V>, c = lanes<V>, some = std::min(32, int(sizeof(V)));
+    const std::ptrdiff_t whole = n / p * p;
+    V sums[p], before[2 * p]; // what overlaps lies before the rest
+    V* const rest = before + p;
+    for (int first = 0; first < p && whole > 0; first += c) {
+        V y[c];
+        loop<Fixed<c>>(0, c, [&](int r) KESL_INLINE {
+            y[r] = term(r, loadPack<V>(at(r) + first)...);
+#pragma GCC unroll 1
+            for (std::ptrdiff_t e = first + p; e < whole; e += p) y[r] += term(r, loadPack<V>(at(r) + e)...);
+        });
+        transpose<sizeof(V)>(y);
+        loop<Fixed<c>>(0, c, [&](int r) KESL_INLINE { sums[first + r] = y[r]; });
+    }
+    if (n >= perPiece<some, V>) loadTermsTo<some>(n, whole, rest, term, at...);
+    else loadTermsTo<16>(n, whole, rest, term, at...);
+    known = term;
+    if (whole == 0) return total(rest, n);
+    for (int i = 0; i < n - whole; ++i) sums[i] += rest[i];
+    return total(sums, n);
+}
+// Those of any others.
+template <class V> [[gnu::noinline]] V sumOfTiles(Objects k, std::ptrdiff_t n, auto& term, const auto&... a)
+{
+    V sums[partialSums<V>];
+    for (std::ptrdiff_t from = 0; from < n; from += largestSize) {
+        const int width = int(std::min<std::ptrdiff_t>(n - from, largestSize));
+        const auto loaded = [&](const auto& operand) {
+            Tile<V, One, int> x({}, width);
+            operand.load(k, x, 0, from);
+            return x;
+        };
+        [&](const auto&... x) {
+            for (int i = 0; i < width; ++i) {
+                V& sum = sums[i % partialSums<V>];
+                sum = from + i >= partialSums<V> ? sum + term(i, x(0, i)...) : term(i, x(0, i)...);
+            }
+        }(loaded(a)...);
+    }
+    return total(sums, n);
+}
+template <class V, class N> [[gnu::always_inline]] inline V sumOf(Objects k, N n, auto& term, const auto&... a)
+{
+    if constexpr (isFixed<N>) {
+        V t[most<N>];
+        loadAllTerms<most<N>>(k, t, term, a...);
+        V sum = t[0];
+        loop<N>(1, n, [&](int i) KESL_INLINE { sum += t[i]; });
+        return sum;
+    } else return (a.areRuns() && ...) ? sumOfRuns<V>(n, term, a.addresses(k)...) : sumOfTiles<V>(k, n, term, a...);
+}
+
+template <class V> [[gnu::always_inline]] inline void storeNumber(Objects k, V value, const auto& x)
 {
     Tile<V, One, One> number({}, {});
     number(0, 0) = value;
     x.store(k, number);
 }
 
+struct Product {
+    auto operator()(int, auto s, auto t) const { return s * t; }
+};
 struct Vecdot {
     static constexpr bool neverFails = true;
     static constexpr int limits[] = {0};
     static auto shapes(auto n) { return std::tuple(Shape(One{}, n), Shape(One{}, n), Shape(One{}, One{})); }
-    static double cost(double n) { return 200 * (n + 1); }
+    static double cost(double n) { return 100 * (n + 1); }
     static auto withOrders(auto f, std::ptrdiff_t n) { return withOrder<std::ptrdiff_t>(n, f); }
 
     template <class V> static void pack(Objects k, auto n, const auto& a, const auto& b, const auto& x)
     {
-        V sum{};
-        eachPart<V>(n, [&](auto& s, std::ptrdiff_t from) KESL_INLINE {
-            std::decay_t<decltype(s)> t(s.rows(), s.columns());
-            a.load(k, s, 0, from);
-            b.load(k, t, 0, from);
-            each(s, [&](int i, int j) KESL_INLINE { sum = j + from ? sum + s(i, j) * t(i, j) : s(i, j) * t(i, j); });
-        });
-        storeNumber(k, sum, x);
+        Product product;
+        storeNumber(k, sumOf<V>(k, n, product, a, b), x);
     }
 };
 
@@ -54,14 +152,28 @@ struct Trace {
     static double cost(double n) { return 200 * (n + 1); }
     static auto withOrders(auto f, std::ptrdiff_t n) { return withOrder<std::ptrdiff_t>(n, f); }
 
-    template <class V> static void pack(Objects k, auto n, const auto& diagonal, const auto& x)
+    // To collect the elements in packs would take longer than to add them.
+    template <class V, class N> static void pack(Objects k, N n, const auto& diagonal, const auto& x)
+    {
+        if (diagonal.areScattered() && n > 0)
+            for (int l = 0; l < k.count; ++l) {
+                ElementOf<V> sum = *diagonal.element(k, l, 0);
+                for (std::ptrdiff_t i = 1; i < n; ++i) sum += *diagonal.element(k, l, i);
+                *x.element(k, l, 0) = sum;
+            }
+        else storeNumber(k, sumOfPlanes<V>(k, n, diagonal), x);
+    }
+
+private:
+    template <class V, class N> static V sumOfPlanes(Objects k, N n, const auto& diagonal)
     {
         V sum{};
-        eachPart<V>(n, [&](auto& s, std::ptrdiff_t from) KESL_INLINE {
-            diagonal.load(k, s, 0, from);
-            each(s, [&](int i, int j) KESL_INLINE { sum = j + from ? sum + s(i, j) : s(i, j); });
-        });
-        storeNumber(k, sum, x);
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+            Tile<V, One, One> element({}, {});
+            diagonal.load(k, element, 0, i);
+            sum = i > 0 ? sum + element(0, 0) : element(0, 0);
+        }
+        return sum;
     }
 };
 
@@ -69,55 +181,50 @@ struct Norm {
     static constexpr bool neverFails = true;
     static constexpr int limits[] = {0};
     static auto shapes(auto n) { return std::tuple(Shape(One{}, n), Shape(One{}, One{})); }
-    static double cost(double n) { return 300 * (n + 1); }
+    static double cost(double n) { return 150 * (n + 2); }
     static auto withOrders(auto f, std::ptrdiff_t n) { return withOrder<std::ptrdiff_t>(n, f); }
 
-    template <class V, class N> static void pack(Objects k, N n, const auto& a, const auto& x)
+    // The root of the sum of squares as they are, where none over- or underflows. Otherwise a power of two brings the largest
+    // element to where none does that did not before, so that a vector has the same digits with any power of two.
+    template <class V> static void pack(Objects k, auto n, const auto& a, const auto& x)
     {
-        if constexpr (isFixed<N>) {
-            Tile<V, One, N> all({}, n);
-            a.load(k, all);
-            storeNumber(k, normOf<V>([&](auto f) KESL_INLINE { f(all); }), x);
-        } else {
-            const auto eachTile = [&](auto f) {
-                eachPart<V>(n, [&](auto& part, std::ptrdiff_t from) {
-                    a.load(k, part, 0, from);
-                    f(part);
-                });
-            };
-            storeNumber(k, normOf<V>(eachTile), x);
-        }
+        Squares<V> square;
+        const V sum = sumOf<V>(k, n, square, a);
+        const IndexOf<V> isRight = square.areNormal() & (sum < powerOfTwo<V>(index<V>(2 * top<V>)));
+        storeNumber(k, any(~isRight) ? scaled<V>(k, n, a) : sqrt(sum), x);
     }
 
 private:
-    // eachTile(f) calls f for the parts of the vector. A power of two brings the largest element to [1, 2); where it and its
-    // inverse are normal numbers, it is one factor.
-    template <class V> [[gnu::always_inline]] static V normOf(auto eachTile)
-    {
-        using T = ElementOf<V>;
-        constexpr T high = sizeof(T) == 4 ? T(0x1p100) : T(0x1p1000);
-        V largest{};
-        eachTile([&](const auto& s) KESL_INLINE { largest = larger(largestOf(s), largest); });
-        const IndexOf<V> inRange = (largest == 0) | ((largest > splat<V>(1 / high)) & (largest < splat<V>(high)));
-        if (any(~inRange)) [[unlikely]] {
-            IndexOf<V> exponent;
-            splitExponent(largest, exponent);
-            const TwoPowers<V> down(0 - exponent), up(exponent);
-            return up.times(sqrt(sumOfSquares<V>(eachTile, [&](V x) KESL_INLINE { return down.times(x); })));
+    // Squares, and whether all are normal numbers or those of zeros.
+    template <class V> struct Squares {
+        static constexpr auto min = std::numeric_limits<ElementOf<V>>::min();
+        V least[4] = {splat<V>(min), splat<V>(min), splat<V>(min), splat<V>(min)}; // not one: each element would wait for it
+        [[gnu::always_inline]] V operator()(int i, V x)
+        {
+            const V square = x * x;
+            least[i % 4] = smaller(x == 0 ? splat<V>(min) : square, least[i % 4]);
+            return square;
         }
-        const V down = inversePower(largest);
-        return power(largest) * sqrt(sumOfSquares<V>(eachTile, [&](V x) KESL_INLINE { return x * down; }));
-    }
-    template <class V> [[gnu::always_inline]] static V sumOfSquares(auto eachTile, auto scaled)
+        IndexOf<V> areNormal() const
+        {
+            return smaller(smaller(least[0], least[1]), smaller(least[2], least[3])) >= splat<V>(min);
+        }
+    };
+    template <class V> static constexpr int top = sizeof(ElementOf<V>) == 4 ? 40 : 450;
+
+    template <class V> [[gnu::noinline]] static V scaled(Objects k, std::ptrdiff_t n, const auto& a)
     {
-        V sum{};
-        eachTile([&](const auto& s) KESL_INLINE {
-            each(s, [&](int i, int j) KESL_INLINE {
-                const V element = scaled(s(i, j));
-                sum += element * element;
-            });
-        });
-        return sum;
+        V largest{};
+        auto seen = [&](int, V element) {
+            largest = larger(abs(element), largest);
+            return element;
+        };
+        sumOfTiles<V>(k, n, seen, a);
+        IndexOf<V> exponent;
+        splitExponent(largest, exponent);
+        const TwoPowers<V> down(top<V> - exponent), up(exponent - top<V>);
+        auto square = [&](int, V element) { return down.times(element) * down.times(element); };
+        return up.times(sqrt(sumOfTiles<V>(k, n, square, a)));
     }
 };
 

@@ -22,14 +22,33 @@ template <bool all, class V, int n>
 [[gnu::always_inline]] inline IndexOf<V> byAdjugate(const Square<V, n>& a, Square<V, n>& x)
 {
     x = adjugate(a);
-    const V det = determinant(a, x);
+    const V det = determinant(a, x), inverse = 1 / det;
+    if constexpr (n <= 2) {
+        scaleBy(inverse, x);
+        return isOrdinary<1>(abs(det));
+    }
     const RowSizes<V, n> rows(a);
     const IndexOf<V> sound = rows.excuse(largestCofactor<all>(x), rows.least, 8);
-    scaleBy(1 / det, x);
+    scaleBy(inverse, x);
     return sound & rows.areRegular(det) & isOrdinary<n>(rows.largest);
 }
 
-// The lanes that are not done: once more near 1, and by elimination where that does not help.
+// The lanes that are not done: up to order 2 with exponents apart. Others get the same bits once more.
+template <class V, int n> requires(n <= 2)
+[[gnu::noinline]] IndexOf<V> finish(const Square<V, n>& a, IndexOf<V>, Square<V, n>& x)
+{
+    const SplitDeterminant<V> det(a);
+    const V inverse = 1 / det.value;
+    x = adjugate(a);
+    for (V& element : x.e) {
+        IndexOf<V> exponent;
+        const V value = splitExponent(element, exponent) * inverse;
+        element = element == 0 ? element * inverse : timesPowerOfTwo(value, exponent - det.exponent);
+    }
+    const IndexOf<V> zeroPivot = ((a(0, 0) == 0) & (a(n - 1, 0) == 0)) ? index<V>(1) : index<V>(n);
+    return notFinite(a) ? index<V>(-1) : det.value == 0 ? zeroPivot : index<V>(0);
+}
+// Above that once more near 1, and by elimination where that does not help.
 template <class V, int n> [[gnu::noinline]] IndexOf<V> finish(const Square<V, n>& a, IndexOf<V> done, Square<V, n>& x)
 {
     const auto take = [&](const Square<V, n>& y) {
@@ -51,7 +70,7 @@ template <class V, int n> [[gnu::noinline]] IndexOf<V> finish(const Square<V, n>
 // The inverse of what load() brings into x.
 template <class V, class N> [[gnu::always_inline]] inline IndexOf<V> invert(auto load, Tile<V, N, N>& x)
 {
-    if constexpr (most<N> >= 2 && most<N> <= 4) {
+    if constexpr (most<N> <= 4) {
         load();
         Tile<V, N, N> y(x.rows(), x.columns());
         const IndexOf<V> done = byAdjugate<false>(x, y);

@@ -10,6 +10,12 @@ namespace kesl::stacks {
 
 template <class V, int n> using Square = Tile<V, Fixed<n>, Fixed<n>>;
 
+template <class V> Square<V, 1> adjugate(const Square<V, 1>&)
+{
+    Square<V, 1> x({}, {});
+    x(0, 0) = splat<V>(1);
+    return x;
+}
 template <class V> Square<V, 2> adjugate(const Square<V, 2>& a)
 {
     Square<V, 2> x({}, {});
@@ -111,7 +117,7 @@ public:
             first = i == 0 ? size : first;
             product = i == 0 ? size : product * size;
             largest = i == 0 ? size : larger(size, largest);
-            least = i == 0 || size < least ? size : least;
+            least = i == 0 ? size : smaller(size, least);
         });
     }
 
@@ -124,12 +130,41 @@ public:
     }
     // Lanes where a cofactor, of the rows without one of this size, is so large that its errors are at most so many units of it.
     // Then the others have errors of the same size, which are no more than what a change of the matrix in its last digits makes.
-    // Those of order 2 have none.
-    IndexOf<V> excuse(V cofactor, V size, ElementOf<V> most) const
+    IndexOf<V> excuse(V cofactor, V size, ElementOf<V> most) const { return cofactor * size * splat<V>(most) > product; }
+};
+
+// Up to order 2 cofactors have no errors, and those of the determinant are units of its products: it is as accurate as the
+// matrix allows unless these over- or underflow. Here with all exponents apart: its value, 0 or from 1 to 2 with its sign,
+// times 2^exponent, for finite matrices. Where nothing over- or underflows these are the digits of the plain sum.
+template <class V> struct SplitDeterminant {
+    V value;
+    IndexOf<V> exponent;
+
+    explicit SplitDeterminant(const Square<V, 1>& a) { take(a(0, 0)); }
+    explicit SplitDeterminant(const Square<V, 2>& a)
     {
-        if constexpr (n <= 2) return index<V>(-1);
-        else return cofactor * size * splat<V>(most) > product;
+        IndexOf<V> first, second;
+        const V p = product(a(0, 0), a(1, 1), first), q = product(a(0, 1), a(1, 0), second);
+        const IndexOf<V> larger = first > second ? first : second;
+        const IndexOf<V> most = q == 0 ? first : p == 0 ? second : larger; // a product that is far smaller has no effect
+        take(p * reduced(first - most) - q * reduced(second - most));
+        exponent += most;
     }
+
+private:
+    void take(V x)
+    {
+        const V split = splitExponent(x, exponent);
+        value = x == 0 ? V{} : split;
+    }
+    static V product(V x, V y, IndexOf<V>& exponent)
+    {
+        IndexOf<V> other;
+        const V value = splitExponent(x, exponent) * splitExponent(y, other);
+        exponent += other;
+        return ((x == 0) | (y == 0)) ? V{} : value;
+    }
+    static V reduced(IndexOf<V> e) { return powerOfTwo<V>(e < -100 ? index<V>(-100) : e > 0 ? index<V>(0) : e); }
 };
 
 // Matrices that are not ordinary, brought near 1 by a power of two for each.

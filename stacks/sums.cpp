@@ -20,9 +20,9 @@ template <class V> [[gnu::always_inline]] inline V total(const V* partial, std::
     return sum;
 }
 
-// term(i, x...) is the term of a sum from an element of each operand; i only tells one from the next. Elements of one object or
-// of many may be in the lanes: it is cheaper to exchange lanes of terms than those of all elements. Here: the terms of contiguous
-// vectors from element e on, some bytes of each, as packs of objects.
+// term(i, x...) is the term of a sum from an element of each operand; i only tells one from the next. Elements of one object
+// or of many may be in the lanes: it is cheaper to exchange lanes of terms than those of all elements. Here: the terms of
+// contiguous vectors from element e on, some bytes of each, as packs of objects.
 template <int bytes, class V> [[gnu::always_inline]] inline void loadTerms(std::ptrdiff_t e, V* t, auto& term, auto... at)
 {
     constexpr int c = perPiece<bytes, V>;

@@ -39,7 +39,8 @@ template <class T, int n> [[gnu::always_inline]] inline void productOfOne(auto a
 {
     if constexpr (n == 3) store(dst, Objects<T>{0}, times(load<n, n>(a, Objects<T>{0}), load<n, n>(b, Objects<T>{0})));
     else {
-        const auto from = a.object(0, n, n), factor = b.object(0, n, n);
+        const auto from = a.object(0, n, n);
+        const auto factor = b.object(0, n, n); // of another type, where one of them is transposed
         const auto to = dst.object(0, n, n);
         Row<T, n> rows[n];
 #pragma GCC unroll 8

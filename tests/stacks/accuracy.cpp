@@ -15,7 +15,6 @@ namespace stacks {
 namespace {
 
 constexpr int orders[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 24, 32};
-constexpr int groups[] = {4, 8, 16, 32};
 int groupOf(int order)
 {
     return *std::find_if(std::begin(groups), std::end(groups), [&](int g) { return order <= g; });
@@ -79,7 +78,7 @@ std::vector<Sizes> sizesOf(const Function& f, int order, Random& random)
     return all;
 }
 
-void add(Figures& figures, const Level& level, const Problem& p, const std::vector<TestMatrix>& matrices, int order)
+void add(Figures& figures, const Level& level, const Problem& p, const std::vector<TestMatrix>& matrices, int group)
 {
     const Outcome ours = run(level, p), theirs = lapack(p);
     for (std::ptrdiff_t k = 0; k < p.count; ++k) {
@@ -89,7 +88,7 @@ void add(Figures& figures, const Level& level, const Problem& p, const std::vect
             (p.function->data == Data::definite || p.function->data == Data::regular || p.function->data == Data::factors))
             continue; // rounding has made it indefinite or singular
         const auto note = [&](const Ratio& r) -> Worst& {
-            Worst& worst = figures[r.what][groupOf(order)];
+            Worst& worst = figures[r.what][group];
             worst.limit = r.limit;
             return worst;
         };
@@ -112,18 +111,25 @@ void add(Figures& figures, const Level& level, const Problem& p, const std::vect
 
 } // namespace
 
-Figures figuresOf(const Level& level, const Function& f, char type)
+void eachTestProblem(const Function& f, char type, const Body& body)
 {
-    Figures figures;
     for (int order : orders) {
         Random random(f.name + type, 900 + order);
         for (const Sizes& sizes : sizesOf(f, order, random))
             for (long round = 0; round < cases(1); ++round) {
                 const int height = rows(f, sizes, f.sources[0]), width = cols(f, sizes, f.sources[0]);
                 const std::vector<TestMatrix> matrices = matricesFor(f, height, width, type, random);
-                add(figures, level, problemOf(f, type, sizes, matrices, random), matrices, order);
+                body(problemOf(f, type, sizes, matrices, random), matrices, groupOf(order));
             }
     }
+}
+
+Figures figuresOf(const Level& level, const Function& f, char type)
+{
+    Figures figures;
+    eachTestProblem(f, type, [&](const Problem& p, const std::vector<TestMatrix>& matrices, int group) {
+        add(figures, level, p, matrices, group);
+    });
     return figures;
 }
 
@@ -187,14 +193,16 @@ void testRandom(const Level& level, const Function& f)
     setThreads(1);
 }
 
+std::string rounded(double ratio)
+{
+    char text[20];
+    const char* const form = ratio < 0 ? "–" : ratio >= 1000 ? "%.0e" : ratio >= 10 ? "%.0f" : "%.1f";
+    std::snprintf(text, sizeof text, form, ratio);
+    return text;
+}
+
 void printPage(std::ostream& out, const Level& level)
 {
-    out.precision(2);
-    const auto number = [&](double x) {
-        char text[20];
-        std::snprintf(text, sizeof text, x < 0 ? "–" : x >= 1000 ? "%.0e" : x >= 10 ? "%.0f" : "%.1f", x);
-        return std::string(text);
-    };
     for (char type : {'f', 'd'}) {
         out << "\n## " << (type == 'f' ? "32f" : "64f")
             << "\n\n| function | ratio | limit | orders 1–4 | 5–8 | 9–16 | 20–32 |\n|---|---|--:|--:|--:|--:|--:|\n";
@@ -210,7 +218,7 @@ void printPage(std::ostream& out, const Level& level)
                     const auto found = byOrder.find(group);
                     out << ' '
                         << (found == byOrder.end() ? "–"
-                                                   : number(found->second.ours) + " / " + number(found->second.lapacks))
+                                                   : rounded(found->second.ours) + " / " + rounded(found->second.lapacks))
                         << " |";
                 }
                 out << '\n';

@@ -88,20 +88,8 @@ template <class T> int solveOne(Problem& p, Outcome& o)
 
 Outcome lapack(const Problem& p)
 {
-    Outcome all;
-    for (const Operand& o : p.function->destinations) all.results.push_back(p.blank(o, p.count));
-    for (std::ptrdiff_t k = 0; k < p.count; ++k) {
-        Problem one = p.object(k);
-        Outcome o;
-        for (const Operand& d : p.function->destinations) o.results.push_back(p.blank(d, 1));
-        all.info.push_back(withType(p.type, [&]<class T>(T) { return solveOne<T>(one, o); }));
-        all.status += all.info.back() != 0;
-        if (o.results.empty()) all.results.clear();
-        for (size_t i = 0; i < o.results.size(); ++i)
-            std::copy(o.results[i].data.begin(), o.results[i].data.end(),
-                      all.results[i].data.begin() + std::ptrdiff_t(o.results[i].data.size()) * k);
-    }
-    return all;
+    return objectByObject(
+        p, [&](Problem& one, Outcome& o) { return withType(p.type, [&]<class T>(T) { return solveOne<T>(one, o); }); });
 }
 
 } // namespace stacks

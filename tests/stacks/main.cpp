@@ -1,7 +1,8 @@
 // Registers the tests of every function at run time: <suite>_<level>.<function>. With --accuracy it prints the worst ratios
-// instead, as the tables of docs/accuracy.md.
+// instead, as the tables of docs/accuracy.md, or those of the file of keslmx that is named behind it.
 #include "../memory.h"
 #include "accuracy.h"
+#include "mx.h"
 #include "suites.h"
 
 #include <functional>
@@ -57,7 +58,8 @@ int main(int argc, char** argv)
     installTrap();
     if (argc > 1 && std::string(argv[1]) == "--accuracy") {
         setThreads(1);
-        printPage(std::cout, best());
+        if (argc > 2) openMx(argv[2]), printMx(std::cout);
+        else printPage(std::cout, best());
         return 0;
     }
     for (const Named& named : suites)

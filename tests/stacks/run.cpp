@@ -269,6 +269,24 @@ Outcome oneByOne(const Level& level, const Problem& p)
     return all;
 }
 
+Outcome objectByObject(const Problem& p, const std::function<int(Problem&, Outcome&)>& solve)
+{
+    Outcome all;
+    for (const Operand& o : p.function->destinations) all.results.push_back(p.blank(o, p.count));
+    for (std::ptrdiff_t k = 0; k < p.count; ++k) {
+        Problem one = p.object(k);
+        Outcome o;
+        for (const Operand& d : p.function->destinations) o.results.push_back(p.blank(d, 1));
+        all.info.push_back(solve(one, o));
+        all.status += all.info.back() != 0;
+        if (o.results.empty()) all.results.clear();
+        for (size_t i = 0; i < o.results.size(); ++i)
+            std::copy(o.results[i].data.begin(), o.results[i].data.end(),
+                      all.results[i].data.begin() + std::ptrdiff_t(o.results[i].data.size()) * k);
+    }
+    return all;
+}
+
 std::string difference(const Outcome& expected, const Outcome& actual)
 {
     std::ostringstream text;

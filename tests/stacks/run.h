@@ -4,6 +4,7 @@
 #include "functions.h"
 
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <type_traits>
 
@@ -83,6 +84,9 @@ std::ptrdiff_t callWith(const Level&, const Function&, char type, const std::vec
 
 // Every object by itself: what all other calls are compared with, to the bit.
 Outcome oneByOne(const Level&, const Problem&);
+// What another library makes of each object: solve() sets the results of one, which are zeros before, and returns its info.
+// It may change the problem that it gets. Without results it has no such function.
+Outcome objectByObject(const Problem&, const std::function<int(Problem&, Outcome&)>& solve);
 std::string difference(const Outcome& expected, const Outcome& actual); // empty if there is none; NaN equals NaN
 
 // Whole numbers per cent of the usual number of cases: the environment variable KESL_TEST_EFFORT.

@@ -119,6 +119,7 @@ std::vector<Sizes> shapes(const Function& f)
         else if (f.name.starts_with("svd") && random.chance(50)) sizes[1] = order; // square ones too
         result.push_back(sizes);
     }
+    if (f.sizes.size() == 3) result.push_back({1, 1, 5}); // one row, which is a column as well, beside a wide one
     return result;
 }
 

@@ -21,9 +21,13 @@ struct Window {
     {
         const std::ptrdiff_t steps[] = {-v.cols, -1, 0, 1, 1, 2, v.rows, v.cols, v.cols + 1, v.elements(), v.elements() + 1};
         const std::ptrdiff_t extents[] = {v.count, v.rows, v.cols};
+        // Those of packed objects, by rows or by columns, if rows and columns were exchanged.
+        const std::ptrdiff_t mistaken[2][3] = {{v.elements(), v.rows, 1}, {v.elements(), 1, v.cols}};
+        const bool isMistaken = random.chance(30);
+        const int kind = random.below(2);
         std::ptrdiff_t last = 0;
         for (int axis = 0; axis < 3; ++axis) {
-            strides[axis] = random.pick(steps);
+            strides[axis] = isMistaken ? mistaken[kind][axis] : random.pick(steps);
             const std::ptrdiff_t reach = strides[axis] * (extents[axis] - 1);
             first -= std::min<std::ptrdiff_t>(reach, 0), last += std::max<std::ptrdiff_t>(reach, 0);
         }

@@ -89,9 +89,11 @@ template <bool lower, class V, int height, int width>
             eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = all(i, j); });
         } else loadRun<height * width>(at, x.e[0]);
     } else if (src.lie == Lie::sideBySide) {
-        const Grid<T> grid{moved(src.first, first * src.stride0), src.stride1, src.stride2};
         if (src.cells) eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = loadPack<V>(cell(i, j)); });
-        else eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = loadPack<V>(&grid(i, j)); });
+        else {
+            const Grid<T> grid{moved(src.first, first * src.stride0), src.stride1, src.stride2};
+            eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { x(i, j) = loadPack<V>(&grid(i, j)); });
+        }
     } else {
         Block<V, height, width> other; // so that x may stay in registers
         const bool whole = !lower || src.stride2 == width * int(sizeof(T));
@@ -125,9 +127,11 @@ template <bool lower, class V, int height, int width>
 #pragma GCC unroll 8
             for (int i = 0; i < height; ++i) storeRun<width>(movedRow(at, i * dst.stride1), x.e[i]);
     } else if (dst.lie == Lie::sideBySide) {
-        const Grid<T> grid{moved(dst.first, first * dst.stride0), dst.stride1, dst.stride2};
         if (dst.cells) eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { storePack<V>(cell(i, j), x(i, j)); });
-        else eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { storePack<V>(&grid(i, j), x(i, j)); });
+        else {
+            const Grid<T> grid{moved(dst.first, first * dst.stride0), dst.stride1, dst.stride2};
+            eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { storePack<V>(&grid(i, j), x(i, j)); });
+        }
     } else {
         Block<V, height, width> other;
         eachOf<height, width, lower>([&](int i, int j) KESL_INLINE { other(i, j) = x(i, j); });

@@ -65,8 +65,8 @@ void run(const Function& f, const Level& level, const Reference& reference, cons
     const int status = c.run(level);
     std::string problem = c.fault;
     const Watch seen = watch;
-    // Never more threads than there is scratch for.
-    const int size = region ? f.scratch().empty() ? team.second : std::min(team.first, team.second) : 1;
+    // Never more threads than the first answer was.
+    const int size = region ? std::min(team.first, team.second) : 1;
     const int threads = regionsAreSeen && seen.regions ? seen.team : size;
     if (problem.empty() && !c.expect(status, slicesOf(c.count, threads))) problem = "status " + std::to_string(status);
     if (problem.empty()) problem = c.compare(!region);

@@ -2,6 +2,8 @@
 #pragma once
 #include "frame/arguments.h"
 #include "frame/call.h"
+#include "products/any_size.h"
+#include "products/small_orders.h"
 #include "products/small_vectors.h"
 
 namespace kesl {
@@ -40,13 +42,7 @@ struct MatrixTimesVectorPlusVector {
     {
         withOrder(width == height ? width : 0, [&](auto n) KESL_INLINE {
             if constexpr (n > 0) square<T, F, n>(a, x, y, dst, count);
-            else
-                for (int k = 0; k < count; ++k) {
-                    const auto r = seen(y, k, 0);
-                    const auto to = seen(dst, k, 0);
-                    product<false>(plusZero<T>, seen(a, k, width), seen(x, k, 0), to, height, 1, width);
-                    for (int i = 0; i < height; ++i) to(i, 0) = to(i, 0) + r(i, 0);
-                }
+            else rectangles<T, F>(a, width, height, x, y, dst, count);
         });
         return keslStatusOk;
     }
@@ -69,6 +65,17 @@ struct MatrixTimesVectorPlusVector {
                 store(dst, k, plus(timesVector<ahead>(load<n, n>(a, k), load<1, n>(x, k)), load<1, n>(y, k)));
             });
         else gaxpyAnywhere<n>(factor(a, n, n), factor(x, 1, n), factor(y, 1, n), {dst, 1, n}, count);
+    }
+
+    template <class T, Form F>
+    [[gnu::always_inline]] static void rectangles(auto a, int width, int height, auto x, auto y, auto dst, auto count)
+    {
+        constexpr bool array = decltype(dst)::isArray;
+        if constexpr (F == S && array)
+            if (width == height && smallProductsDone(width, count, a, x, dst, y)) return;
+        const auto summand = column(y, height);
+        return productsOfAnySize<T>({height, width, 1}, factor(a, height, width), column(x, width), &summand,
+                                    {dst, 1, height}, true, count);
     }
 };
 struct Gaxpy_mv : MatrixTimesVectorPlusVector {};

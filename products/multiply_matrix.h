@@ -2,8 +2,9 @@
 #pragma once
 #include "frame/arguments.h"
 #include "frame/call.h"
-#include "products/factors.h"
+#include "products/any_size.h"
 #include "products/records.h"
+#include "products/small_orders.h"
 #include "products/tiles.h"
 
 namespace kesl {
@@ -106,20 +107,27 @@ template <Starts starts> struct ProductOfMatrices {
         constexpr bool array = decltype(dst)::isArray, rows = contiguousRows(F) && !isTransposed<B>;
         constexpr std::int64_t e = sizeof(T);
 
+        if constexpr (F == S && array)
+            if (M == K && K == N && smallProductsDone(N, count, a, b, dst)) return;
+        bool tall = false;
         if constexpr (F == S && A::isArray && !B::isArray)
-            if (isPacked(a, M, K) && isPacked(dst, M, N)) // one tall matrix
-                return product<rows>(plusZero<T>, Grid<const T>{a.p, K * e, e}, seen(b, 0, w2), Grid<T>{dst.p, N * e, e},
-                                     std::int64_t(M) * count, N, K);
+            if (isPacked(a, M, K) && isPacked(dst, M, N)) // one matrix, whose rows may be all there is of each object
+                tall = true, a.stride1 = K * int(e), dst.stride1 = N * int(e);
         if constexpr (rows)
-            if (N >= 3 && N <= 6)
-                return withOrder(N, [&](auto columns) {
-                    if constexpr (columns > 0)
-                        narrowProducts<columns>(plusZero<T>, anywhere(a, M, K), anywhere(b, K, N), anywhere(dst, M, N),
-                                                count, M, K);
-                });
+            if (areNarrow(N))
+                return narrowProducts<T>(anywhere(a, M, K), anywhere(b, K, N), anywhere(dst, M, N), tall ? 1 : count,
+                                         tall ? std::int64_t(M) * count : M, K, N);
+        if constexpr (F == S && A::isArray && !B::isArray)
+            if (tall)
+                return product<rows>(plusZero<T>, Grid<const T>{a.p, a.stride1, e}, seen(b, 0, w2),
+                                     Grid<T>{dst.p, dst.stride1, e}, std::int64_t(M) * count, N, K);
         if constexpr (!contiguousRows(F) && !inL(F) && array)
             if (isSideBySide(a) && isSideBySide(b) && isSideBySide(dst))
                 return productsSideBySide<T, 0>(plusZero<T>, a, w1, b, w2, dst, M, K, N, count);
+        if constexpr (array)
+            if (!rows || N < 3)
+                return productsOfAnySize<T>({M, K, N}, factor(a, isTransposed<A> ? K : M, w1),
+                                            factor(b, isTransposed<B> ? N : K, w2), nullptr, {dst, M, N}, false, count);
         for (int k = 0; k < count; ++k) product<rows>(plusZero<T>, seen(a, k, w1), seen(b, k, w2), seen(dst, k, N), M, N, K);
     }
 

@@ -2,6 +2,8 @@
 #pragma once
 #include "frame/arguments.h"
 #include "frame/call.h"
+#include "products/any_size.h"
+#include "products/small_orders.h"
 #include "products/small_vectors.h"
 
 namespace kesl {
@@ -69,6 +71,8 @@ struct MatrixTimesVector {
         constexpr bool array = decltype(dst)::isArray;
         constexpr int most = 16;
 
+        if constexpr (F == S && array)
+            if (M == K && smallProductsDone(M, count, a, x, dst)) return;
         if constexpr (!contiguousRows(F) && !inL(F) && array)
             if (isSideBySide(a) && isSideBySide(x) && isSideBySide(dst))
                 return timesSideBySide<T>(plusZero<T>, a, width, x, dst, M, K, count);
@@ -80,9 +84,18 @@ struct MatrixTimesVector {
                 for (int k = 0; k < K; ++k)
                     for (int i = 0; i < M; ++i) kept[k * M + i] = from(i, k);
                 constexpr std::int64_t e = sizeof(T);
+                if (areNarrow(M)) {
+                    const T *const vectors = x.p, *const matrix = kept;
+                    T* const to = dst.p;
+                    return narrowProducts<T>({&vectors, 0, 0, 0, 0, 0, x.stride0, e}, {&matrix, 0, 0, 0, 0, 0, M * e, e},
+                                             {&to, 0, 0, 0, 0, 0, dst.stride0, e}, 1, count, K, M);
+                }
                 return product<true>(plusZero<T>, Grid<const T>{x.p, x.stride0, e}, Grid<const T>{kept, M * e, e},
                                      Grid<T>{dst.p, dst.stride0, e}, count, M, K);
             }
+        if constexpr (array)
+            return productsOfAnySize<T>({M, K, 1}, factor(a, isTransposed<A> ? K : M, width), column(x, K), nullptr,
+                                        {dst, 1, M}, true, count);
         for (int k = 0; k < count; ++k)
             product<false>(plusZero<T>, seen(a, k, width), seen(x, k, 0), seen(dst, k, 0), M, 1, K);
     }

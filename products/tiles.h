@@ -103,15 +103,27 @@ template <bool packs, class T, template <class> class View>
 }
 
 // `count` of them, with n columns.
-template <int n, class T> [[gnu::noinline]] void narrowProducts(T start, const Anywhere<const T>& a,
-                                                                const Anywhere<const T>& b, const Anywhere<T>& dst,
-                                                                int count, std::int64_t M, int K)
+template <int n, class T> KESL_ONCE void narrowProducts(T start, const Anywhere<const T>& a, const Anywhere<const T>& b,
+                                                        const Anywhere<T>& dst, int count, std::int64_t M, int K)
 {
     for (int k = 0; k < count; ++k) {
         const auto x = gridOf(a, k), y = gridOf(b, k);
         const auto to = gridOf(dst, k);
         byFours(M, [&](auto r, std::int64_t i) KESL_INLINE { fewColumns<r, n>(start, x, y, to, i, K); });
     }
+}
+
+constexpr bool areNarrow(int columns) { return columns >= 3 && columns <= 8; }
+template <class T> [[gnu::noinline]] void narrowProducts(const Anywhere<const T>& a, const Anywhere<const T>& b,
+                                                         const Anywhere<T>& dst, int count, std::int64_t M, int K, int N)
+{
+    const auto of = [&](auto n) KESL_INLINE { narrowProducts<n>(plusZero<T>, a, b, dst, count, M, K); };
+    if (N == 7) of(Fixed<7>{});
+    else if (N == 8) of(Fixed<8>{});
+    else
+        withOrder(N, [&](auto n) KESL_INLINE {
+            if constexpr (n > 0) of(n);
+        });
 }
 
 // As many products as V has lanes, of objects that lie side by side.
@@ -155,8 +167,8 @@ template <int n, class V, bool aVaries, bool bVaries> [[gnu::noinline]] void pro
 #endif
 #define KESL_PRODUCT_FUNCTION(how, packs, T, View) \
     how template void product<packs, T, View>(T, View<const T>, View<const T>, View<T>, std::int64_t, int, int);
-#define KESL_NARROW_FUNCTION(how, n, T) \
-    how template void narrowProducts<n>(T, const Anywhere<const T>&, const Anywhere<const T>&, const Anywhere<T>&, int, std::int64_t, int);
+#define KESL_NARROW_FUNCTION(how, T) \
+    how template void narrowProducts<T>(const Anywhere<const T>&, const Anywhere<const T>&, const Anywhere<T>&, int, std::int64_t, int, int);
 #define KESL_LANES_FUNCTION(how, T, a, b, View, V) \
     how template void productOfLanes<V, a, b>(T, View<const T>, View<const T>, View<T>, int, int, int);
 #define KESL_LANES_FUNCTIONS(how, T, V)                                                                             \
@@ -166,8 +178,7 @@ template <int n, class V, bool aVaries, bool bVaries> [[gnu::noinline]] void pro
 #define KESL_TILE_FUNCTIONS(how, T, PACKS)                                                                          \
     KESL_PRODUCT_FUNCTION(how, true, T, Grid) KESL_PRODUCT_FUNCTION(how, false, T, Grid)                              \
     KESL_PRODUCT_FUNCTION(how, false, T, ListedElements)                                                              \
-    KESL_NARROW_FUNCTION(how, 3, T) KESL_NARROW_FUNCTION(how, 4, T)                                                   \
-    KESL_NARROW_FUNCTION(how, 5, T) KESL_NARROW_FUNCTION(how, 6, T)                                                   \
+    KESL_NARROW_FUNCTION(how, T)                                                                                      \
     PACKS(KESL_LANES_FUNCTIONS, how, T)
 KESL_TILE_FUNCTIONS(extern, float, KESL_FLOAT_PACKS)
 KESL_TILE_FUNCTIONS(extern, double, KESL_DOUBLE_PACKS)

@@ -24,19 +24,24 @@ struct DotProduct {
     {
         using A = decltype(a);
         using B = decltype(b);
+        const auto ofLength = [&](auto n, auto sum) {
+            return withRuns<n>(
+                [&](auto x, auto y) {
+                    return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
+                        V p[+n];
+                        termsOf<n>(k, p, std::multiplies{}, x, y);
+                        storePack<V>(dst.p + k.first, sum(p));
+                        return KeslStatus(keslStatusOk);
+                    });
+                },
+                a, b);
+        };
+        if constexpr (F == S && A::isArray)
+            if (len == 2) return ofLength(Fixed<2>{}, []<class V>(const V* p) { return V{} + p[0] + p[1]; });
         return withOrder(len, [&](auto n) {
             if constexpr (n > 0) {
-                constexpr int ahead = aheadInDot[F == S2 || F == LS2][n - 3];
-                return withRuns<n>(
-                    [&](auto x, auto y) {
-                        return eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
-                            V p[+n];
-                            termsOf<n>(k, p, std::multiplies{}, x, y);
-                            storePack<V>(dst.p + k.first, sumOfFew<n, ahead>(p));
-                            return KeslStatus(keslStatusOk);
-                        });
-                    },
-                    a, b);
+                constexpr int length = n, ahead = aheadInDot[F == S2 || F == LS2][n - 3];
+                return ofLength(n, [](const auto* p) { return sumOfFew<length, ahead>(p); });
             } else if constexpr (F == S && !A::isArray && !B::isArray) {
                 *dst.p =
                     sumOfMany<T>(len, [&]<class V>(std::int64_t k) { return loadPack<V>(a.p + k) * loadPack<V>(b.p + k); });

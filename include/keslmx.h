@@ -96,7 +96,8 @@
  * SPEED. The functions are made for matrices of order 3 to 6 and vectors of length 3 to 6. Rows without gaps between their
  * elements (every stride2 the element size) are fast, objects without any gap the fastest; so are arrays that are interleaved
  * as a structure of arrays (stride0 the element size), and matrices whose columns have no gaps, in all that factors, inverts,
- * substitutes or finds eigenvalues. There, orders 1, 2 and 7 to 16 too are worked on several objects at a time. All else, and
+ * substitutes or finds eigenvalues. There, orders 1, 2 and 7 to 16 too are worked on several objects at a time, and so are arrays
+ * of up to 144 elements an object in keslMul and keslGaxpy, in every layout, where they do not go row by row. All else, and
  * larger orders, go object by object in plain loops: additions cost of the order of n squared, products, factors, determinants
  * and eigenvalues n cubed, keslInvert n to the fifth power. A call takes at most 64 KiB of stack (as g++ 12 compiles it).
  *

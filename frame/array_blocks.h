@@ -78,7 +78,7 @@ template <bool lower, class V, int height, int width>
         loadTable<width>(moved(src.first, first * src.stride0), x.e[0]);
     } else if (src.lie <= Lie::rows) {
         const Listed<T> at = src.objects(first);
-        if (!src.list) prefetchNext<height * width, V, false>(Spaced<T>{src.object(first), src.stride0});
+        if (!src.list) prefetchNext<height * width, V>(Spaced<T>{src.object(first), src.stride0});
         if (height > 1 && src.lie == Lie::rows)
             [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
                 (loadRun<(lower ? i + 1 : width)>(movedRow(at, i * src.stride1), x.e[i]), ...);
@@ -117,7 +117,7 @@ template <bool lower, class V, int height, int width>
         storeTable<width>(moved(dst.first, first * dst.stride0), x.e[0]);
     } else if (dst.lie <= Lie::rows) {
         const Listed<T> at = dst.objects(first);
-        if (!dst.list && !lower) prefetchNext<height * width, V, true>(Spaced<T>{dst.object(first), dst.stride0});
+        if (!dst.list && !lower) prefetchNext<height * width, V>(Spaced<T>{dst.object(first), dst.stride0});
         if constexpr (lower)
             [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
                 (storeLowerRow<i + 1>(movedRow(at, i * dst.stride1), x.e[i]), ...);

@@ -30,20 +30,20 @@ template <int height, int width> [[gnu::always_inline]] inline void eachElement(
 
 // ---- Packs of objects as they are stored, in rows of `width` elements.
 
-// Asks for the objects of a later pack, where packs are long: the next one to be written; and to be read, one that comes
-// some 4 KiB later, as much as arrives in the time that memory takes to answer. With short packs, and objects of a cache
-// line, the hardware does well by itself.
-template <int elements, class V, bool write, class T> [[gnu::always_inline]] inline void prefetchNext(Spaced<T> at)
+// Asks for the objects of a later pack, where packs are long: what comes some 4 KiB later arrives in the time that memory takes to
+// answer. It goes to the second cache, also what will be written: the few misses that the first one can wait for at a time are
+// those of the pack at hand. With short packs, and objects of a cache line, the hardware does well by itself.
+template <int elements, class V, class T> [[gnu::always_inline]] inline void prefetchNext(Spaced<T> at)
 {
     constexpr int bytes = elements * int(sizeof(V)), each = elements * int(sizeof(T));
-    constexpr int ahead = (write ? 1 : (4096 + bytes - 1) / bytes) * lanes<V>;
+    constexpr int ahead = (4096 + bytes - 1) / bytes * lanes<V>;
     if constexpr (bytes >= 1024 && each > 64)
 #pragma GCC unroll 16
         for (int l = ahead; l < ahead + lanes<V>; ++l)
             for (int byte = 0; byte < each; byte += 64)
-                __builtin_prefetch(reinterpret_cast<const char*>(at(l)) + byte, write, 3);
+                __builtin_prefetch(reinterpret_cast<const char*>(at(l)) + byte, 0, 2);
 }
-template <int elements, class V, bool write, class T> void prefetchNext(Listed<T>) {} // nobody says that there is a next one
+template <int elements, class V, class T> void prefetchNext(Listed<T>) {} // nobody says that there is a next one
 
 template <class T, Kind kind, Form F> auto lanesOf(const Operand<T, kind, true, F>& o, int first)
 {
@@ -56,7 +56,7 @@ template <bool record, int height, int width, class V, class T, Kind kind, Form 
 {
     if constexpr (contiguousRows(F)) {
         const auto at = lanesOf(src, first);
-        prefetchNext<height * width, V, false>(at);
+        prefetchNext<height * width, V>(at);
         if (record || src.stride1 == width * src.elementSize) return loadRun<height * width>(at, x.e[0]);
 #pragma GCC unroll 8
         for (int i = 0; i < height; ++i) loadRun<width>(movedRow(at, std::int64_t(i) * src.stride1), x.e[i]);
@@ -75,7 +75,7 @@ storeStored(const Operand<T, kind, true, F>& dst, int first, const Block<V, heig
 {
     if constexpr (contiguousRows(F)) {
         const auto at = lanesOf(dst, first);
-        prefetchNext<height * width, V, true>(at);
+        prefetchNext<height * width, V>(at);
         if (record || dst.stride1 == width * dst.elementSize) return storeRun<height * width>(at, x.e[0]);
 #pragma GCC unroll 8
         for (int i = 0; i < height; ++i) storeRun<width>(movedRow(at, std::int64_t(i) * dst.stride1), x.e[i]);

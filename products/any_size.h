@@ -22,7 +22,7 @@ template <class T, Kind kind, bool array, Form F> Factor<T> column(const Operand
     return {{o, 1, length}, array, true};
 }
 
-// f(view of object k of each factor), element by element.
+// Object k of an array, or a tile, element by element; `turned` if it is read transposed.
 template <class T> ListedElements<T> listedIn(const Array<T>& a, int k, bool turned)
 {
     return {a.list, a.shift + k * a.stride0, turned ? 1 : a.width, turned ? a.width : 1};

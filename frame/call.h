@@ -19,20 +19,22 @@ template <class... Args> int measured(auto measure, const Args&... args)
     return int(std::apply(measure, std::tuple_cat(args.sizes()...)));
 }
 
-// The body of a kernel is its member's, which takes the count behind all other arguments, and One where there is none.
+// The body of a kernel is its member's, which takes the count behind all other arguments, and One where there is none. Arguments
+// go on by reference: a copy of one whose members were just written waits for them to reach the cache.
 template <class Member, class T, Form F, class... Args>
 [[gnu::always_inline]] inline KeslStatus runKernel(const Args&... args)
 {
-    const auto unlessCount = []<class A>(const A& a) KESL_INLINE {
-        if constexpr (std::is_same_v<A, Count>) return std::tuple<>();
-        else return std::tuple<A>(a);
-    };
-    const auto others = std::tuple_cat(unlessCount(args)...);
-    const auto with = [&](auto count) KESL_INLINE {
-        return std::apply([&](const auto&... a) KESL_INLINE { return Member::template kernel<T, F>(a..., count); }, others);
-    };
-    if constexpr ((std::is_same_v<Args, Count> || ...)) return with(Count(countOf(args...)));
-    else return with(One{});
+    constexpr std::size_t n = sizeof...(Args);
+    constexpr bool isCount[n] = {std::is_same_v<Args, Count>...};
+    constexpr std::size_t place = std::size_t(std::find(isCount, isCount + n, true) - isCount), others = n - (place < n);
+    const auto all = std::forward_as_tuple(args...);
+    const auto count = [&] {
+        if constexpr (place < n) return std::get<place>(all);
+        else return One{};
+    }();
+    return [&]<std::size_t... i>(std::index_sequence<i...>) KESL_INLINE {
+        return Member::template kernel<T, F>(std::get<i + (i >= place)>(all)..., count);
+    }(std::make_index_sequence<others>{});
 }
 
 // The kernel for all objects of the call: the one for contiguous rows if every stride2 is the element size.

@@ -20,6 +20,12 @@ template <class V> [[gnu::always_inline]] inline V total(const V* partial, std::
     return sum;
 }
 
+// Lengths that have code of their own.
+auto withLength(std::ptrdiff_t n, auto f)
+{
+    return n == 7 ? f(Fixed<7>{}) : n == 8 ? f(Fixed<8>{}) : withOrder<std::ptrdiff_t>(n, f);
+}
+
 // term(i, x...) is the term of a sum from an element of each operand; i only tells one from the next. Elements of one object
 // or of many may be in the lanes: it is cheaper to exchange lanes of terms than those of all elements. Here: the terms of
 // contiguous vectors from element e on, some bytes of each, as packs of objects.
@@ -44,10 +50,12 @@ template <int bytes, class V>
     }
 }
 
-// All n terms of short vectors.
+// All n terms of short vectors. Packs as they lie in memory take fewer shuffles than pieces of objects where one of any two
+// packs is a single instruction.
+template <int n, class V> constexpr bool areByPacks = areShort<n> || (n <= 8 && sizeof(V) == 64);
 template <int n, class V> [[gnu::always_inline]] inline void loadAllTerms(Objects k, V* t, auto& term, const auto&... a)
 {
-    if constexpr (areShort<n>)
+    if constexpr (areByPacks<n, V>)
         if ((a.areRecords() && ...)) {
             V packs[n];
             loop<Fixed<n>>(0, n,
@@ -136,7 +144,7 @@ struct Vecdot {
     static constexpr int limits[] = {0};
     static auto shapes(auto n) { return std::tuple(Shape(One{}, n), Shape(One{}, n), Shape(One{}, One{})); }
     static double cost(double n) { return 100 * (n + 1); }
-    static auto withOrders(auto f, std::ptrdiff_t n) { return withOrder<std::ptrdiff_t>(n, f); }
+    static auto withOrders(auto f, std::ptrdiff_t n) { return withLength(n, f); }
 
     template <class V> static void pack(Objects k, auto n, const auto& a, const auto& b, const auto& x)
     {
@@ -182,7 +190,7 @@ struct Norm {
     static constexpr int limits[] = {0};
     static auto shapes(auto n) { return std::tuple(Shape(One{}, n), Shape(One{}, One{})); }
     static double cost(double n) { return 150 * (n + 2); }
-    static auto withOrders(auto f, std::ptrdiff_t n) { return withOrder<std::ptrdiff_t>(n, f); }
+    static auto withOrders(auto f, std::ptrdiff_t n) { return withLength(n, f); }
 
     // The root of the sum of squares as they are, where none over- or underflows. Otherwise a power of two brings the largest
     // element to where none does that did not before, so that a vector has the same digits with any power of two.

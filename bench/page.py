@@ -40,11 +40,12 @@ THREADS = """
 
 Matrices of order 4 in float, as many as take two milliseconds on one thread, or a million; calls on one thread and on as many as the
 library takes by itself, in turns. *Wins from*: the count from which on threads are a tenth faster, and its microseconds on
-one thread; a dash, if they are not. *Idle*: one thread's time / that of threads, the medians, with nothing else running. *Busy*: the
-same beside four processes that compute without end, of the sums of all times, which the longest calls decide, and of the medians.
+one thread; a dash, if they are not. *Idle*: one thread's time / that of threads, the medians, with nothing else running. *Limit*: what
+two threads of the program gain that each call for half of the objects at the same moment: the machine's own. *Busy*: as *idle*
+beside four processes that compute without end, of the sums of all times, which the longest calls decide, and of the medians.
 
-| call | wins from | µs | objects | idle | busy, sums | busy, medians |
-|---|--:|--:|--:|--:|--:|--:|
+| call | wins from | µs | objects | idle | limit | busy, sums | busy, medians |
+|---|--:|--:|--:|--:|--:|--:|--:|
 """
 KESLMX = """
 ## keslmx

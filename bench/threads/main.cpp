@@ -4,10 +4,12 @@
 #include "../stacks/problem.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <keslcorex.h>
+#include <thread>
 
 namespace {
 using namespace bench;
@@ -27,8 +29,14 @@ struct Subject {
     std::shared_ptr<Problem> problem;
     std::function<void(Range)> run;
     int count = 0, winsFrom = 0;
-    double microseconds = 0, gain = 0; // of winsFrom on one thread; of all objects
+    double microseconds = 0, gain = 0, limit = 0; // of winsFrom on one thread; of all objects, by the library and at most
 };
+
+double medianOf(std::vector<double>& v)
+{
+    std::nth_element(v.begin(), v.begin() + std::ptrdiff_t(v.size() / 2), v.end());
+    return v[v.size() / 2];
+}
 
 // One thread's time / that of threads: of the medians, or of the sums, which the longest calls decide.
 struct Gain {
@@ -44,12 +52,35 @@ Gain gainOf(const Subject& subject, int count, double seconds)
             times[t].push_back(secondsOf([&] { subject.run({0, count}); }));
             sums[t] += times[t].back(), spent += times[t].back();
         }
-    const auto medianOf = [](std::vector<double>& v) {
-        std::nth_element(v.begin(), v.begin() + std::ptrdiff_t(v.size() / 2), v.end());
-        return v[v.size() / 2];
-    };
     const double one = medianOf(times[0]), all = medianOf(times[1]);
     return {one / all, sums[0] / sums[1], one};
+}
+
+// What the machine allows: the gain of two threads that need nothing of each other. Each calls for half of the objects.
+double limitOf(const Subject& subject)
+{
+    keslCoreSetNumThreads(1);
+    const int half = subject.count / 2;
+    std::vector<double> alone, together;
+    for (int turn = 0; turn < 25; ++turn) {
+        alone.push_back(secondsOf([&] { subject.run({0, subject.count}); }));
+        enum { begun, ready, asked, done };
+        std::atomic<int> state = begun;
+        std::thread second([&] {
+            state = ready;
+            while (state != asked) {}
+            subject.run({half, subject.count});
+            state = done;
+        });
+        while (state != ready) {}
+        together.push_back(secondsOf([&] {
+            state = asked;
+            subject.run({0, half});
+            while (state != done) {}
+        }));
+        second.join();
+    }
+    return medianOf(alone) / medianOf(together);
 }
 
 // An empty one if the library has no such function.
@@ -91,6 +122,7 @@ int main(int argc, char** argv)
         keslCoreSetNumThreads(0);
         for (int i = 0; i < 3; ++i) subject.run({0, subject.count}); // workers are started once
         subject.gain = gainOf(subject, subject.count, 0.1).median;
+        subject.limit = limitOf(subject);
         for (int count = subject.count; count > 50; count /= 2) {
             const Gain here = gainOf(subject, count, 0.02);
             if (here.median < 1.1) break;
@@ -103,8 +135,8 @@ int main(int argc, char** argv)
         const Gain busy = gainOf(s, s.count, 1);
         const std::string wins =
             s.winsFrom ? std::to_string(s.winsFrom) + " | " + std::to_string(std::lround(s.microseconds)) : "– | –";
-        std::printf("| `%s` | %s | %d | %.2f | %.2f | %.2f |\n", s.name.c_str(), wins.c_str(), s.count, s.gain, busy.mean,
-                    busy.median);
+        std::printf("| `%s` | %s | %d | %.2f | %.2f | %.2f | %.2f |\n", s.name.c_str(), wins.c_str(), s.count, s.gain,
+                    s.limit, busy.mean, busy.median);
         std::fflush(stdout);
     }
 }

@@ -74,7 +74,7 @@ template <int n, class V> [[gnu::always_inline]] inline void loadAllTerms(Object
 }
 
 // Sums of long contiguous vectors: partial sums of whole blocks inside packs of one object, then what is left.
-template <class V> [[gnu::noinline]] V sumOfRuns(std::ptrdiff_t n, auto& known, auto... at)
+template <class V> [[gnu::always_inline]] inline V sumOfLines(std::ptrdiff_t n, auto& known, auto... at)
 {
     auto term = known; // in registers
     constexpr int p = partialSums<V>, c = lanes<V>, some = std::min(32, int(sizeof(V)));
@@ -83,11 +83,10 @@ template <class V> [[gnu::noinline]] V sumOfRuns(std::ptrdiff_t n, auto& known, 
     V* const rest = before + p;
     for (int first = 0; first < p && whole > 0; first += c) {
         V y[c];
-        loop<Fixed<c>>(0, c, [&](int r) KESL_INLINE {
-            y[r] = term(r, loadPack<V>(at(r) + first)...);
+        loop<Fixed<c>>(0, c, [&](int r) KESL_INLINE { y[r] = term(r, loadPack<V>(at(r) + first)...); });
 #pragma GCC unroll 1
-            for (std::ptrdiff_t e = first + p; e < whole; e += p) y[r] += term(r, loadPack<V>(at(r) + e)...);
-        });
+        for (std::ptrdiff_t e = first + p; e < whole; e += p)
+            loop<Fixed<c>>(0, c, [&](int r) KESL_INLINE { y[r] += term(r, loadPack<V>(at(r) + e)...); });
         transpose<sizeof(V)>(y);
         loop<Fixed<c>>(0, c, [&](int r) KESL_INLINE { sums[first + r] = y[r]; });
     }
@@ -97,6 +96,10 @@ template <class V> [[gnu::noinline]] V sumOfRuns(std::ptrdiff_t n, auto& known, 
     if (whole == 0) return total(rest, n);
     for (int i = 0; i < n - whole; ++i) sums[i] += rest[i];
     return total(sums, n);
+}
+template <class V> [[gnu::noinline]] V sumOfRuns(Objects k, std::ptrdiff_t n, auto& term, const auto&... a)
+{
+    return sumOfLines<V>(n, term, a.addresses(k)...);
 }
 // Those of any others.
 template <class V> [[gnu::noinline]] V sumOfTiles(Objects k, std::ptrdiff_t n, auto& term, const auto&... a)
@@ -126,7 +129,7 @@ template <class V, class N> [[gnu::always_inline]] inline V sumOf(Objects k, N n
         V sum = t[0];
         loop<N>(1, n, [&](int i) KESL_INLINE { sum += t[i]; });
         return sum;
-    } else return (a.areRuns() && ...) ? sumOfRuns<V>(n, term, a.addresses(k)...) : sumOfTiles<V>(k, n, term, a...);
+    } else return (a.areRuns() && ...) ? sumOfRuns<V>(k, n, term, a...) : sumOfTiles<V>(k, n, term, a...);
 }
 
 template <class V> [[gnu::always_inline]] inline void storeNumber(Objects k, V value, const auto& x)

@@ -161,7 +161,7 @@ template <class T> struct Elimination {
 // The same on packs, with quotients instead of products with a reciprocal if it `divides`; false where a lane has a pivot
 // below the threshold.
 template <bool divides, class V>
-[[gnu::always_inline]] inline bool eliminate(Tile<V> a, int n, ElementOf<V> threshold, V& pivots, V& sign)
+[[gnu::always_inline]] inline bool eliminate(Tile<V> a, auto n, ElementOf<V> threshold, V& pivots, V& sign)
 {
     using T = ElementOf<V>;
     pivots = sign = splat<V>(1);
@@ -210,15 +210,15 @@ template <class T> [[gnu::noinline]] KeslStatus invertCommon(const auto& src, T*
     return keslStatusOk;
 }
 
-// The same on packs; false where a lane is singular, or a minor of it.
-template <class T, class V> [[gnu::noinline]] bool invertTile(Tile<V> a, Tile<V> inverse, int n)
+// The same on packs; false where a lane is singular, or a minor of it. `work` is a tile of order n, too.
+template <class T, class V> [[gnu::always_inline]] inline bool invertOfTile(Tile<V> a, Tile<V> inverse, V* work, auto n)
 {
     const T threshold = singularBelow<T>(n);
-    V elements[tileElements], pivots, sign;
-    const auto copy = [&](int size, auto element) {
+    V pivots, sign;
+    const auto copy = [&](auto size, auto element) KESL_INLINE {
         for (int y = 0; y < size; ++y)
-            for (int x = 0; x < size; ++x) elements[y * size + x] = element(y, x);
-        return Tile<V>{elements, size};
+            for (int x = 0; x < size; ++x) work[y * size + x] = element(y, x);
+        return Tile<V>{work, size};
     };
     const Tile<V> whole = copy(n, a);
     if (!eliminate<false>(whole, n, threshold, pivots, sign)) return false;
@@ -228,13 +228,18 @@ template <class T, class V> [[gnu::noinline]] bool invertTile(Tile<V> a, Tile<V>
 
     for (int i = 0; i < n; ++i)
         for (int j = 0; j < n; ++j) {
-            const Tile<V> minor = copy(n - 1, [&](int y, int x) { return a(y + (y >= i), x + (x >= j)); });
+            const Tile<V> minor = copy(n - 1, [&](int y, int x) KESL_INLINE { return a(y + (y >= i), x + (x >= j)); });
             if (!eliminate<false>(minor, n - 1, threshold, pivots, sign)) return false;
             const V last = minor(n - 2, n - 2);
             const V cofactor = abs(last) > threshold ? pivots * (last * sign) : splat<V>(threshold);
             inverse(j, i) = cofactor * r * T((i + j) % 2 ? -1 : 1);
         }
     return true;
+}
+template <class T, class V> [[gnu::noinline]] bool invertTile(Tile<V> a, Tile<V> inverse, int n)
+{
+    V work[tileElements];
+    return invertOfTile<T>(a, inverse, work, n);
 }
 
 } // namespace kesl

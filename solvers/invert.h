@@ -58,7 +58,15 @@ struct Invert {
             if constexpr (lanes<V> == 1)
                 return withRowViews(
                     k.first, [&](auto a, auto x) { return invertCommon<T>(a, buffer, x, order); }, src, dst);
-            else {
+            else if (order == 2) {
+                Block<V, 2, 2> a, inverse;
+                V work[4];
+                load(src, k, a);
+                if (!invertOfTile<T>(Tile<V>{a.e[0], 2}, Tile<V>{inverse.e[0], 2}, work, Fixed<2>{}))
+                    return keslStatusSingular;
+                store(dst, k, inverse);
+                return keslStatusOk;
+            } else {
                 V elements[2][tileElements];
                 const Tile<V> a{elements[0], order}, inverse{elements[1], order};
                 load(src, k, a, order);

@@ -101,7 +101,7 @@ std::vector<Row> rowsOf(char type)
         std::cerr << nameInMx(f) << type << '\n';
         for (const bool scales : {false, true}) {
             if (scales && f.data != Data::symmetric) continue;
-            Row& row = list.emplace_back('`' + nameInMx(f) + '`' + (scales ? ", scaled" : ""), MxFigures{});
+            Row& row = list.emplace_back(Row{'`' + nameInMx(f) + '`' + (scales ? ", scaled" : ""), {}});
             eachTestProblem(f, type, [&](const Problem& p, const std::vector<TestMatrix>& matrices, int group) {
                 if (p.sources[0].rows >= p.sources[0].cols)
                     add(row.figures, scales ? scaled(p) : p, matrices, group, scales);

@@ -97,6 +97,7 @@ template <class V> [[gnu::always_inline]] inline V sumOfLines(std::ptrdiff_t n, 
     for (int i = 0; i < n - whole; ++i) sums[i] += rest[i];
     return total(sums, n);
 }
+// The addresses are made inside: those that a caller passes are stored, and read again before they have reached the cache.
 template <class V> [[gnu::noinline]] V sumOfRuns(Objects k, std::ptrdiff_t n, auto& term, const auto&... a)
 {
     return sumOfLines<V>(n, term, a.addresses(k)...);

@@ -71,7 +71,7 @@ void Case::sizes(const Wish& wish)
     if (!f.array) return;
     static const int counts[] = {1, 2, 3, 4, 5, 7, 8, 9, 11, 15, 16, 17, 19, 31, 33, 35, 50, 67};
     count = wish.count ? wish.count : counts[inTurn(f.name + "count", int(std::size(counts)), number)];
-    if (reference.cost && !wish.count) count = std::min(count, std::max(2, 100000 / reference.cost(dims)));
+    if (reference.cost && !wish.count) count = std::min(count, std::max(2, int(100000 / reference.cost(dims))));
 }
 
 template <class E> View<E> Case::view(int operand, int k, bool shadow) const

@@ -9,7 +9,7 @@
 //         template <class T> void inputs(const Object<T>&, Random&) const       sources as this family needs them
 //         template <class T> void edges(const Object<T>&, Random&) const        sources where something turns
 //         template <class T> void fail(const Object<T>&, Random&) const         sources that make the object fail
-//         static int cost(const Dims&)                                          of an object, where it is dear
+//         static double cost(const Dims&)                                       of an object, where it is dear
 //         static bool zerosAlike(const Dims&)                                   a zero may have either sign
 //         static bool scratchAtWill(const Dims&)                                bodies without scratch are allowed
 //     };
@@ -70,7 +70,7 @@ struct Reference {
     Hooks<float> single;
     Hooks<double> twofold;
     std::function<bool(const Function&, const Dims&, int)> inPlace;
-    int (*cost)(const Dims&) = nullptr; // of one object, in element operations, where that is far from its size
+    double (*cost)(const Dims&) = nullptr; // of one object, in element operations, where that is far from its size
     bool (*zerosAlike)(const Dims&) = nullptr;
     bool (*scratchAtWill)(const Dims&) = nullptr;
 

@@ -26,7 +26,7 @@ Wish largeEnough(const Function& f, const Reference& reference, Elements element
             values[size_t(f.at("count"))].i = n;
             return f.measure(values);
         };
-        const double cost = reference.cost ? reference.cost(wish.dims) : double(size) * size;
+        const double cost = reference.cost ? reference.cost(wish.dims) : size * size;
         if (count) {
             if (measure(count) < threshold) continue;
             if (cost * count > 1e7) break;

@@ -6,7 +6,7 @@
 
 namespace {
 struct Cholesky {
-    static int cost(const Dims& d) { return d['n'] * d['n'] * d['n'] / 2 + 1; }
+    static double cost(const Dims& d) { return d['n'] * d['n'] * d['n'] / 2 + 1; }
     static bool inPlace(const Function&, const Dims&, int) { return true; }
 
     // A pivot not above this is none.

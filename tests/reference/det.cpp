@@ -23,7 +23,7 @@ template <class T> T minor(const View<T>& a, std::vector<int> columns)
 
 struct Determinant {
     static bool scratchAtWill(const Dims& d) { return d['n'] <= 16; } // packs need none
-    static int cost(const Dims& d)
+    static double cost(const Dims& d)
     {
         const int n = d['n'];
         return n >= 3 && n <= 6 ? n * n * n * 4 : n * n * n;

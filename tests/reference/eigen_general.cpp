@@ -4,7 +4,7 @@
 namespace {
 struct General {
     static bool scratchAtWill(const Dims&) { return true; }
-    static int cost(const Dims& d) { return 4 * d['n'] * d['n'] * d['n']; }
+    static double cost(const Dims& d) { return 4 * d['n'] * d['n'] * d['n']; }
     static bool zerosAlike(const Dims& d) { return d['n'] <= 2; }
 
     template <class T> Outcome operator()(const Object<T>& o) const

@@ -228,7 +228,7 @@ template <class T, class S> struct Symmetric {
 
 struct Sym {
     static bool scratchAtWill(const Dims&) { return true; }
-    static int cost(const Dims& d) { return d['n'] * d['n'] * d['n']; }
+    static double cost(const Dims& d) { return d['n'] * d['n'] * d['n']; }
     static bool zerosAlike(const Dims& d) { return d['n'] <= 2; }
 
     template <class T> Outcome operator()(const Object<T>& o) const

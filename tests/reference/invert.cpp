@@ -39,9 +39,9 @@ void without(int omitted, int n, int* rest)
 
 struct Inverse {
     static bool scratchAtWill(const Dims& d) { return d['n'] <= 16; } // packs need none
-    static int cost(const Dims& d)
+    static double cost(const Dims& d)
     {
-        const int n = d['n'];
+        const double n = d['n'];
         return n == 2 || n > 6 ? n * n * n * n * n : n * n * n;
     }
 

@@ -6,7 +6,7 @@
 
 namespace {
 struct LU {
-    static int cost(const Dims& d) { return d['n'] * d['n'] * d['n']; }
+    static double cost(const Dims& d) { return d['n'] * d['n'] * d['n']; }
     static bool inPlace(const Function&, const Dims&, int) { return true; }
 
     static bool fixed(int n) { return n >= 3 && n <= 6; }

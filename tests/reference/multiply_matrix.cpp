@@ -15,7 +15,7 @@ struct MatrixProduct {
     }
 
     static bool inPlace(const Function& f, const Dims& d, int source) { return !f.array && source == 1 && fixed(d); }
-    static int cost(const Dims& d) { return d['M'] * d['K'] * d['N']; }
+    static double cost(const Dims& d) { return d['M'] * d['K'] * d['N']; }
 
     template <class T> Outcome operator()(const Object<T>& o) const
     {

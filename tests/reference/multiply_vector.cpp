@@ -22,7 +22,7 @@ template <class T> void zeros(const Object<T>& o, Random& random)
 // In ascending order; the fixed forms begin with the first product and the others with +0. But L functions on
 // contiguous vectors begin with +0 at every size.
 struct MatrixVectorProduct {
-    static int cost(const Dims& d) { return d['M'] * d['K']; }
+    static double cost(const Dims& d) { return d['M'] * d['K']; }
 
     template <class T> Outcome operator()(const Object<T>& o) const
     {
@@ -45,7 +45,7 @@ struct Gaxpy {
     // One object of the fixed orders is read whole before it is written.
     static bool inPlace(const Function& f, const Dims& d, int source) { return f.shape == "mv" && fixed(d) && source > 0; }
 
-    static int cost(const Dims& d) { return d['M'] * (d['K'] + 1); }
+    static double cost(const Dims& d) { return d['M'] * (d['K'] + 1); }
 
     template <class T> Outcome operator()(const Object<T>& o) const
     {

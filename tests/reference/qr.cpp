@@ -9,7 +9,7 @@ int reflectors(const Dims& d) { return d['w'] < d['h'] ? d['w'] : d['w'] - 1; }
 
 struct QR {
     static bool scratchAtWill(const Dims& d) { return d['w'] * d['h'] <= 256; } // packs need none
-    static int cost(const Dims& d) { return d['h'] * d['w'] * d['w']; }
+    static double cost(const Dims& d) { return d['h'] * d['w'] * d['w']; }
 
     template <class T> Outcome operator()(const Object<T>& o) const
     {
@@ -85,7 +85,7 @@ struct QR {
 
 // The sums of the closed forms may have another order; the library takes this one for all sizes.
 struct QRSolve {
-    static int cost(const Dims& d) { return 3 * d['h'] * d['w']; }
+    static double cost(const Dims& d) { return 3 * d['h'] * d['w']; }
 
     template <class T> Outcome operator()(const Object<T>& o) const
     {

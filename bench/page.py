@@ -52,7 +52,8 @@ KESLMX = """
 
 Best alternative / keslmx, over packed rows of orders 2 to 8 in cache, one thread, the alternatives compiled for the same level (the best one
 for the processor at hand). The limit is the least time that the bytes or the operations of a row can take, as measured by flat additions
-and by products and sums that wait for nothing; rows that iterate have none. `bench/run --summary` prints this; [bench](../bench/README.md)
+and by products and sums that wait for nothing; rows that iterate have none. It counts neither quotients and roots that wait for one
+another, which is what factors and substitutions are made of, nor the exchange of lanes that short objects take. `bench/run --summary` prints this; [bench](../bench/README.md)
 tells what the rows are.
 
 """

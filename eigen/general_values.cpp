@@ -32,7 +32,7 @@ template <class T>
 [[gnu::noinline]] KeslStatus other(const Array<const T>& from, Table<T> re, Table<T> im, int order, int count, T* buffer)
 {
     const InPacks src(from, count);
-    return eachTile<T, widePacks>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+    return eachTile<T, widePacks>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
         if constexpr (lanes<V> == 1) {
             T* const scratch = buffer + std::int64_t(order) * order;
             withViews(

@@ -110,7 +110,7 @@ other(const Array<const T>& from, const Vectors<T>& to, Table<T> re, Table<T> im
 {
     const InPacks src(from, count);
     const InPacks right(to.right, count), left(to.left, count);
-    const auto body = [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+    const auto body = [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
         if constexpr (lanes<V> == 1) {
             if (n > 1) return object<rules>(src, to, re, im, k.first, buffer, n);
             re.object(k.first)[0] = *src.element(k.first, 0, 0), im.object(k.first)[0] = 0;

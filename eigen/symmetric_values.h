@@ -101,7 +101,7 @@ struct EigenValuesSym : Iterative {
                                                                              Table<T> dst, int order, int count, T singular)
     {
         const InPacks src(from, count);
-        const auto body = [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        const auto body = [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 return withViews(
                     k.first, [&](auto a) { return common<array, T>(a, buffer, dst.object(k.first), order, singular); }, src);

@@ -176,7 +176,7 @@ struct EigenValuesVectorsSym : Iterative {
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        const auto body = [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        const auto body = [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             T* const found = dstValues.object(k.first);
             if constexpr (lanes<V> == 1)
                 return withViews(

@@ -1,5 +1,6 @@
 // Orders without a body of their own, 1, 2 and 7 upward, by packs of objects: blocks whose size is known at run time only stand
-// row by row in local storage, and a body does in each lane what the common code does with one object.
+// row by row in local storage, and a body does in each lane what the common code does with one object. The same body serves
+// order 2 as a size that the compiler knows, so that it stays in registers.
 #pragma once
 #include "frame/array_blocks.h"
 
@@ -11,6 +12,12 @@ constexpr bool fitsTile(int height, int width)
     return height <= tallest && width <= tallest && height * width <= tileElements;
 }
 
+template <class N> constexpr bool isFixed = !std::is_integral_v<N>; // a size: a Fixed one or an int
+template <class N> constexpr int elementsOf = [] {                  // of a tile of order N
+    if constexpr (isFixed<N>) return N::value * N::value;
+    else return tileElements;
+}();
+
 template <class V> struct Tile {
     V* e;
     int width;
@@ -18,35 +25,41 @@ template <class V> struct Tile {
     V* row(int i) const { return e + i * width; }
 };
 
-// body(Objects<V>) as in eachPack, with the size of a block that a body has to hold; large ones go one by one. A body is
-// KESL_ONCE, so that the tiles of packs of different widths are not on the stack at once.
+// f(order) for bodies that hold a tile: order 2 is Fixed.
+[[gnu::always_inline]] inline auto withTileOrder(int order, auto f) { return order == 2 ? f(Fixed<2>{}) : f(order); }
+
+// body(Objects<V>) as in eachPack, with the size of a block that a body has to hold; large ones go one by one. The code of a
+// pack is a function where sizes come at run time, so that the tiles of packs of different widths are not on the stack at once.
 template <class T, Packs packs = Packs{}>
-[[gnu::always_inline]] inline KeslStatus eachTile(int height, int width, int count, const auto& src, auto body)
+[[gnu::always_inline]] inline KeslStatus eachTile(auto height, auto width, int count, const auto& src, auto body)
 {
-    if (fitsTile(height, width)) return eachPack<T, packs>(count, src, body);
-    return eachObject(count, [&](int k) { return body(Objects<T>{k}); });
+    if constexpr (isFixed<decltype(height)>) return eachPack<T, packs>(count, src, body);
+    else {
+        const auto apart = [&]<class V>(Objects<V> k) KESL_ONCE { return body(k); };
+        if (fitsTile(height, width)) return eachPack<T, packs>(count, src, apart);
+        return eachObject(count, [&](int k) { return apart(Objects<T>{k}); });
+    }
 }
-template <class V>
-[[gnu::always_inline]] inline void load(const InPacks<const ElementOf<V>>& src, Objects<V> k, Tile<V> x, int height)
+// With `lower` nothing above the diagonal is used, nothing there is written, and read only inside a record.
+template <bool lower = false, class V>
+[[gnu::always_inline]] inline void load(const InPacks<const ElementOf<V>>& src, Objects<V> k, Tile<V> x, auto height)
 {
-    loadTile(src, k.first, x.e, height, x.width);
+    if constexpr (isFixed<decltype(height)>) {
+        Block<V, height, height> block;
+        load<lower>(src, k, block);
+        eachOf<height, height, lower>([&](int i, int j) KESL_INLINE { x(i, j) = block(i, j); });
+    } else if (lower && src.lie >= Lie::rows) loadRowsApart(src, k.first, x.e, height, x.width, true);
+    else loadTile(src, k.first, x.e, height, x.width);
 }
-template <class V>
-[[gnu::always_inline]] inline void store(const InPacks<ElementOf<V>>& dst, Objects<V> k, Tile<V> x, int height)
+template <bool lower = false, class V>
+[[gnu::always_inline]] inline void store(const InPacks<ElementOf<V>>& dst, Objects<V> k, Tile<V> x, auto height)
 {
-    storeTile(dst, k.first, x.e, height, x.width);
-}
-// A lower triangle, and nothing above the diagonal but what lies inside a record.
-template <class V>
-[[gnu::always_inline]] inline void loadLower(const InPacks<const ElementOf<V>>& src, Objects<V> k, Tile<V> x, int n)
-{
-    if (src.lie < Lie::rows) loadTile(src, k.first, x.e, n, n);
-    else loadRowsApart(src, k.first, x.e, n, n, true);
-}
-template <class V>
-[[gnu::always_inline]] inline void storeLower(const InPacks<ElementOf<V>>& dst, Objects<V> k, Tile<V> x, int n)
-{
-    storeRowsApart(dst, k.first, x.e, n, n, true);
+    if constexpr (isFixed<decltype(height)>) {
+        Block<V, height, height> block;
+        eachOf<height, height, lower>([&](int i, int j) KESL_INLINE { block(i, j) = x(i, j); });
+        store<lower>(dst, k, block);
+    } else if constexpr (lower) storeRowsApart(dst, k.first, x.e, height, x.width, true);
+    else storeTile(dst, k.first, x.e, height, x.width);
 }
 
 // n elements of each object, which a table holds one behind another.

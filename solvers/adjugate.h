@@ -210,9 +210,10 @@ template <class T> [[gnu::noinline]] KeslStatus invertCommon(const auto& src, T*
     return keslStatusOk;
 }
 
-// The same on packs; false where a lane is singular, or a minor of it. `work` is a tile of order n, too.
-template <class T, class V> [[gnu::always_inline]] inline bool invertOfTile(Tile<V> a, Tile<V> inverse, V* work, auto n)
+// The same on packs; false where a lane is singular, or a minor of it.
+template <class T, class V, class N> [[gnu::always_inline]] inline bool invertOfTile(Tile<V> a, Tile<V> inverse, N n)
 {
+    V work[elementsOf<N>];
     const T threshold = singularBelow<T>(n);
     V pivots, sign;
     const auto copy = [&](auto size, auto element) KESL_INLINE {
@@ -238,8 +239,7 @@ template <class T, class V> [[gnu::always_inline]] inline bool invertOfTile(Tile
 }
 template <class T, class V> [[gnu::noinline]] bool invertTile(Tile<V> a, Tile<V> inverse, int n)
 {
-    V work[tileElements];
-    return invertOfTile<T>(a, inverse, work, n);
+    return invertOfTile<T>(a, inverse, n);
 }
 
 } // namespace kesl

@@ -91,7 +91,7 @@ struct CholeskyBackSubst {
     {
         const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
         const InPacks dst(to, count);
-        eachTile<T>(n, n, count, Argument{}, [&]<class V>(Objects<V> k) KESL_ONCE {
+        eachTile<T>(n, n, count, Argument{}, [&]<class V>(Objects<V> k) KESL_INLINE {
             if constexpr (lanes<V> == 1)
                 withRowViews(
                     k.first, [&](auto l, auto b, auto x) { choleskySolveCommon<T>(l, b, x, n); }, matrix, src, dst);
@@ -103,7 +103,7 @@ struct CholeskyBackSubst {
                         0, [&](auto l) { choleskySolveTile(l, b, n); }, matrix);
                 else {
                     const Tile<V> l{elements, n};
-                    loadLower(matrix, k, l, n);
+                    load<true>(matrix, k, l, n);
                     choleskySolveTile(l, b, n);
                 }
                 store(dst, k, Tile<V>{b, n}, 1);

@@ -76,9 +76,14 @@ template <int n, class V> [[gnu::always_inline]] inline bool choleskyPack(Block<
     return choleskyLanes<V>([&](int i, int j) KESL_INLINE -> V& { return l(i, j); }, Fixed<n>{}, bound,
                             [](V d) KESL_INLINE { return reciprocalRoot(d); });
 }
+template <class V>
+[[gnu::always_inline]] inline bool choleskyOfTile(Tile<V> l, auto n, ElementOf<V> bound, bool rootNarrowed)
+{
+    return choleskyLanes<V>(l, n, bound, [=](V d) KESL_INLINE { return rootNarrowed ? 1 / sqrt(d) : reciprocalRoot(d); });
+}
 template <class V> [[gnu::noinline]] bool choleskyTile(Tile<V> l, int n, ElementOf<V> bound, bool rootNarrowed)
 {
-    return choleskyLanes<V>(l, n, bound, [=](V d) { return rootNarrowed ? 1 / sqrt(d) : reciprocalRoot(d); });
+    return choleskyOfTile(l, n, bound, rootNarrowed);
 }
 // Orders 5 and 6 are long: one copy serves all kernels.
 template <int n, class V> [[gnu::noinline]] bool choleskyLong(Block<V, n, n>& l, ElementOf<V> bound)
@@ -120,21 +125,22 @@ struct CholeskyDecomp {
         });
     }
     // Deliberately in P the root of a float is narrowed before it is inverted, at orders of no fixed body.
-    template <class T>
-    [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, const Array<T>& to, int n, int count, T limit)
+    template <class T, class N>
+    [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, const Array<T>& to, N n, int count, T limit)
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        return eachTile<T>(n, n, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        return eachTile<T>(n, n, count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 return withRowViews(
                     k.first, [&](auto a, auto l) { return choleskyCommon<T>(a, l, n, limit, src.cells); }, src, dst);
             else {
-                V elements[tileElements];
+                V elements[elementsOf<N>];
                 const Tile<V> l{elements, n};
-                loadLower(src, k, l, n);
-                if (!choleskyTile(l, n, limit, src.cells)) return keslStatusNotPositiveDefinite;
-                storeLower(dst, k, l, n);
+                load<true>(src, k, l, n);
+                if (!(isFixed<N> ? choleskyOfTile(l, n, limit, src.cells) : choleskyTile(l, n, limit, src.cells)))
+                    return keslStatusNotPositiveDefinite;
+                store<true>(dst, k, l, n);
                 return keslStatusOk;
             }
         });
@@ -144,7 +150,7 @@ struct CholeskyDecomp {
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, dst, count, limit);
-            else return other<T>(src, dst, order, count, limit);
+            else return withTileOrder(order, [&](auto size) { return other<T>(src, dst, size, count, limit); });
         });
     }
 

@@ -79,7 +79,7 @@ template <class T, bool array> [[gnu::noinline]] T detCommon(const auto& src, T*
     return abs(last) > threshold ? result * (last * T(sign)) : 0; // a NaN is 0
 }
 
-// The same on packs; false where a lane is singular. Order 2, whose loops are written out, takes less than half of the time so.
+// The same on packs; false where a lane is singular.
 template <class T, class V> [[gnu::always_inline]] inline bool detOfTile(Tile<V> a, auto n, V& det)
 {
     V product, sign;
@@ -103,24 +103,19 @@ struct Det {
             storePack<V>(dst.object(k.first), n < 5 ? detClosed<n>(a) : detLong<n>(a));
         });
     }
-    template <class T>
-    [[gnu::noinline]] static void other(const Array<const T>& from, int order, T* buffer, Table<T> dst, int count)
+    template <class T, class N>
+    [[gnu::noinline]] static void other(const Array<const T>& from, N order, T* buffer, Table<T> dst, int count)
     {
         const InPacks src(from, count);
-        eachTile<T>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        eachTile<T>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 withRowViews(
                     k.first, [&](auto a) { *dst.object(k.first) = detCommon<T, true>(a, buffer, order); }, src);
-            else if (V det; order == 2) {
-                Block<V, 2, 2> a;
-                load(src, k, a);
-                if (!detOfTile<T>(Tile<V>{a.e[0], 2}, Fixed<2>{}, det)) return keslStatusSingular;
-                storePack<V>(dst.object(k.first), det);
-            } else {
-                V elements[tileElements];
+            else {
+                V elements[elementsOf<N>], det;
                 const Tile<V> a{elements, order};
                 load(src, k, a, order);
-                if (!detTile<T>(a, order, det)) return keslStatusSingular;
+                if (!(isFixed<N> ? detOfTile<T>(a, order, det) : detTile<T>(a, order, det))) return keslStatusSingular;
                 storePack<V>(dst.object(k.first), det);
             }
             return keslStatusOk;
@@ -131,7 +126,7 @@ struct Det {
     {
         withOrder(order, [&](auto n) {
             if constexpr (n > 0) fixed<T, n>(src, dst, count);
-            else other<T>(src, order, buffer, dst, count);
+            else withTileOrder(order, [&](auto size) { other<T>(src, size, buffer, dst, count); });
         });
     }
 

@@ -49,28 +49,21 @@ struct Invert {
             return keslStatusOk;
         });
     }
-    template <class T> [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, T* buffer, const Array<T>& to,
-                                                                 int order, int count)
+    template <class T, class N>
+    [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, T* buffer, const Array<T>& to, N order, int count)
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        return eachTile<T>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        return eachTile<T>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 return withRowViews(
                     k.first, [&](auto a, auto x) { return invertCommon<T>(a, buffer, x, order); }, src, dst);
-            else if (order == 2) {
-                Block<V, 2, 2> a, inverse;
-                V work[4];
-                load(src, k, a);
-                if (!invertOfTile<T>(Tile<V>{a.e[0], 2}, Tile<V>{inverse.e[0], 2}, work, Fixed<2>{}))
-                    return keslStatusSingular;
-                store(dst, k, inverse);
-                return keslStatusOk;
-            } else {
-                V elements[2][tileElements];
+            else {
+                V elements[2][elementsOf<N>];
                 const Tile<V> a{elements[0], order}, inverse{elements[1], order};
                 load(src, k, a, order);
-                if (!invertTile<T>(a, inverse, order)) return keslStatusSingular;
+                if (!(isFixed<N> ? invertOfTile<T>(a, inverse, order) : invertTile<T>(a, inverse, order)))
+                    return keslStatusSingular;
                 store(dst, k, inverse, order);
                 return keslStatusOk;
             }
@@ -81,7 +74,7 @@ struct Invert {
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, dst, count);
-            else return other<T>(src, buffer, dst, order, count);
+            else return withTileOrder(order, [&](auto size) { return other<T>(src, buffer, dst, size, count); });
         });
     }
 

@@ -70,12 +70,14 @@ template <int n, class V>
 // Of one matrix and vector.
 template <class T, int n> [[gnu::noinline]] void luSolveOne(const auto& stored, const int* p, const auto& b, const auto& dst)
 {
-    Block<T, n, n> a;
+    int order[n];
     T x[n], r[n];
-    eachElement<n, n>([&](int i, int j) KESL_INLINE { a(i, j) = stored(p[i], j); });
-    for (int i = 0; i < n; ++i) x[i] = b(0, p[i]);
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) order[i] = p[i], x[i] = b(0, p[i]);
+    const auto a = [&](int i, int j) KESL_INLINE { return stored(order[i], j); };
     reciprocals<n>(a, r);
     luSolve<n>(a, r, x);
+#pragma GCC unroll 8
     for (int i = 0; i < n; ++i) dst(0, i) = x[i];
 }
 
@@ -120,8 +122,9 @@ struct LUBackSubst {
         const auto one = [&](int k, const auto& a, const auto& b, const auto& x) {
             luSolveOne<T, n>(a, index.object(k), b, x);
         };
-        // Contiguous rows of five doubles would be joined from too many pieces.
-        if (n == 5 && sizeof(T) == 8 && matrix.lie <= Lie::rows) eachView(count, one, matrix, src, dst);
+        // Contiguous rows of five doubles would be joined from too many pieces, and short packs do not make up for the selections.
+        constexpr bool alone = (n == 5 && sizeof(T) == 8) || sizeof(Pack<T>) == 16;
+        if (alone && matrix.lie <= Lie::rows) eachView(count, one, matrix, src, dst);
         else
             eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {
                 if constexpr (lanes<V> == 1)
@@ -174,7 +177,7 @@ struct LUBackSubst {
         if (one && fitsTile(n, n))
             for (int i = 0; i < n; ++i)
                 for (int j = 0; j < n; ++j) factors(i, j) = *matrix.element(0, index.p[i], j);
-        eachTile<T>(n, n, count, Argument{}, [&]<class V>(Objects<V> k) KESL_ONCE {
+        eachTile<T>(n, n, count, Argument{}, [&]<class V>(Objects<V> k) KESL_INLINE {
             if constexpr (lanes<V> == 1)
                 withRowViews(
                     k.first, [&](auto a, auto b, auto x) { luSolveCommon<T>(a, index.object(k.first), b, x, n); }, matrix,

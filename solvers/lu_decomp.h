@@ -133,7 +133,7 @@ template <class T> [[gnu::noinline]] KeslStatus luCommon(const auto& src, int* p
 }
 
 // The same on packs, as LUPack has it; false where a lane is singular.
-template <class V> [[gnu::noinline]] bool luTile(Tile<V> a, MaskOf<V>* p, int n)
+template <class V> [[gnu::always_inline]] inline bool luOfTile(Tile<V> a, MaskOf<V>* p, auto n)
 {
     using T = ElementOf<V>;
     using Index = MaskOf<V>;
@@ -157,6 +157,7 @@ template <class V> [[gnu::noinline]] bool luTile(Tile<V> a, MaskOf<V>* p, int n)
     for (int k = n - 2; k >= 0; --k) exchangeRows(a, k, q[k], n);
     return true;
 }
+template <class V> [[gnu::noinline]] bool luTile(Tile<V> a, MaskOf<V>* p, int n) { return luOfTile(a, p, n); }
 
 // ---- The family.
 struct LUDecomp {
@@ -182,24 +183,27 @@ struct LUDecomp {
             }
         });
     }
-    template <class T> [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, Table<int> index,
-                                                                 const Array<T>& to, int order, int count)
+    template <class T, class N> [[gnu::noinline]] static KeslStatus other(const Array<const T>& from, Table<int> index,
+                                                                          const Array<T>& to, N order, int count)
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        return eachTile<T>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        constexpr Packs packs{.least = isFixed<N> ? 2 : 4}; // two lanes do not make up for exchanges in both
+        return eachTile<T, packs>(order, order, count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             if constexpr (lanes<V> == 1)
                 return withRowViews(
                     k.first, [&](auto x, auto a) { return luCommon<T>(x, index.object(k.first), a, order); }, src, dst);
             else {
-                V elements[tileElements];
+                V elements[elementsOf<N>];
                 MaskOf<V> p[tallest];
                 const Tile<V> a{elements, order};
                 load(src, k, a, order);
-                if (!luTile(a, p, order)) return keslStatusSingular;
+                if (!(isFixed<N> ? luOfTile(a, p, order) : luTile(a, p, order))) return keslStatusSingular;
                 store(dst, k, a, order);
-                for (int l = 0; l < lanes<V>; ++l)
-                    for (int i = 0; i < order; ++i) index.object(k.first + l)[i] = int(p[i][l]);
+                if constexpr (isFixed<N>) storeIndices<N::value>(index.object(k.first), p);
+                else
+                    for (int l = 0; l < lanes<V>; ++l)
+                        for (int i = 0; i < order; ++i) index.object(k.first + l)[i] = int(p[i][l]);
                 return keslStatusOk;
             }
         });
@@ -209,7 +213,7 @@ struct LUDecomp {
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n > 0) return fixed<T, n>(src, index, dst, count);
-            else return other<T>(src, index, dst, order, count);
+            else return withTileOrder(order, [&](auto size) { return other<T>(src, index, dst, size, count); });
         });
     }
 

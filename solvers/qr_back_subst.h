@@ -132,7 +132,7 @@ struct QRBackSubst {
     {
         const InPacks matrix(matrices, forAll ? 1 : count), src(from, count);
         const InPacks dst(to, count);
-        eachTile<T>(height, width, count, Argument{}, [&]<class V>(Objects<V> k) KESL_ONCE {
+        eachTile<T>(height, width, count, Argument{}, [&]<class V>(Objects<V> k) KESL_INLINE {
             if constexpr (lanes<V> == 1) common(k.first, matrix, buffer, src, dst, width, height);
             else {
                 V elements[tileElements], b[tallest];

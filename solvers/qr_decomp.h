@@ -139,7 +139,7 @@ struct QRDecomp {
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        return eachTile<T>(height, width, count, src, [&]<class V>(Objects<V> k) KESL_ONCE -> KeslStatus {
+        return eachTile<T>(height, width, count, src, [&]<class V>(Objects<V> k) KESL_INLINE -> KeslStatus {
             if constexpr (lanes<V> == 1) return common(k.first, src, buffer, dst, width, height);
             else {
                 V elements[tileElements];

@@ -15,7 +15,6 @@ namespace kesl {
         else __builtin_unreachable();
     });
 }
-template <class N> constexpr bool isFixed = !std::is_integral_v<N>;
 template <class H> constexpr int rowsOf = [] {
     if constexpr (isFixed<H>) return H::value;
     else return tallest;

@@ -90,6 +90,46 @@ template <class T> void testEnds(const Level& level, const Function& f, char typ
     }
 }
 
+// Columns times powers of two, down to where a pivot's reciprocal overflows: u's columns times the same, and nothing else changes.
+template <class T> void testColumns(const Level& level, const Function& lu, char type)
+{
+    constexpr std::ptrdiff_t count = 37;
+    using Limits = std::numeric_limits<T>;
+    for (const Sizes& sizes : shapes(lu)) {
+        const int n = int(sizes[0]);
+        Random random(lu.name + type, 700 + n);
+        Problem p{&lu, type, sizes, count, {}};
+        p.sources.push_back(p.blank(lu.sources[0], count));
+        Values &a = p.sources[0], factors = p.blank(lu.destinations[0], count), pivots = p.blank(lu.destinations[1], count);
+        for (std::ptrdiff_t k = 0; k < count; ++k) {
+            // The factors have so few digits that their product is exact, halves of integers times the power of each column.
+            std::vector<int> power(size_t(n), 0);
+            for (int& e : power) e = random.between(0, 1) ? 0 : random.between(Limits::min_exponent - Limits::digits + 1, 0);
+            const auto l = [&](int i, int j) { return i == j ? T(1) : factors.at<T>(k, i, j); };
+            for (int i = 0; i < n; ++i)
+                for (int j = 0; j < n; ++j)
+                    factors.at<T>(k, i, j) = j < i ? T(random.between(-1, 1)) / 2 : T(random.between(1, 7));
+            for (int i = 0; i < n; ++i)
+                for (int j = 0; j < n; ++j) {
+                    T x = 0;
+                    for (int m = 0; m <= std::min(i, j); ++m) x += l(i, m) * factors.at<T>(k, m, j);
+                    a.at<T>(k, i, j) = std::ldexp(x, power[size_t(j)]);
+                }
+            for (int i = n - 1; i >= 0; --i) {
+                const int q = random.between(i, n - 1);
+                pivots.at<int>(k, i, 0) = q + 1;
+                for (int j = 0; j < n; ++j) std::swap(a.at<T>(k, i, j), a.at<T>(k, q, j));
+                for (int j = i; j < n; ++j) factors.at<T>(k, i, j) = std::ldexp(factors.at<T>(k, i, j), power[size_t(j)]);
+            }
+        }
+        Outcome expected = run(level, p);
+        ASSERT_EQ(expected.status, 0) << describe(p);
+        const Outcome found = expected;
+        expected.results = {factors, pivots};
+        ASSERT_EQ(difference(expected, found), "") << describe(p) << ", columns times powers of two";
+    }
+}
+
 } // namespace
 
 void testScale(const Level& level, const Function& f)
@@ -97,6 +137,7 @@ void testScale(const Level& level, const Function& f)
     setThreads(1);
     if (f.name == "norm" || f.name == "det" || f.name == "inv")
         testEnds<float>(level, f, 'f'), testEnds<double>(level, f, 'd');
+    if (f.name == "lu") testColumns<float>(level, f, 'f'), testColumns<double>(level, f, 'd');
     int number = 0;
     for (const Sizes& sizes : shapes(f))
         forTypes([&](char type) {

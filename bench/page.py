@@ -5,7 +5,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-from summary import summary
+from summary import streams, summary, table
 
 HEAD = """\
 # Performance
@@ -51,10 +51,27 @@ KESLMX = """
 ## keslmx
 
 Best alternative / keslmx, over packed rows of orders 2 to 8 in cache, one thread, the alternatives compiled for the same level (the best one
-for the processor at hand). The limit is the least time that the bytes or the operations of a row can take, as measured by flat additions
-and by products and sums that wait for nothing; rows that iterate have none. It counts neither quotients and roots that wait for one
-another, which is what factors and substitutions are made of, nor the exchange of lanes that short objects take. `bench/run --summary` prints this; [bench](../bench/README.md)
-tells what the rows are.
+for the processor at hand): geometric means by type and by kind. `bench/run --summary` prints this; [bench](../bench/README.md) tells what the
+rows are. Operations element by element, two in five of all rows, take what the caches take, with both; the order of operations is fixed, and none
+are fused, at any level.
+
+"""
+KESLMX_WHY = """
+Why rows are below: the determinant and the inverse of order 2 look for pivots and divide, as all orders without a closed form have to, where
+the alternative forms ad - bc; the inverse from order 7 on is that by cofactors, each by an elimination of its own, n^5 operations beside n^3.
+The affine transform marks points at infinity, which the alternatives do not look for. At plain a single operand beside an array is read from a
+repeated copy, a load more for each pack than in a loop that keeps it in registers; and the sum of an object's squares is one chain of additions, where
+Eigen adds pairs.
+
+The limit is the least time that the bytes or the operations of a row can take, as measured by flat additions and by products and sums that
+wait for nothing; rows that iterate have none. It leaves out what keeps rows under it: quotients, roots and searches for pivots that wait for one
+another (systems), the exchange of lanes that turns objects into packs, two instructions for each element (small objects, products), and
+norms' roots.
+"""
+KESLMX_STREAM = """
+### From memory
+
+128 MiB of packed objects, one thread: the share of a flat add's speed, and best alternative / keslmx.
 
 """
 FAMILIES = {
@@ -118,11 +135,6 @@ set xrange [-0.3:{len(ORDERS) - 0.7}]
 set ylabel "ns for an object"
 """ + "".join(panels)
     subprocess.run(["gnuplot"], input=script, text=True, check=True)
-
-
-def table(heads, rows):
-    lines = ["| " + " | ".join(heads) + " |", "|---" + "|--:" * (len(heads) - 1) + "|"]
-    return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows]) + "\n"
 
 
 def number(x):
@@ -200,7 +212,9 @@ its goal: 1 at orders 3 to 6, 3 at other orders to 16, in all that factors or it
     text += THREADS + "".join(Path(folder, f"threads-{library}.md").read_text() for library in ("kesl", "keslmx"))
     files = [file for file in (Path(ratios, f"ratios-{name}.json") for name in ("best", "v3", "plain")) if file.exists()]
     if files:
-        text += KESLMX + summary(files)
+        text += KESLMX + summary(files) + KESLMX_WHY
+    if Path(folder, "keslmx-stream.json").exists():
+        text += KESLMX_STREAM + streams(Path(folder, "keslmx-stream.json"))
     Path(docs, "performance.md").write_text(text)
 
 

@@ -122,8 +122,8 @@ struct LUBackSubst {
         const auto one = [&](int k, const auto& a, const auto& b, const auto& x) {
             luSolveOne<T, n>(a, index.object(k), b, x);
         };
-        // Contiguous rows of five doubles would be joined from too many pieces, and short packs do not make up for the selections.
-        constexpr bool alone = (n == 5 && sizeof(T) == 8) || sizeof(Pack<T>) == 16;
+        // Few lanes do not make up for the selections, nor for the pieces of which contiguous rows of five are joined.
+        constexpr bool alone = (n >= 5 && sizeof(T) == 8) || sizeof(Pack<T>) == 16;
         if (alone && matrix.lie <= Lie::rows) eachView(count, one, matrix, src, dst);
         else
             eachPack<T>(count, [&]<class V>(Objects<V> k) KESL_INLINE {

@@ -52,7 +52,7 @@ KESLMX = """
 
 Best alternative / keslmx, over packed rows of orders 2 to 8 in cache, one thread, the alternatives compiled for the same level (the best one
 for the processor at hand): geometric means by type and by kind. `bench/run --summary` prints this; [bench](../bench/README.md) tells what the
-rows are. Operations element by element, two in five of all rows, take what the caches take, with both; the order of operations is fixed, and none
+rows are. Operations element by element, a third of all rows, take what the caches take, with both; the order of operations is fixed, and none
 are fused, at any level.
 
 """
@@ -71,7 +71,10 @@ norms' roots.
 KESLMX_STREAM = """
 ### From memory
 
-128 MiB of packed objects, one thread: the share of a flat add's speed, and best alternative / keslmx.
+128 MiB of packed objects, one thread: the share of a flat add's speed, and best alternative / keslmx. A pack takes the same piece of several
+objects at a time, an order that processors do not foresee, so that objects beyond a cache line are asked for by instructions: as many lines as the
+first cache waits for at once, which here is little more than half of a flat add's speed. Other distances, the first cache instead of the second,
+requests between the loads of a pack, and loads in place of requests were tried: none is faster.
 
 """
 FAMILIES = {

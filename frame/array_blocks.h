@@ -117,7 +117,7 @@ template <bool lower, class V, int height, int width>
         storeTable<width>(moved(dst.first, first * dst.stride0), x.e[0]);
     } else if (dst.lie <= Lie::rows) {
         const Listed<T> at = dst.objects(first);
-        if (!dst.list && !lower) prefetchNext<height * width, V>(Spaced<T>{dst.object(first), dst.stride0});
+        if (!dst.list) prefetchNext<height * width, V>(Spaced<T>{dst.object(first), dst.stride0});
         if constexpr (lower)
             [&]<int... i>(std::integer_sequence<int, i...>) KESL_INLINE {
                 (storeLowerRow<i + 1>(movedRow(at, i * dst.stride1), x.e[i]), ...);

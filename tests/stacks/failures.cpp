@@ -51,9 +51,9 @@ void testFailures(const Level& level, const Function& f)
     for (const Sizes& sizes : shapes(f))
         forTypes([&](char type) {
             Random random(f.name + type, 300 + number++);
-            // Two packs of sixteen and a remainder; with large orders one of eight.
+            // Two packs of sixteen and seven objects, with large orders one: remainders of packs of eight and of four have three at least.
             const bool large = !sizes.empty() && *std::max_element(sizes.begin(), sizes.end()) > 12;
-            const Problem p = makeProblem(f, type, sizes, large ? 21 : 37, random);
+            const Problem p = makeProblem(f, type, sizes, large ? 23 : 39, random);
             const Outcome good = oneByOne(level, p);
             ASSERT_EQ(good.status, 0) << describe(p);
             ASSERT_NO_FATAL_FAILURE(testArithmetic(level, p, good, random));

@@ -5,7 +5,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-from summary import streams, summary, table
+from summary import calls, streams, summary, table
 
 HEAD = """\
 # Performance
@@ -67,6 +67,11 @@ The limit is the least time that the bytes or the operations of a row can take, 
 wait for nothing; rows that iterate have none. It leaves out what keeps rows under it: quotients, roots and searches for pivots that wait for one
 another (systems), the exchange of lanes that turns objects into packs, two instructions for each element (small objects, products), and
 norms' roots.
+"""
+KESLMX_ONE = """
+### One object
+
+A call on one object of order 3 takes at most 10 ns more than the arithmetic of a plain loop inlined in
 """
 KESLMX_STREAM = """
 ### From memory
@@ -216,6 +221,8 @@ its goal: 1 at orders 3 to 6, 3 at other orders to 16, in all that factors or it
     files = [file for file in (Path(ratios, f"ratios-{name}.json") for name in ("best", "v3", "plain")) if file.exists()]
     if files:
         text += KESLMX + summary(files) + KESLMX_WHY
+    if Path(folder, "keslmx-one.json").exists():
+        text += KESLMX_ONE + calls(Path(folder, "keslmx-one.json"))
     if Path(folder, "keslmx-stream.json").exists():
         text += KESLMX_STREAM + streams(Path(folder, "keslmx-stream.json"))
     Path(docs, "performance.md").write_text(text)

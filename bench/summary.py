@@ -67,6 +67,14 @@ def streams(file):
     return byFamily(cells, list(dict.fromkeys(family for family, *_ in cells)))
 
 
+def calls(file):
+    """Of calls on one object: how many are within 10 ns of the same arithmetic inlined, and the others."""
+    over = {row["name"].split("/packed")[0]: row["ns"]["library"] - row["ns"]["inlined"]
+            for row in json.loads(Path(file).read_text())["rows"] if "inlined" in row["ns"]}
+    slow = [f"{name} {ns:.0f}" for name, ns in over.items() if ns > 10]
+    return f"{len(over) - len(slow)} of {len(over)} rows; above it, in ns: {', '.join(slow) or 'none'}.\n"
+
+
 if __name__ == "__main__":
     if len(sys.argv) < 2:
         sys.exit(__doc__)

@@ -101,22 +101,18 @@ template <class T, class... Rest>
     return withViews(k, f, a, rest...);
 }
 
-// body(k, views of object k of each array) until one fails; how they lie is found out once.
+// body(k, views of object k of each array), none of which lists its elements, until one fails; how they lie is found out once.
 template <class... T> [[gnu::always_inline]] inline KeslStatus eachView(int count, auto body, const Array<T>&... arrays)
 {
     const auto by = [&](auto view) KESL_INLINE {
         return eachObject(count, [&](int k) KESL_INLINE { return body(k, view(k, arrays)...); });
     };
-    if ((arrays.cells || ...))
-        return by([]<class X>(int k, const Array<X>& o) KESL_INLINE {
-            return Scattered<X>{o.list, o.shift + k * o.stride0, o.width};
-        });
     if (((arrays.stride2 == int(sizeof(T))) && ...))
         return by([]<class X>(int k, const Array<X>& o) KESL_INLINE { return Rows<X>{o.object(k), o.stride1}; });
     return by([]<class X>(int k, const Array<X>& o) KESL_INLINE { return Grid<X>{o.object(k), o.stride1, o.stride2}; });
 }
 
-// As in objects.h.
+// Whether all these objects of a list are given. A null entry behind an object that fails belongs to no object.
 template <class T> bool areGiven(const InPacks<T>& src, int first, int objects)
 {
     bool given = true;

@@ -69,12 +69,12 @@ another (systems), the exchange of lanes that turns objects into packs, two inst
 norms' roots.
 """
 KESLMX_ONE = """
-### One object
+### keslmx on one object
 
 A call on one object of order 3 takes at most 10 ns more than the arithmetic of a plain loop inlined in
 """
 KESLMX_STREAM = """
-### From memory
+### keslmx from memory
 
 128 MiB of packed objects, one thread: the share of a flat add's speed, and best alternative / keslmx. A pack takes the same piece of several
 objects at a time, an order that processors do not foresee, so that objects beyond a cache line are asked for by instructions: as many lines as the

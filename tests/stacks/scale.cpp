@@ -90,6 +90,40 @@ template <class T> void testEnds(const Level& level, const Function& f, char typ
     }
 }
 
+// Factors of few digits, whose pivots are powers of two: their product, and what leads back, is exact down to the smallest numbers.
+template <class T> void testRoots(const Level& level, const Function& cholesky, char type)
+{
+    constexpr std::ptrdiff_t count = 37;
+    using Limits = std::numeric_limits<T>;
+    for (const Sizes& sizes : shapes(cholesky)) {
+        const int n = int(sizes[0]);
+        Random random(cholesky.name + type, 800 + n);
+        Problem p{&cholesky, type, sizes, count, {}};
+        p.sources.push_back(p.blank(cholesky.sources[0], count));
+        Values &a = p.sources[0], l = p.blank(cholesky.destinations[0], count);
+        for (std::ptrdiff_t k = 0; k < count; ++k) {
+            const int power = random.between((Limits::min_exponent - Limits::digits) / 2, Limits::max_exponent / 2 - 8);
+            for (int i = 0; i < n; ++i)
+                for (int j = 0; j <= i; ++j) l.at<T>(k, i, j) = T(i == j ? 1 << random.below(3) : random.between(-3, 3));
+            for (int i = 0; i < n; ++i)
+                for (int j = 0; j <= i; ++j) {
+                    T x = 0;
+                    for (int m = 0; m <= j; ++m) x += l.at<T>(k, i, m) * l.at<T>(k, j, m);
+                    a.at<T>(k, i, j) = std::ldexp(x, 2 * power);
+                }
+            for (int i = 0; i < n; ++i)
+                for (int j = 0; j <= i; ++j) l.at<T>(k, i, j) = std::ldexp(l.at<T>(k, i, j), power);
+        }
+        const Outcome o = run(level, p);
+        ASSERT_EQ(o.status, 0) << describe(p);
+        for (std::ptrdiff_t k = 0; k < count; ++k)
+            for (int i = 0; i < n; ++i)
+                for (int j = 0; j <= i; ++j)
+                    ASSERT_EQ(o.results[0].at<T>(k, i, j), l.at<T>(k, i, j))
+                        << describe(p) << ", object " << k << ", element " << i << ", " << j;
+    }
+}
+
 // Columns times powers of two, down to where a pivot's reciprocal overflows: u's columns times the same, and nothing else changes.
 template <class T> void testColumns(const Level& level, const Function& lu, char type)
 {
@@ -137,6 +171,7 @@ void testScale(const Level& level, const Function& f)
     setThreads(1);
     if (f.name == "norm" || f.name == "det" || f.name == "inv")
         testEnds<float>(level, f, 'f'), testEnds<double>(level, f, 'd');
+    if (f.name == "cholesky") testRoots<float>(level, f, 'f'), testRoots<double>(level, f, 'd');
     if (f.name == "lu") testColumns<float>(level, f, 'f'), testColumns<double>(level, f, 'd');
     int number = 0;
     for (const Sizes& sizes : shapes(f))

@@ -61,12 +61,11 @@ Why rows are below: the determinant and the inverse of order 2 look for pivots a
 the alternative forms ad - bc; the inverse from order 7 on is that by cofactors, each by an elimination of its own, n^5 operations beside n^3.
 The affine transform marks points at infinity, which the alternatives do not look for. At plain a single operand beside an array is read from a
 repeated copy, a load more for each pack than in a loop that keeps it in registers; and the sum of an object's squares is one chain of additions, where
-Eigen adds pairs.
+Eigen adds pairs. Other rows between 0.65 and 0.75 come and go from one run to the next.
 
 The limit is the least time that the bytes or the operations of a row can take, as measured by flat additions and by products and sums that
 wait for nothing; rows that iterate have none. It leaves out what keeps rows under it: quotients, roots and searches for pivots that wait for one
-another (systems), the exchange of lanes that turns objects into packs, two instructions for each element (small objects, products), and
-norms' roots.
+another (systems), the exchange of lanes that turns objects into packs (small objects, products), and the roots of norms.
 """
 KESLMX_ONE = """
 ### keslmx on one object
@@ -78,8 +77,8 @@ KESLMX_STREAM = """
 
 128 MiB of packed objects, one thread: the share of a flat add's speed, and best alternative / keslmx. A pack takes the same piece of several
 objects at a time, an order that processors do not foresee, so that objects beyond a cache line are asked for by instructions: as many lines as the
-first cache waits for at once, which here is little more than half of a flat add's speed. Other distances, the first cache instead of the second,
-requests between the loads of a pack, and loads in place of requests were tried: none is faster.
+first cache waits for at once, it seems, which here is little more than half of a flat add's speed. Other distances, the first cache instead of the second,
+requests between the loads of a pack, and loads in place of requests were tried: on the whole none is faster.
 
 """
 FAMILIES = {

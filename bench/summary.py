@@ -33,7 +33,7 @@ def table(heads, rows):
 
 
 def byFamily(cells, families):
-    """Two numbers of two digits for each family, type and order from 3 to 6."""
+    """What `cells` have for each family, type and order from 3 to 6."""
     columns = [(name, n) for name in TYPES for n in range(3, 7)]
     rows = [[f"`{family}`"] + [cells.get((family, name, n), "–") for name, n in columns] for family in families]
     return table(["family"] + [f"{TYPES[name]} {n}" for name, n in columns], rows)

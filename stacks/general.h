@@ -30,7 +30,7 @@ general(Tile<V, N, N>& a, Tile<V, Fixed<1>, N>& re, Tile<V, Fixed<1>, N>& im, Ti
 {
     using Index = IndexOf<V>;
     using Basis = std::conditional_t<vectors, Tile<V, N, N>, NoBasis>;
-    if (a.n == 0) return Index{};
+    if (a.n == 0) return Index{}; // there is nothing to point to
     const Index refused = notFinite(a);
     if constexpr (isFixed<N> && most<N> == 1) { // the element is the eigenvalue
         const Index info = refused ? index<V>(-1) : index<V>(0);

@@ -90,78 +90,71 @@ template <class T> void testEnds(const Level& level, const Function& f, char typ
     }
 }
 
+// make(source, results, k, random) sets object k of the source and what is exactly to come of it, without any failure.
+template <class T> void testExact(const Level& level, const Function& f, char type, int seed, auto make)
+{
+    constexpr std::ptrdiff_t count = 37;
+    for (const Sizes& sizes : shapes(f)) {
+        Random random(f.name + type, seed + int(sizes[0]));
+        Problem p{&f, type, sizes, count, {}};
+        p.sources.push_back(p.blank(f.sources[0], count));
+        Outcome expected;
+        expected.info.assign(count, 0);
+        for (const Operand& destination : f.destinations) expected.results.push_back(p.blank(destination, count));
+        for (std::ptrdiff_t k = 0; k < count; ++k) make(p.sources[0], expected.results, k, random);
+        ASSERT_EQ(difference(expected, run(level, p)), "") << describe(p) << ", exact";
+    }
+}
+// Element (i, j) of the product of a lower and an upper triangle: l(i, m) and u(m, j).
+template <class T> T productOfTriangles(int i, int j, auto l, auto u)
+{
+    T x = 0;
+    for (int m = 0; m <= std::min(i, j); ++m) x += l(i, m) * u(m, j);
+    return x;
+}
+
 // Factors of few digits, whose pivots are powers of two: their product, and what leads back, is exact down to the smallest numbers.
 template <class T> void testRoots(const Level& level, const Function& cholesky, char type)
 {
-    constexpr std::ptrdiff_t count = 37;
     using Limits = std::numeric_limits<T>;
-    for (const Sizes& sizes : shapes(cholesky)) {
-        const int n = int(sizes[0]);
-        Random random(cholesky.name + type, 800 + n);
-        Problem p{&cholesky, type, sizes, count, {}};
-        p.sources.push_back(p.blank(cholesky.sources[0], count));
-        Values &a = p.sources[0], l = p.blank(cholesky.destinations[0], count);
-        for (std::ptrdiff_t k = 0; k < count; ++k) {
-            const int power = random.between((Limits::min_exponent - Limits::digits) / 2, Limits::max_exponent / 2 - 8);
-            for (int i = 0; i < n; ++i)
-                for (int j = 0; j <= i; ++j) l.at<T>(k, i, j) = T(i == j ? 1 << random.below(3) : random.between(-3, 3));
-            for (int i = 0; i < n; ++i)
-                for (int j = 0; j <= i; ++j) {
-                    T x = 0;
-                    for (int m = 0; m <= j; ++m) x += l.at<T>(k, i, m) * l.at<T>(k, j, m);
-                    a.at<T>(k, i, j) = std::ldexp(x, 2 * power);
-                }
-            for (int i = 0; i < n; ++i)
-                for (int j = 0; j <= i; ++j) l.at<T>(k, i, j) = std::ldexp(l.at<T>(k, i, j), power);
-        }
-        const Outcome o = run(level, p);
-        ASSERT_EQ(o.status, 0) << describe(p);
-        for (std::ptrdiff_t k = 0; k < count; ++k)
-            for (int i = 0; i < n; ++i)
-                for (int j = 0; j <= i; ++j)
-                    ASSERT_EQ(o.results[0].at<T>(k, i, j), l.at<T>(k, i, j))
-                        << describe(p) << ", object " << k << ", element " << i << ", " << j;
-    }
+    testExact<T>(level, cholesky, type, 800, [](Values& a, std::vector<Values>& results, std::ptrdiff_t k, Random& random) {
+        const int n = a.rows,
+                  power = random.between((Limits::min_exponent - Limits::digits) / 2, Limits::max_exponent / 2 - 8);
+        const auto l = [&](int i, int j) -> T& { return results[0].at<T>(k, i, j); };
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j <= i; ++j) l(i, j) = T(i == j ? 1 << random.below(3) : random.between(-3, 3));
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j <= i; ++j)
+                a.at<T>(k, i, j) =
+                    std::ldexp(productOfTriangles<T>(i, j, l, [&](int m, int c) { return l(c, m); }), 2 * power);
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j <= i; ++j) l(i, j) = std::ldexp(l(i, j), power);
+    });
 }
 
 // Columns times powers of two, down to where a pivot's reciprocal overflows: u's columns times the same, and nothing else changes.
+// The factors have so few digits that their product is exact: halves of integers, times the power of each column.
 template <class T> void testColumns(const Level& level, const Function& lu, char type)
 {
-    constexpr std::ptrdiff_t count = 37;
     using Limits = std::numeric_limits<T>;
-    for (const Sizes& sizes : shapes(lu)) {
-        const int n = int(sizes[0]);
-        Random random(lu.name + type, 700 + n);
-        Problem p{&lu, type, sizes, count, {}};
-        p.sources.push_back(p.blank(lu.sources[0], count));
-        Values &a = p.sources[0], factors = p.blank(lu.destinations[0], count), pivots = p.blank(lu.destinations[1], count);
-        for (std::ptrdiff_t k = 0; k < count; ++k) {
-            // The factors have so few digits that their product is exact, halves of integers times the power of each column.
-            std::vector<int> power(size_t(n), 0);
-            for (int& e : power) e = random.between(0, 1) ? 0 : random.between(Limits::min_exponent - Limits::digits + 1, 0);
-            const auto l = [&](int i, int j) { return i == j ? T(1) : factors.at<T>(k, i, j); };
-            for (int i = 0; i < n; ++i)
-                for (int j = 0; j < n; ++j)
-                    factors.at<T>(k, i, j) = j < i ? T(random.between(-1, 1)) / 2 : T(random.between(1, 7));
-            for (int i = 0; i < n; ++i)
-                for (int j = 0; j < n; ++j) {
-                    T x = 0;
-                    for (int m = 0; m <= std::min(i, j); ++m) x += l(i, m) * factors.at<T>(k, m, j);
-                    a.at<T>(k, i, j) = std::ldexp(x, power[size_t(j)]);
-                }
-            for (int i = n - 1; i >= 0; --i) {
-                const int q = random.between(i, n - 1);
-                pivots.at<int>(k, i, 0) = q + 1;
-                for (int j = 0; j < n; ++j) std::swap(a.at<T>(k, i, j), a.at<T>(k, q, j));
-                for (int j = i; j < n; ++j) factors.at<T>(k, i, j) = std::ldexp(factors.at<T>(k, i, j), power[size_t(j)]);
-            }
+    testExact<T>(level, lu, type, 700, [](Values& a, std::vector<Values>& results, std::ptrdiff_t k, Random& random) {
+        const int n = a.rows;
+        std::vector<int> power(size_t(n), 0);
+        for (int& e : power) e = random.between(0, 1) ? 0 : random.between(Limits::min_exponent - Limits::digits + 1, 0);
+        const auto factor = [&](int i, int j) -> T& { return results[0].at<T>(k, i, j); };
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j < n; ++j) factor(i, j) = j < i ? T(random.between(-1, 1)) / 2 : T(random.between(1, 7));
+        const auto l = [&](int i, int j) { return i == j ? T(1) : factor(i, j); };
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j < n; ++j)
+                a.at<T>(k, i, j) = std::ldexp(productOfTriangles<T>(i, j, l, factor), power[size_t(j)]);
+        for (int i = n - 1; i >= 0; --i) {
+            const int q = random.between(i, n - 1);
+            results[1].at<int>(k, i, 0) = q + 1;
+            for (int j = 0; j < n; ++j) std::swap(a.at<T>(k, i, j), a.at<T>(k, q, j));
+            for (int j = i; j < n; ++j) factor(i, j) = std::ldexp(factor(i, j), power[size_t(j)]);
         }
-        Outcome expected = run(level, p);
-        ASSERT_EQ(expected.status, 0) << describe(p);
-        const Outcome found = expected;
-        expected.results = {factors, pivots};
-        ASSERT_EQ(difference(expected, found), "") << describe(p) << ", columns times powers of two";
-    }
+    });
 }
 
 } // namespace

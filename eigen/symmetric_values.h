@@ -22,14 +22,18 @@ template <SymRules rules, class T, int n> [[gnu::noinline]] KeslStatus symValues
     NoVectors none;
     return symmetric<rules, T>(a, values, none, Fixed<n>{}, Precision<T>::eps, Precision<T>::eps, false);
 }
-template <SymRules rules, class V, int n>
-[[gnu::noinline]] bool symValuesPack(const Block<V, n, n>& src, Local<V, false, n>& values)
+// Of one pack, or of two abreast, of which y and yValues are the second. False where a lane fails.
+template <class N, SymRules rules, class V, int n> [[gnu::noinline]] bool
+symValuesAbreast(const Block<V, n, n>& x, const Block<V, n, n>& y, Block<V, 1, n>& xValues, Block<V, 1, n>& yValues)
 {
     constexpr auto eps = Precision<ElementOf<V>>::eps;
-    Local<V, false, n, n> a;
-    eachElement<n, n>([&](int i, int j) KESL_INLINE { a.e[i][j] = src(i, j); });
+    Local<N, false, n, n> a;
+    Local<N, false, n> found;
+    eachElement<n, n>([&](int i, int j) KESL_INLINE { a.e[i][j] = numbersOf<N>(x(i, j), y(i, j)); });
     NoVectors none;
-    return symmetric<rules, V>(a, values, none, Fixed<n>{}, eps, eps, false) == keslStatusOk;
+    if (symmetric<rules, N>(a, found, none, Fixed<n>{}, eps, eps, false)) return false;
+    eachElement<1, n>([&](int, int j) KESL_INLINE { toPacks(found(j), xValues(0, j), yValues(0, j)); });
+    return true;
 }
 // Orders 1, 2 and 7 upward, of arrays; false where a lane fails.
 template <class V> [[gnu::noinline]] bool symValuesTile(Tile<V> x, V* values, int n, ElementOf<V> singular)
@@ -69,18 +73,23 @@ struct EigenValuesSym : Iterative {
     {
         const InPacks src(from, count);
         constexpr SymRules rules = array ? symValuesArray : symValuesSingle;
-        const auto body = [&]<class V>(Objects<V> k) -> KeslStatus {
-            Block<V, n, n> a;
-            load(src, k, a);
-            if constexpr (lanes<V> == 1) return symValuesOne<rules>(a, dst.object(k.first));
+        const auto body = [&]<class V, int most>(Objects<V, most> k) -> KeslStatus {
+            Block<V, n, n> a[most];
+            const int packs = most == 1 ? 1 : k.packs;
+            load(src, k.pack(0), a[0]);
+            if (packs == 2) load(src, k.pack(1), a[most - 1]);
+            if constexpr (lanes<V> == 1) return symValuesOne<rules>(a[0], dst.object(k.first));
             else {
-                Local<V, false, n> values;
-                if (!symValuesPack<rules>(a, values)) return keslStatusSingular;
-                storeTable<n>(dst.object(k.first), values.e[0]);
+                Block<V, 1, n> values[most];
+                const bool good = packs == 2
+                                      ? symValuesAbreast<Twice<V>, rules>(a[0], a[most - 1], values[0], values[most - 1])
+                                      : symValuesAbreast<V, rules>(a[0], a[0], values[0], values[0]);
+                if (!good) return keslStatusSingular;
+                for (int p = 0; p < packs; ++p) storeTable<n>(dst.object(k.pack(p).first), values[p].e[0]);
                 return keslStatusOk;
             }
         };
-        if constexpr (array) return eachPack<T>(count, src, body);
+        if constexpr (array) return eachPack<T, Packs{.abreast = 2}>(count, src, body);
         else return body(Objects<T>{0});
     }
     template <bool array, class T> static KeslStatus common(auto a, T* buffer, T* to, int order, T singular)

@@ -47,46 +47,30 @@ template <SymRules rules, class S, class T>
     return symVectors<rules, S>(a, dst, z, n, limits);
 }
 
-// ---- Packs, of arrays only: in packs of doubles, of which a pack of floats is one or two.
-template <class V, bool single, int n>
-[[gnu::noinline]] bool symVectorsPack(Local<V, single, n, n>& a, Local<V, single, n>& values, Local<V, single, n, n>& z,
-                                      double eps, double reductionEps)
-{
-    return symmetric<symVectorsArray, V>(a, values, z, Fixed<n>{}, eps, reductionEps, false) == keslStatusOk;
-}
-template <class V> using Doubles = Pack<double, std::min(widest, lanes<V>* int(sizeof(double)))>;
-template <class V, int part> Doubles<V> partOf(V x)
-{
-    if constexpr (lanes<V> == lanes<Doubles<V>>) return converted<Doubles<V>>(x);
-    else return widened<part>(x);
-}
-template <class V> V fromParts(Doubles<V> first, [[maybe_unused]] Doubles<V> last)
-{
-    if constexpr (lanes<V> == lanes<Doubles<V>>) return converted<V>(first);
-    else return narrowed<V>(first, last);
-}
-// In place; false where a lane fails.
-template <class V, int n> bool symVectorsParts(Block<V, n, n>& x, Block<V, 1, n>& values, double reductionEps)
+// ---- Packs, of arrays only: in packs of doubles. Those of a pack of floats go abreast, and so do two packs of doubles, of
+// which y and yValues are the second. In place; false where a lane fails.
+template <class N, class V, int n> [[gnu::noinline]] bool symVectorsAbreast(Block<V, n, n>& x, Block<V, n, n>& y,
+                                                                            Block<V, 1, n>& xValues, Block<V, 1, n>& yValues,
+                                                                            double reductionEps)
 {
     using T = ElementOf<V>;
-    constexpr bool single = sizeof(T) == 4;
-    constexpr int parts = lanes<V> / lanes<Doubles<V>>;
-    struct Part {
-        Local<Doubles<V>, single, n> values;
-        Local<Doubles<V>, single, n, n> z;
-    } part[2];
-    const auto solve = [&](auto i) {
-        Local<Doubles<V>, single, n, n> a;
-        eachElement<n, n>([&](int r, int c) KESL_INLINE { a.e[r][c] = partOf<V, i>(x(r, c)); });
-        return symVectorsPack(a, part[i].values, part[i].z, Precision<T>::eps, reductionEps);
-    };
-    if (!solve(Fixed<0>{})) return false;
-    if constexpr (parts > 1)
-        if (!solve(Fixed<1>{})) return false;
-    eachElement<n, n>([&](int r, int c) KESL_INLINE { x(r, c) = fromParts<V>(part[0].z(r, c), part[parts - 1].z(r, c)); });
-    eachElement<1, n>([&](int, int c)
-                          KESL_INLINE { values(0, c) = fromParts<V>(part[0].values(c), part[parts - 1].values(c)); });
+    Local<N, sizeof(T) == 4, n, n> a, z;
+    Local<N, sizeof(T) == 4, n> found;
+    eachElement<n, n>([&](int i, int j) KESL_INLINE { a.e[i][j] = numbersOf<N>(x(i, j), y(i, j)); });
+    if (symmetric<symVectorsArray, N>(a, found, z, Fixed<n>{}, Precision<T>::eps, reductionEps, false)) return false;
+    eachElement<n, n>([&](int i, int j) KESL_INLINE { toPacks(z(i, j), x(i, j), y(i, j)); });
+    eachElement<1, n>([&](int, int j) KESL_INLINE { toPacks(found(j), xValues(0, j), yValues(0, j)); });
     return true;
+}
+template <class V> using Doubles = Pack<double, std::min(widest, lanes<V>* int(sizeof(double)))>;
+template <int most, class V, int n>
+bool symVectorsPacks(Block<V, n, n>* x, Block<V, 1, n>* values, int packs, double reductionEps)
+{
+    using D = Doubles<V>;
+    if constexpr (most == 2)
+        if (packs == 2) return symVectorsAbreast<Twice<V>>(x[0], x[1], values[0], values[1], reductionEps);
+    using N = std::conditional_t<lanes<V> == lanes<D>, D, Twice<D>>;
+    return symVectorsAbreast<N>(x[0], x[0], values[0], values[0], reductionEps);
 }
 // Orders 1, 2 and 7 upward, in x; false where a lane fails.
 template <class V> [[gnu::noinline]] bool symVectorsTile(Tile<V> x, V* values, int n, double reductionEps)
@@ -133,24 +117,28 @@ struct EigenValuesVectorsSym : Iterative {
     {
         const InPacks src(from, count);
         const InPacks dst(to, count);
-        const auto body = [&]<class V>(Objects<V> k) -> KeslStatus {
-            T* const found = dstValues.object(k.first);
-            Block<V, n, n> x;
-            load(src, k, x);
+        const auto body = [&]<class V, int most>(Objects<V, most> k) -> KeslStatus {
+            Block<V, n, n> x[most];
+            const int packs = most == 1 ? 1 : k.packs;
+            load(src, k.pack(0), x[0]);
+            if (packs == 2) load(src, k.pack(1), x[most - 1]);
             if constexpr (lanes<V> == 1) {
                 constexpr SymRules rules = array ? symVectorsArray : symVectorsSingle;
-                const KeslStatus status = symVectorsOne<rules, SymScalar<T, array>>(x, found, limits);
-                store(dst, k, x);
+                const KeslStatus status = symVectorsOne<rules, SymScalar<T, array>>(x[0], dstValues.object(k.first), limits);
+                store(dst, k.pack(0), x[0]);
                 return status;
             } else {
-                Block<V, 1, n> values;
-                if (!symVectorsParts(x, values, limits.reductionEps)) return keslStatusSingular;
-                store(dst, k, x);
-                storeTable<n>(found, values.e[0]);
+                Block<V, 1, n> values[most];
+                if (!symVectorsPacks<most>(x, values, packs, limits.reductionEps)) return keslStatusSingular;
+                for (int p = 0; p < packs; ++p) {
+                    store(dst, k.pack(p), x[p]);
+                    storeTable<n>(dstValues.object(k.pack(p).first), values[p].e[0]);
+                }
                 return keslStatusOk;
             }
         };
-        if constexpr (array) return eachPack<T>(count, src, body);
+        constexpr Packs all{.abreast = sizeof(T) == 4 || n == 6 ? 1 : 2}; // order 6 has too many numbers for two
+        if constexpr (array) return eachPack<T, all>(count, src, body);
         else return body(Objects<T>{0});
     }
     template <bool array, class T>

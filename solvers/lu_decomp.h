@@ -72,8 +72,8 @@ template <class V, int n> struct LUPack {
 #pragma GCC unroll 8
             for (int j = k; j < n; ++j) exchange(q == i, a(k, j), a(i, j));
     }
-    // False where a lane is singular; then nothing here means anything.
-    template <class T> [[gnu::always_inline]] bool run()
+    // False where a lane is singular; then nothing here means anything. With `atOnce` nothing is divided by such a pivot.
+    template <class T, bool atOnce> [[gnu::always_inline]] bool run()
     {
         Index q[n], bad{};
 #pragma GCC unroll 8
@@ -92,6 +92,7 @@ template <class V, int n> struct LUPack {
 #pragma GCC unroll 8
             for (int i = k + 1; i < n; ++i) exchange(q[k] == i, p[k], p[i]);
             bad |= best < pivotBelow<T>;
+            if (atOnce && any(bad)) return false;
             if (k == n - 1) break;
             const V r = T(1) / a(k, k);
 #pragma GCC unroll 8
@@ -108,7 +109,23 @@ template <class V, int n> struct LUPack {
     }
 };
 // Orders 5 and 6 are long: one copy serves all kernels.
-template <class T, class V, int n> [[gnu::noinline]] bool luLong(LUPack<V, n>& lu) { return lu.template run<T>(); }
+template <class T, bool atOnce, class V, int n> [[gnu::noinline]] bool luLong(LUPack<V, n>& lu)
+{
+    return lu.template run<T, atOnce>();
+}
+
+// One matrix, in every lane of a short pack: rows are exchanged without branches, which nobody foresees for random pivots.
+// What is singular is done again above, where the rows before are written, too.
+template <class T, int n> [[gnu::noinline]] KeslStatus luAlone(const auto& src, int* p, const auto& dst)
+{
+    using V = typename PackOf<T, 16>::type;
+    LUPack<V, n> lu;
+    eachElement<n, n>([&](int i, int j) { lu.a(i, j) = splat<V>(src(i, j)); });
+    if (!(n < 5 ? lu.template run<T, true>() : luLong<T, true>(lu))) return luOne<T, n>(src, p, dst);
+    for (int i = 0; i < n; ++i) p[i] = int(lu.p[i][0]);
+    eachElement<n, n>([&](int i, int j) { dst(i, j) = lu.a(i, j)[0]; });
+    return keslStatusOk;
+}
 
 // ---- Other orders, in dst itself.
 template <class T> [[gnu::noinline]] KeslStatus luCommon(const auto& src, int* p, const auto& a, int n)
@@ -176,7 +193,7 @@ struct LUDecomp {
             else {
                 LUPack<V, n> lu;
                 load(src, k, lu.a);
-                if (!(n < 5 ? lu.template run<T>() : luLong<T>(lu))) return keslStatusSingular;
+                if (!(n < 5 ? lu.template run<T, false>() : luLong<T, false>(lu))) return keslStatusSingular;
                 store(dst, k, lu.a);
                 storeIndices<n>(index.object(k.first), lu.p);
                 return keslStatusOk;
@@ -227,7 +244,7 @@ struct LUDecomp {
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n == 0) return call<F>(LUDecomp_com<T, F>, src, index, dst, order);
-            else return luOne<T, n>(src.object(0, n, n), index.p, dst.object(0, n, n));
+            else return luAlone<T, n>(src.object(0, n, n), index.p, dst.object(0, n, n));
         });
     }
     template <class T> static KeslStatus common(auto src, Table<int> index, auto dst, Size order)

@@ -174,7 +174,10 @@ struct QRBackSubst {
             if constexpr (isFixed<decltype(h)>) {
                 const auto a = load<w, w>(src1, Objects<T>{0});
                 auto b = load<1, w>(src2, Objects<T>{0});
-                qrSolveLong(a, b.e[0], h);
+                if constexpr (w < 5)
+                    qrSolve(
+                        a, [&](int k) KESL_INLINE { return betaOf<T>(a, k, h); }, b.e[0], w, h);
+                else qrSolveLong(a, b.e[0], h);
                 store(dst, Objects<T>{0}, b);
             } else
                 qrSolveCommon<T>(src1.object(0, height, width), buffer, src2.object(0, 1, height), dst.object(0, 1, width),

@@ -25,7 +25,7 @@ template <int abreast, class V>
     V t[abreast], norm[abreast];
     upTo(0, all, [&](int p) KESL_INLINE {
         V s{};
-        upTo(k, height, [&](int i) KESL_INLINE { s = s + a[p](i, k) * a[p](i, k); });
+        downTo(k, height, [&](int i) KESL_INLINE { s = s + a[p](i, k) * a[p](i, k); });
         singular |= Precision<ElementOf<V>>::eps > s;
         const V root = sqrt(s), sigma = a[p](k, k) > 0 ? root : 0 - root;
         t[p] = 1 / (a[p](k, k) + sigma);
@@ -35,7 +35,7 @@ template <int abreast, class V>
     upTo(0, all, [&](int p) KESL_INLINE {
         norm[p] = splat<V>(1);
         upTo(k, width, [&](int j) KESL_INLINE { d(p, j) = a[p](k, j); });
-        upTo(k + 1, height, [&](int i) KESL_INLINE {
+        downTo(k + 1, height, [&](int i) KESL_INLINE {
             const V x = a[p](i, k), v = x * t[p];
             norm[p] = norm[p] + v * v;
             d(p, k) = d(p, k) + x * v;
@@ -49,7 +49,7 @@ template <int abreast, class V>
             d(p, j) = d(p, j) * norm[p];
             a[p](k, j) = a[p](k, j) + d(p, j);
         });
-        upTo(k + 1, height, [&](int i) KESL_INLINE {
+        downTo(k + 1, height, [&](int i) KESL_INLINE {
             const V v = a[p](i, k);
             upTo(k + 1, width, [&](int j) KESL_INLINE { a[p](i, j) = a[p](i, j) + v * d(p, j); });
         });
@@ -169,15 +169,16 @@ struct QRDecomp {
     [[gnu::always_inline]] static KeslStatus kernel(auto src, Buffer<T> buffer, auto dst, Size width, Size height, One)
     {
         return withShape(width, height, [&](auto w, auto h) -> KeslStatus {
-            if constexpr (isFixed<decltype(h)>) {
-                Block<T, w, w> a = load<w, w>(src, Objects<T>{0});
-                const bool good = w < 5 ? qrBlocks<1>(&a, h) : qrLong<1>(&a, 1, h);
-                store(dst, Objects<T>{0}, a);
+            if constexpr (w == 0)
+                return qrCommon<T>(src.object(0, height, width), buffer.p, dst.object(0, height, width), width, height);
+            else {
+                const auto from = src.object(0, height, width);
+                const auto to = dst.object(0, height, width);
+                Block<T, rowsOf<decltype(h)>, w> a;
+                upTo(0, h, [&](int i) KESL_INLINE { upTo(0, w, [&](int j) KESL_INLINE { a(i, j) = from(i, j); }); });
+                const bool good = isFixed<decltype(h)> && w < 5 ? qrBlocks<1>(&a, h) : qrLong<1>(&a, 1, h);
+                upTo(0, h, [&](int i) KESL_INLINE { upTo(0, w, [&](int j) KESL_INLINE { to(i, j) = a(i, j); }); });
                 return good ? keslStatusOk : keslStatusDivideByZero;
-            } else {
-                T d[tallest];
-                return qrCommon<T>(src.object(0, height, width), w > 0 ? d : buffer.p, dst.object(0, height, width), width,
-                                   height);
             }
         });
     }

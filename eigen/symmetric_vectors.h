@@ -137,7 +137,8 @@ struct EigenValuesVectorsSym : Iterative {
                 return keslStatusOk;
             }
         };
-        constexpr Packs all{.abreast = sizeof(T) == 4 || n == 6 ? 1 : 2}; // order 6 has too many numbers for two
+        constexpr bool twice = sizeof(T) == 8 && n < (widest == 64 ? 6 : 5); // of larger ones too little is in registers
+        constexpr Packs all{.abreast = twice ? 2 : 1};
         if constexpr (array) return eachPack<T, all>(count, src, body);
         else return body(Objects<T>{0});
     }

@@ -244,7 +244,12 @@ struct LUDecomp {
     {
         return withOrder(order, [&](auto n) {
             if constexpr (n == 0) return call<F>(LUDecomp_com<T, F>, src, index, dst, order);
-            else return luAlone<T, n>(src.object(0, n, n), index.p, dst.object(0, n, n));
+            else {
+                const auto a = src.object(0, n, n);
+                const auto lu = dst.object(0, n, n);
+                if constexpr (n < 5 || widest > 16) return luAlone<T, n>(a, index.p, lu);
+                else return luOne<T, n>(a, index.p, lu); // a selection is three operations where packs have 16 bytes
+            }
         });
     }
     template <class T> static KeslStatus common(auto src, Table<int> index, auto dst, Size order)

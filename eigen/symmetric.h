@@ -105,11 +105,11 @@ template <SymRules rules, class V>
         loop<out>(k, n, [&](int c) KESL_INLINE {
             const V t = sum<out, V>(k + 1, n, [&](int i) KESL_INLINE { return a(i, c) * u(i); }) * beta;
             loop<out>(k + 1, c == k ? k + 2 : int(n),
-                      [&](int i) KESL_INLINE { a.set(choice(on, V(a(i, c) - u(i) * t), V(a(i, c))), i, c); });
+                      [&](int i) KESL_INLINE { a.set(choice(on, a(i, c) - u(i) * t, a(i, c)), i, c); });
         });
         const auto fromRight = [&](auto& y, int r, int end) KESL_INLINE {
             const V t = sum<out, V>(k + 1, n, [&](int j) KESL_INLINE { return y(r, j) * u(j); }) * beta;
-            loop<out>(k + 1, end, [&](int j) KESL_INLINE { y.set(choice(on, V(y(r, j) - u(j) * t), V(y(r, j))), r, j); });
+            loop<out>(k + 1, end, [&](int j) KESL_INLINE { y.set(choice(on, y(r, j) - u(j) * t, y(r, j)), r, j); });
         };
         loop<out>(k + 1, n, [&](int r) KESL_INLINE { fromRight(a, r, r == k + 1 ? k + 2 : int(n)); });
         if constexpr (rules.vectors) loop<out>(1, n, [&](int r) KESL_INLINE { fromRight(z, r, n); });
@@ -126,7 +126,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
     using Mask = MaskOf<V>;
     constexpr bool one = lanes<V> == 1;
     constexpr bool out = writtenOut<V, decltype(n)>;
-    const auto set = [](Mask where, auto& x, V value, int i) KESL_INLINE { x.set(choice(where, value, V(x(i))), i); };
+    const auto set = [](Mask where, auto& x, V value, int i) KESL_INLINE { x.set(choice(where, value, x(i)), i); };
 
     const auto eigenvalue = [&](int l) KESL_INLINE {
         Mask active = everywhere<V>();
@@ -138,7 +138,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
                 const Mask found = open & (eps >= T(0.5) * abs(e(q - 1)));
                 if constexpr (one)
                     if (!found) continue;
-                m = choice(found, Index<V>(Index<V>{} + q), m);
+                m = choice(found, Index<V>{} + q, m);
                 hit(q, found);
                 open = without(open, found);
                 if constexpr (one) break;
@@ -151,7 +151,7 @@ iterateQL(auto& d, auto& e, auto& z, auto n, MaskOf<V> mirrored, ElementOf<V> ep
             V r = sqrt(g * g + T(1));
             V dm = d(0);
             if constexpr (one) dm = d(m);
-            else loop<out>(1, l, [&](int q) KESL_INLINE { dm = choice(m == q, V(d(q)), dm); });
+            else loop<out>(1, l, [&](int q) KESL_INLINE { dm = choice(m == q, d(q), dm); });
             g = (dm - d(l)) + e(l - 1) / choice(g > eps, g + r, g - r);
             V s = splat<V>(1), c = s, p{}, r2{};
             Mask going = active;
@@ -213,10 +213,10 @@ template <SymRules rules, class V> [[gnu::always_inline]] inline void sortDescen
     const auto exchange = [&](MaskOf<V> where, int i, int k) KESL_INLINE {
         const auto swap = [&](auto& x, int r, int a, int b) KESL_INLINE {
             const V t = x(r, a);
-            x.set(choice(where, V(x(r, b)), t), r, a), x.set(choice(where, t, V(x(r, b))), r, b);
+            x.set(choice(where, x(r, b), t), r, a), x.set(choice(where, t, x(r, b)), r, b);
         };
         const V t = values(i);
-        values.set(choice(where, V(values(k)), t), i), values.set(choice(where, t, V(values(k))), k);
+        values.set(choice(where, values(k), t), i), values.set(choice(where, t, values(k)), k);
         if constexpr (rules.vectors) loop<out>(0, n, [&](int r) KESL_INLINE { swap(z, r, i, k); });
     };
     loop<out>(0, n - 1, [&](int i) KESL_INLINE {
@@ -224,7 +224,7 @@ template <SymRules rules, class V> [[gnu::always_inline]] inline void sortDescen
         Index<V> q = Index<V>{} + i;
         loop<out>(i + 1, n, [&](int j) KESL_INLINE {
             const MaskOf<V> greater = values(j) > best;
-            best = choice(greater, V(values(j)), best), q = choice(greater, Index<V>(Index<V>{} + j), q);
+            best = choice(greater, values(j), best), q = choice(greater, Index<V>{} + j, q);
         });
         if constexpr (lanes<V> == 1) {
             if (q != i) exchange(true, i, q);
@@ -240,10 +240,9 @@ template <class V, bool single, int most> struct Band {
     {
         constexpr bool out = writtenOut<V, decltype(order)>;
         loop<out>(0, order,
-                  [&](int i) KESL_INLINE { d.e[i][0] = choice(mirrored, V(a(order - 1 - i, order - 1 - i)), V(a(i, i))); });
-        loop<out>(0, order - 1, [&](int i) KESL_INLINE {
-            e.e[i][0] = choice(mirrored, V(a(order - 1 - i, order - 2 - i)), V(a(i + 1, i)));
-        });
+                  [&](int i) KESL_INLINE { d.e[i][0] = choice(mirrored, a(order - 1 - i, order - 1 - i), a(i, i)); });
+        loop<out>(0, order - 1,
+                  [&](int i) KESL_INLINE { e.e[i][0] = choice(mirrored, a(order - 1 - i, order - 2 - i), a(i + 1, i)); });
     }
 };
 template <class V, class T> struct BandInPlace {
@@ -305,7 +304,7 @@ symmetric(auto& a, auto& values, auto& z, auto n, ElementOf<V> eps, ElementOf<V>
     const auto hit = [&](int m, MaskOf<V> found) KESL_INLINE {
         if constexpr (!rules.reciprocal) {
             found = without(found, mirrored);
-            product = choice(found, V(product * d(m)), product);
+            product = choice(found, product * d(m), product);
             if constexpr (lanes<V> == 1)
                 if (found) values.set(d(m), m);
         }
@@ -315,10 +314,10 @@ symmetric(auto& a, auto& values, auto& z, auto n, ElementOf<V> eps, ElementOf<V>
     mirror();
     if (!done) return keslStatusNoConvergence;
 
-    loop<out>(0, n, [&](int i) KESL_INLINE { values.set(choice(mirrored, V(d(n - 1 - i)), V(d(i))), i); });
+    loop<out>(0, n, [&](int i) KESL_INLINE { values.set(choice(mirrored, d(n - 1 - i), d(i)), i); });
     V all = splat<V>(1);
     loop<out>(0, n, [&](int i) KESL_INLINE { all = all * values(i); });
-    product = rules.reciprocal ? all : choice(mirrored, all, V(product * values(0)));
+    product = rules.reciprocal ? all : choice(mirrored, all, product * values(0));
 
     const bool singular = any(eps >= abs(product));
     if (singular && !sortFirst) return keslStatusSingular;

@@ -30,8 +30,11 @@ template <class T> T oddNumber(Random& random)
 // Numbers as other tests have them, of which some become odd, whole objects get another scale, and some objects fail.
 Problem problemFrom(const Function& f, char type, Random& random)
 {
-    const int count = random.chance(4) ? random.between(1, 3000) : random.between(1, 40);
-    Problem p = makeProblem(f, type, sizesFrom(f, random), count, random);
+    const int wanted = random.chance(4) ? random.between(1, 3000) : random.between(1, 40);
+    const Sizes sizes = sizesFrom(f, random);
+    const int largest = int(*std::ranges::max_element(sizes));
+    const int count = std::min(wanted, (1 << 20) / (largest * largest)); // gaps take three times that, arenas have 64 MiB
+    Problem p = makeProblem(f, type, sizes, count, random);
     withType(type, [&]<class T>(T) {
         for (Values& v : p.sources) {
             const std::ptrdiff_t all = v.count * v.elements();

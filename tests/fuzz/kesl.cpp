@@ -32,7 +32,8 @@ Problem problemFrom(const Function& f, char type, Random& random)
 {
     const int wanted = random.chance(4) ? random.between(1, 3000) : random.between(1, 40);
     const Sizes sizes = sizesFrom(f, random);
-    const int largest = int(*std::ranges::max_element(sizes));
+    int largest = 3; // kesl_cross has no sizes
+    for (const std::ptrdiff_t n : sizes) largest = std::max(largest, int(n));
     const int count = std::min(wanted, (1 << 20) / (largest * largest)); // gaps take three times that, arenas have 64 MiB
     Problem p = makeProblem(f, type, sizes, count, random);
     withType(type, [&]<class T>(T) {

@@ -1,6 +1,7 @@
 #include "suites.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace stacks {
 namespace {
@@ -10,6 +11,23 @@ void expectSame(const Level& level, const Problem& p, const Outcome& expected, c
 {
     const std::string wrong = difference(expected, run(level, p, placement));
     if (!wrong.empty()) FAIL() << describe(p) << ", " << what << ": " << wrong;
+}
+
+// Objects of other magnitudes side by side: of some products underflow, of some they overflow.
+void testNeighbours(const Level& level, Problem p, Random& random)
+{
+    for (Values& v : p.sources)
+        withType(p.type, [&]<class T>(T) {
+            for (std::ptrdiff_t k = 0; k < v.count && !v.integers; ++k) {
+                const int power = random.between(-1, 1) * (sizeof(T) == 4 ? 70 : 530);
+                for (std::ptrdiff_t e = 0; e < v.elements(); ++e) v.object<T>(k)[e] = std::ldexp(v.object<T>(k)[e], power);
+            }
+        });
+    const Outcome expected = oneByOne(level, p);
+    const size_t operands = p.function->sources.size() + p.function->destinations.size();
+    for (const Layout& layout : {packed, columns, planes})
+        expectSame(level, p, expected, {.layouts = std::vector<Layout>(operands, layout)},
+                   std::string(layout.name) + ", objects of several magnitudes");
 }
 
 // A source of which elements share their memory, as windows do that slide over one signal.
@@ -91,6 +109,7 @@ void testLayouts(const Level& level, const Function& f)
             ASSERT_EQ(expected.status, 0) << describe(p);
             for (const Layout& layout : layouts)
                 expectSame(level, p, expected, {.layouts = std::vector<Layout>(operands, layout)}, layout.name);
+            testNeighbours(level, p, random);
             for (long round = 0; round < cases(10); ++round) {
                 Placement mixed;
                 std::string what;

@@ -156,6 +156,7 @@ struct QRDecomp {
     {
         return withShape(width, height, [&](auto w, auto h) -> KeslStatus {
             if constexpr (w > 0) return fixed<T>(src, dst, w, h, count);
+            else if (width == 2 && height == 2) return fixed<T>(src, dst, Fixed<2>{}, Fixed<2>{}, count);
             else return other(src, buffer, dst, width, height, count);
         });
     }

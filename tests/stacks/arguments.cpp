@@ -124,6 +124,10 @@ void testNothing(const Level& level, const Function& f, const Sizes& sizes, char
     EXPECT_EQ(statusOf(level, f, type, empty), 0) << f.name << type << " sizes 0";
     empty[sizes.size()] = (std::ptrdiff_t(1) << 40) + 1;
     EXPECT_EQ(statusOf(level, f, type, empty), 0) << f.name << type << " sizes 0 of very many";
+    std::vector<int> info(100, 7);
+    empty[sizes.size()] = std::ssize(info), empty.back() = reinterpret_cast<std::ptrdiff_t>(info.data());
+    EXPECT_EQ(statusOf(level, f, type, empty), 0) << f.name << type << " sizes 0 of many";
+    EXPECT_EQ(info, std::vector<int>(100)) << f.name << type << " sizes 0 of many";
 }
 
 // The sum of nothing is 0, the determinant of nothing 1.

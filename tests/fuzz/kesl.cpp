@@ -34,7 +34,7 @@ Problem problemFrom(const Function& f, char type, Random& random)
     const Sizes sizes = sizesFrom(f, random);
     int largest = 3; // kesl_cross has no sizes
     for (const std::ptrdiff_t n : sizes) largest = std::max(largest, int(n));
-    const int count = std::min(wanted, (1 << 20) / (largest * largest)); // gaps take three times that, arenas have 64 MiB
+    const int count = std::min(wanted, (1 << 20) / (largest * largest)); // four times the bytes with gaps, of 64 MiB
     Problem p = makeProblem(f, type, sizes, count, random);
     withType(type, [&]<class T>(T) {
         for (Values& v : p.sources) {
